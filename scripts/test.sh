@@ -1,0 +1,11 @@
+#!/usr/bin/env bash
+# Sets everything up from a fresh Debian machine, builds, and runs every test:
+# first the optimised build, then the sanitizer build (ASan + UBSan) of the core.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+for preset in release asan; do
+  echo "== $preset: build" >&2
+  bash scripts/build.sh "$preset"
+  echo "== $preset: test" >&2
+  ctest --preset "$preset" -j "$(nproc)"
+done

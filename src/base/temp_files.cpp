@@ -1,0 +1,1 @@
+#include "base/temp_files.h"

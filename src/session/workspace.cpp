@@ -1,0 +1,35 @@
+#include "session/workspace.h"
+
+namespace zol {
+
+Workspace::Workspace() : Workspace(std::make_shared<SilentPrompter>()) {}
+
+Workspace::Workspace(std::shared_ptr<Prompter> prompter) : prompter_(std::move(prompter)) {
+  ClearTables();
+}
+
+zol::Session& Workspace::SessionSlot(std::int32_t i) {
+  if (i > Session.UBound()) Session.ReDimPreserve(i);
+  return Session(i);
+}
+
+void Workspace::LoadProjectCounts(std::int32_t projectIndex) {
+  cp = projectIndex;
+  const zol::Project& p = Project(projectIndex);
+  LinesNumber = p.LinesNumber;
+  ProceduresNumber = p.ProceduresNumber;
+  ModulesNumber = p.ModulesNumber;
+}
+
+void Workspace::ClearTables() {
+  Session.ReDim(0);
+  SessionGroup.ReDim(0);
+  Project.ReDim(0);
+  CompareSession.Erase();
+  FakeCompareSession.Erase();
+  nSession = nSessionGroup = nProject = 0;
+  cs = csg = cp = 0;
+  cMod = cPro = cLine = 0;
+}
+
+}  // namespace zol
