@@ -32,9 +32,7 @@ class VBArray {
   bool InRange(std::int64_t i) const { return i >= First && i <= UBound(); }
 
   // ReDim: all elements value-initialised, upper bound `upper`.
-  void ReDim(int upper) {
-    items_.assign(SizeFor(upper), T{});
-  }
+  void ReDim(int upper) { items_.assign(SizeFor(upper), T{}); }
   // ReDim Preserve: keeps the elements that remain in range.
   void ReDimPreserve(int upper) { items_.resize(SizeFor(upper)); }
   void Erase() {

@@ -17,7 +17,11 @@ CommandRegistrar::CommandRegistrar(std::string name, CommandSetup setup) {
   Registry().push_back({std::move(name), std::move(setup)});
 }
 
-void SetExitCode(int code) { g_exitCode = code; }
-int ExitCode() { return g_exitCode; }
+void SetExitCode(int code) {
+  g_exitCode = code;
+}
+int ExitCode() {
+  return g_exitCode;
+}
 
 }  // namespace zol::cli

@@ -14,8 +14,8 @@ int main(int argc, char** argv) {
   CLI::App app{std::string(zol::kAppTitle) + " " + zol::kAppVersion +
                    ": command-line results browser for VB6 profiling runs",
                "zolprof"};
-  app.set_version_flag("--version", std::string("zolprof (") + zol::kAppTitle + ") " +
-                                        zol::kAppVersion);
+  app.set_version_flag("--version",
+                       std::string("zolprof (") + zol::kAppTitle + ") " + zol::kAppVersion);
   app.require_subcommand(0, 1);
 
   auto& registry = zol::cli::Registry();

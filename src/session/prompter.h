@@ -35,7 +35,7 @@ class Prompter {
 class SilentPrompter : public Prompter {
  public:
   void ShowMessage(const std::string&, MessageKind) override {}
-  Answer Ask(const std::string&, bool) override { return Answer::Yes; }
+  Answer Ask(const std::string&, bool = false) override { return Answer::Yes; }
   void ShowProgress(bool) override {}
   void SetProgressText(const std::string&) override {}
   void SetProgressMax(long) override {}
@@ -54,7 +54,7 @@ class RecordingPrompter : public Prompter {
   void ShowMessage(const std::string& text, MessageKind kind) override {
     messages.push_back({text, kind});
   }
-  Answer Ask(const std::string& text, bool) override {
+  Answer Ask(const std::string& text, bool = false) override {
     questions.push_back(text);
     if (answers.empty()) return Answer::Yes;
     Answer a = answers.front();

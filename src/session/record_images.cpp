@@ -22,8 +22,12 @@ static_assert(sizeof(ProcedureValue::IsProfiled) == kBool &&
 static_assert(sizeof(ModuleValue::IsCovered) == kBool && sizeof(ModuleValue::CoverageRank) == kF32);
 static_assert(sizeof(FlowPair::ChildTime) == kF64);
 
-void Bool(ByteWriter& w, VBBool b) { w.I16(b.Raw()); }
-VBBool Bool(ByteReader& r) { return VBBool::FromRaw(r.I16()); }
+void Bool(ByteWriter& w, VBBool b) {
+  w.I16(b.Raw());
+}
+VBBool Bool(ByteReader& r) {
+  return VBBool::FromRaw(r.I16());
+}
 
 }  // namespace
 

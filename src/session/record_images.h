@@ -29,13 +29,21 @@ void ReadImage(ByteReader& r, FlowPair& v);
 template <typename T>
 std::size_t ImageSize();
 template <>
-inline std::size_t ImageSize<CodeLineValue>() { return kCodeLineValueImageSize; }
+inline std::size_t ImageSize<CodeLineValue>() {
+  return kCodeLineValueImageSize;
+}
 template <>
-inline std::size_t ImageSize<ProcedureValue>() { return kProcedureValueImageSize; }
+inline std::size_t ImageSize<ProcedureValue>() {
+  return kProcedureValueImageSize;
+}
 template <>
-inline std::size_t ImageSize<ModuleValue>() { return kModuleValueImageSize; }
+inline std::size_t ImageSize<ModuleValue>() {
+  return kModuleValueImageSize;
+}
 template <>
-inline std::size_t ImageSize<FlowPair>() { return kFlowPairImageSize; }
+inline std::size_t ImageSize<FlowPair>() {
+  return kFlowPairImageSize;
+}
 
 // The image of one record as a string of bytes, and back.
 template <typename T>

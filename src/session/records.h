@@ -120,13 +120,13 @@ struct SessionGroup {
 
 // Module type codes as the .vbp file names them.
 enum ModuleType : std::int32_t {
-  kModuleStandard = 1,     // Module=
-  kModuleClass = 2,        // Class=
-  kModuleForm = 5,         // Form=
-  kModulePropertyPage = 7, // PropertyPage=
-  kModuleUserControl = 8,  // UserControl=
-  kModuleUserDocument = 9, // UserDocument=
-  kModuleDesigner = 11,    // Designer=
+  kModuleStandard = 1,      // Module=
+  kModuleClass = 2,         // Class=
+  kModuleForm = 5,          // Form=
+  kModulePropertyPage = 7,  // PropertyPage=
+  kModuleUserControl = 8,   // UserControl=
+  kModuleUserDocument = 9,  // UserDocument=
+  kModuleDesigner = 11,     // Designer=
 };
 
 // What one line of a module's cleaned source text stands for.

@@ -33,7 +33,8 @@ class Workspace {
   bool abort = false;
   bool fDuringLoad = false;
   std::string DefaultPlan;
-  std::int32_t DisplayInfoType = 0;  // 0 total, 1 average, 2 child total, 3 child average, 4 coverage
+  std::int32_t DisplayInfoType =
+      0;  // 0 total, 1 average, 2 child total, 3 child average, 4 coverage
   std::int32_t Active_tbsTab = 0;
   std::int32_t Active_lvwSessions_Column = 0;
   bool fColored = false;

@@ -1,0 +1,153 @@
+#include "session/json_dump.h"
+
+namespace zol {
+
+namespace {
+
+void WriteModuleValue(JsonWriter& w, const ModuleValue& v) {
+  w.BeginObject()
+      .Field("IsProfiled", static_cast<bool>(v.IsProfiled))
+      .Field("IsCovered", static_cast<bool>(v.IsCovered))
+      .Field("HitLines", v.HitLines)
+      .Field("TotalLines", v.TotalLines)
+      .Field("LineCoverage", v.LineCoverage)
+      .Field("HitProcedures", v.HitProcedures)
+      .Field("TotalProcedures", v.TotalProcedures)
+      .Field("ProcedureCoverage", v.ProcedureCoverage)
+      .Field("TotalTime", v.TotalTime)
+      .Field("CriticalHitLines", v.CriticalHitLines)
+      .Field("CriticalTotalLines", v.CriticalTotalLines)
+      .Field("TotalTimingRank", v.TotalTimingRank)
+      .Field("CoverageRank", v.CoverageRank)
+      .EndObject();
+}
+
+void WriteProcedureValue(JsonWriter& w, const ProcedureValue& v) {
+  w.BeginObject()
+      .Field("IsProfiled", static_cast<bool>(v.IsProfiled))
+      .Field("IsCovered", static_cast<bool>(v.IsCovered))
+      .Field("Hits", v.Hits)
+      .Field("HitLines", v.HitLines)
+      .Field("TotalLines", v.TotalLines)
+      .Field("Coverage", v.Coverage)
+      .Field("TotalTime", v.TotalTime)
+      .Field("AverageTime", v.AverageTime)
+      .Field("ChildTotalTime", v.ChildTotalTime)
+      .Field("ChildAverageTime", v.ChildAverageTime)
+      .Field("TotalTimingRank", v.TotalTimingRank)
+      .Field("AverageTimingRank", v.AverageTimingRank)
+      .Field("ChildTotalTimingRank", v.ChildTotalTimingRank)
+      .Field("ChildAverageTimingRank", v.ChildAverageTimingRank)
+      .Field("CoverageRank", v.CoverageRank)
+      .EndObject();
+}
+
+void WriteCodeLineValue(JsonWriter& w, const CodeLineValue& v) {
+  w.BeginObject()
+      .Field("Hits", v.Hits)
+      .Field("TotalTime", v.TotalTime)
+      .Field("AverageTime", v.AverageTime)
+      .Field("ChildTotalTime", v.ChildTotalTime)
+      .Field("ChildAverageTime", v.ChildAverageTime)
+      .EndObject();
+}
+
+void WriteFlowPair(JsonWriter& w, const FlowPair& v) {
+  w.BeginObject()
+      .Field("FromProc", v.FromProc)
+      .Field("ToProc", v.ToProc)
+      .Field("Hits", v.Hits)
+      .Field("ChildTime", v.ChildTime)
+      .EndObject();
+}
+
+template <typename T, typename Fn>
+void WriteArray(JsonWriter& w, std::string_view key, const Array1<T>& a, int count, Fn each) {
+  w.Key(key).BeginArray();
+  for (int i = 1; i <= count && i <= a.UBound(); ++i) each(w, a(i));
+  w.EndArray();
+}
+
+void WriteRanks(JsonWriter& w, std::string_view key, const Array1<std::int32_t>& a) {
+  WriteArray(w, key, a, a.UBound(), [](JsonWriter& jw, std::int32_t r) { jw.Int(r); });
+}
+
+}  // namespace
+
+void WriteProjectJson(JsonWriter& w, const Project& p) {
+  w.BeginObject()
+      .Field("Name", p.Name)
+      .Field("LinesNumber", p.LinesNumber)
+      .Field("ProceduresNumber", p.ProceduresNumber)
+      .Field("ModulesNumber", p.ModulesNumber)
+      .Field("ContainsCritical", static_cast<bool>(p.ContainsCritical));
+  WriteArray(w, "Module", p.Module, p.Module.UBound(), [](JsonWriter& jw, const Module& m) {
+    jw.BeginObject().Field("FileName", m.FileName).Field("Name", m.Name).Field("Type", m.Type);
+    jw.Key("RTFLine").BeginArray();
+    for (const RTFLine& r : m.RTFLine) jw.BeginArray().Int(r.LineType).Int(r.RefersTo).EndArray();
+    jw.EndArray().EndObject();
+  });
+  WriteArray(w, "Procedure", p.Procedure, p.Procedure.UBound(),
+             [](JsonWriter& jw, const Procedure& pr) {
+               jw.BeginObject()
+                   .Field("BelongToModule", pr.BelongToModule)
+                   .Field("Name", pr.Name)
+                   .Field("Type", pr.Type)
+                   .Field("Position", pr.Position)
+                   .Field("IsProfiled", static_cast<bool>(pr.IsProfiled))
+                   .Field("IsCovered", static_cast<bool>(pr.IsCovered))
+                   .Field("IsCritical", static_cast<bool>(pr.IsCritical))
+                   .Field("IsDead", static_cast<bool>(pr.IsDead))
+                   .EndObject();
+             });
+  WriteArray(w, "CodeLine", p.CodeLine, p.CodeLine.UBound(), [](JsonWriter& jw, const CodeLine& c) {
+    jw.BeginObject()
+        .Field("BelongToProcedure", c.BelongToProcedure)
+        .Field("Text", c.Text)
+        .Field("Position", c.Position)
+        .Field("IsProcedureExit", static_cast<bool>(c.IsProcedureExit))
+        .EndObject();
+  });
+  w.EndObject();
+}
+
+void WriteSessionJson(JsonWriter& w, const Session& s) {
+  w.BeginObject()
+      .Field("DateTime", s.DateTime)
+      .Field("LinesNumber", s.LinesNumber)
+      .Field("ProceduresNumber", s.ProceduresNumber)
+      .Field("FirstProc", s.FirstProc)
+      .Field("LastProc", s.LastProc)
+      .Field("nFlowPair", s.nFlowPair);
+  w.Key("SessionValue");
+  WriteModuleValue(w, s.SessionValue);
+  WriteArray(w, "CodeLineValue", s.CodeLineValue, s.CodeLineValue.UBound(), WriteCodeLineValue);
+  WriteArray(w, "ProcedureValue", s.ProcedureValue, s.ProcedureValue.UBound(), WriteProcedureValue);
+  WriteArray(w, "ModuleValue", s.ModuleValue, s.ModuleValue.UBound(), WriteModuleValue);
+  WriteRanks(w, "LineTotalTimeRank", s.LineTotalTimeRank);
+  WriteRanks(w, "LineAverageTimeRank", s.LineAverageTimeRank);
+  WriteRanks(w, "LineChildTotalTimeRank", s.LineChildTotalTimeRank);
+  WriteRanks(w, "LineChildAverageTimeRank", s.LineChildAverageTimeRank);
+  WriteArray(w, "FlowPair", s.FlowPair, s.nFlowPair, WriteFlowPair);
+  w.EndObject();
+}
+
+std::string ProjectToJson(const Project& p) {
+  JsonWriter w;
+  w.BeginObject().Key("Project");
+  WriteProjectJson(w, p);
+  w.EndObject();
+  return w.Text();
+}
+
+std::string SessionToJson(const Project& p, const Session& s) {
+  JsonWriter w;
+  w.BeginObject().Key("Project");
+  WriteProjectJson(w, p);
+  w.Key("Session");
+  WriteSessionJson(w, s);
+  w.EndObject();
+  return w.Text();
+}
+
+}  // namespace zol
