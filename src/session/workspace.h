@@ -6,6 +6,7 @@
 // the temporary files to delete at exit, and the prompter through which the
 // core talks to the user.
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -16,6 +17,14 @@
 #include "session/records.h"
 
 namespace zol {
+
+// Which numeric columns a source page shows, and how it colours its rows, for
+// one measure. Column order: hits, average time, total time, average child
+// time, total child time. ColorScheme: 1 none, 2 by rank, 3 by value.
+struct HtmlPageOptions {
+  std::array<bool, 5> Column{};
+  std::int32_t ColorScheme = 1;
+};
 
 class Workspace {
  public:
@@ -76,6 +85,15 @@ class Workspace {
   std::int32_t ModulesNumber = 0;
   std::string RtfPath;
   std::string RtfFile;
+
+  // --- Source view: colour table, page options and page fonts ---
+  std::array<std::int32_t, 12> Colors{};       // packed 0x00BBGGRR
+  std::array<std::string, 12> ColorsHtml;      // the same colours as "RRGGBB"
+  std::array<HtmlPageOptions, 6> OptionsHtml;  // 0-4 per measure, 5 for reports
+  std::string FontHTML = "Courier New";
+  std::int32_t FontSizeHTML = 10;
+  std::int32_t LineHeightHTML = 8;
+  std::int32_t SmallFontSizeHTML = 9;
 
   // --- Files that die with the process ---
   TempFileRegistry tempFiles;
