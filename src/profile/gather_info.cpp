@@ -1,0 +1,249 @@
+#include "profile/gather_info.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "base/arrays.h"
+#include "profile/rank_walk.h"
+
+namespace zol {
+
+namespace {
+
+// Counters are 32-bit in the file images; a sum that no longer fits is an
+// error, not a silent wrap.
+void AddCount(std::int32_t& a, std::int32_t b, const char* what) {
+  if (__builtin_add_overflow(a, b, &a)) {
+    throw std::overflow_error(std::string("overflow in ") + what);
+  }
+}
+
+// The floor of one executed item: at least kMinimumTimePerHit per hit, and the
+// time with children never below the item's own time.
+template <typename Value>
+void ApplyTimeFloor(Value& v) {
+  const double floor = v.Hits * kMinimumTimePerHit;
+  if (floor > v.TotalTime) v.TotalTime = floor;
+  if (v.ChildTotalTime < v.TotalTime) v.ChildTotalTime = v.TotalTime;
+}
+
+VBBool Or(VBBool a, VBBool b) {
+  return VBBool::FromRaw(static_cast<std::int16_t>(a.Raw() | b.Raw()));
+}
+
+// A procedure with line probes gets its time from its lines; the time that
+// the replay measured at procedure level is dropped.
+void ClearLineProbedProcedureTimes(Workspace& ws, const Project& project, Session& s) {
+  for (std::int32_t id = 1; id <= ws.ProceduresNumber; ++id) {
+    if (!project.Procedure(id).IsCovered) continue;
+    s.ProcedureValue(id).TotalTime = 0;
+    s.ProcedureValue(id).ChildTotalTime = 0;
+  }
+}
+
+// Lines: floors and averages, and their counts and times summed into their
+// procedures. A line that ends a procedure counts for coverage, but its time
+// stays out of the procedure's time.
+void GatherLines(Workspace& ws, const Project& project, Session& s) {
+  for (std::int32_t id = 1; id <= ws.LinesNumber; ++id) {
+    CodeLineValue& line = s.CodeLineValue(id);
+    ApplyTimeFloor(line);
+    const CodeLine& code = project.CodeLine(id);
+    if (code.BelongToProcedure == 0) continue;
+    ProcedureValue& p = s.ProcedureValue(code.BelongToProcedure);
+    AddCount(p.TotalLines, 1, "TotalLines of a procedure");
+    if (line.Hits == 0) continue;
+    AddCount(p.HitLines, 1, "HitLines of a procedure");
+    if (!code.IsProcedureExit && project.Procedure(code.BelongToProcedure).IsCovered) {
+      p.TotalTime += line.TotalTime;
+      p.ChildTotalTime += line.ChildTotalTime;
+    }
+    line.AverageTime = line.TotalTime / line.Hits;
+    line.ChildAverageTime = line.ChildTotalTime / line.Hits;
+  }
+}
+
+void AddProcedureToModule(const Procedure& proc, const ProcedureValue& p, ModuleValue& m) {
+  m.TotalTime += p.TotalTime;
+  AddCount(m.TotalLines, p.TotalLines, "TotalLines of a module");
+  AddCount(m.HitLines, p.HitLines, "HitLines of a module");
+  if (proc.IsProfiled) {
+    AddCount(m.TotalProcedures, 1, "TotalProcedures of a module");
+    if (p.Hits != 0) AddCount(m.HitProcedures, 1, "HitProcedures of a module");
+  }
+  m.IsProfiled = Or(m.IsProfiled, p.IsProfiled);
+  m.IsCovered = Or(m.IsCovered, p.IsCovered);
+  if (proc.IsCritical) {
+    AddCount(m.CriticalTotalLines, p.TotalLines, "CriticalTotalLines of a module");
+    AddCount(m.CriticalHitLines, p.HitLines, "CriticalHitLines of a module");
+  }
+}
+
+// Procedures: floors, averages and coverage, and the module sums. Dead code
+// counts towards no module, though its own values are computed all the same.
+void GatherProcedures(Workspace& ws, const Project& project, Session& s) {
+  for (std::int32_t id = 1; id <= ws.ProceduresNumber; ++id) {
+    ProcedureValue& p = s.ProcedureValue(id);
+    const Procedure& proc = project.Procedure(id);
+    ApplyTimeFloor(p);
+    p.IsProfiled = proc.IsProfiled;
+    if (p.Hits != 0) {
+      p.AverageTime = p.TotalTime / p.Hits;
+      p.ChildAverageTime = p.ChildTotalTime / p.Hits;
+    }
+    if (p.TotalLines > 0) {
+      p.Coverage = static_cast<double>(p.HitLines) / p.TotalLines;
+      p.IsCovered = true;
+    } else {
+      p.IsCovered = false;
+    }
+    if (proc.IsDead || proc.BelongToModule == 0) continue;
+    AddProcedureToModule(proc, p, s.ModuleValue(proc.BelongToModule));
+  }
+}
+
+// Module coverage and the session's totals. The critical totals of the
+// session are not cleared first: a fresh session starts from zero, and a
+// second run adds to them again.
+void GatherModulesAndSession(Workspace& ws, Session& s) {
+  ModuleValue& total = s.SessionValue;
+  total.HitLines = 0;
+  total.TotalLines = 0;
+  total.HitProcedures = 0;
+  total.TotalProcedures = 0;
+  total.TotalTime = 0;
+  for (std::int32_t id = 1; id <= ws.ModulesNumber; ++id) {
+    ModuleValue& m = s.ModuleValue(id);
+    if (m.TotalLines != 0) m.LineCoverage = static_cast<double>(m.HitLines) / m.TotalLines;
+    if (m.TotalProcedures != 0) {
+      m.ProcedureCoverage = static_cast<double>(m.HitProcedures) / m.TotalProcedures;
+    }
+    AddCount(total.HitLines, m.HitLines, "HitLines of the session");
+    AddCount(total.TotalLines, m.TotalLines, "TotalLines of the session");
+    AddCount(total.HitProcedures, m.HitProcedures, "HitProcedures of the session");
+    AddCount(total.TotalProcedures, m.TotalProcedures, "TotalProcedures of the session");
+    total.TotalTime += m.TotalTime;
+    AddCount(total.CriticalHitLines, m.CriticalHitLines, "CriticalHitLines of the session");
+    AddCount(total.CriticalTotalLines, m.CriticalTotalLines, "CriticalTotalLines of the session");
+  }
+  if (total.TotalLines != 0) {
+    total.LineCoverage = static_cast<double>(total.HitLines) / total.TotalLines;
+  }
+  if (total.TotalProcedures != 0) {
+    total.ProcedureCoverage = static_cast<double>(total.HitProcedures) / total.TotalProcedures;
+  }
+}
+
+// One line rank: each line's position, from 1, among all lines in rising
+// order of the measure. Lines that end a procedure stay at 0 in the scratch
+// array; ties keep whatever order the index sort leaves.
+void RankLines(const Project& project, const Session& s, std::int32_t nLines,
+               double CodeLineValue::*measure, Array1<double>& scratch,
+               Array1<std::int32_t>& rank) {
+  for (std::int32_t id = 1; id <= nLines; ++id) {
+    if (!project.CodeLine(id).IsProcedureExit) scratch(id) = s.CodeLineValue(id).*measure;
+  }
+  rank.ReDim(nLines);
+  NdxShellSortDouble(scratch, rank, nLines, false);
+  rank = InverseArrayLong(rank);
+}
+
+void RankAllLines(Workspace& ws, const Project& project, Session& s) {
+  if (ws.LinesNumber == 0) return;
+  Array1<double> scratch;
+  scratch.ReDim(ws.LinesNumber);
+  RankLines(project, s, ws.LinesNumber, &CodeLineValue::TotalTime, scratch, s.LineTotalTimeRank);
+  RankLines(project, s, ws.LinesNumber, &CodeLineValue::AverageTime, scratch,
+            s.LineAverageTimeRank);
+  RankLines(project, s, ws.LinesNumber, &CodeLineValue::ChildTotalTime, scratch,
+            s.LineChildTotalTimeRank);
+  RankLines(project, s, ws.LinesNumber, &CodeLineValue::ChildAverageTime, scratch,
+            s.LineChildAverageTimeRank);
+}
+
+constexpr RankWalk kProcedureTimeWalk{.descending = false, .firstRankAsThousandth = true};
+constexpr RankWalk kProcedureCoverageWalk{.descending = true, .firstRankAsThousandth = true};
+constexpr RankWalk kModuleTimeWalk{.descending = false, .firstRankAsThousandth = false};
+constexpr RankWalk kModuleCoverageWalk{.descending = true, .firstRankAsThousandth = false};
+
+// Procedure time ranks over the procedures that were hit; procedures without
+// hits keep what their rank field held, 0 for a fresh session.
+template <typename Rank>
+void RankProcedureTime(Workspace& ws, Session& s, double ProcedureValue::*measure,
+                       Rank ProcedureValue::*rankField) {
+  auto& pv = s.ProcedureValue;
+  RankByDistinctValue(
+      ws.ProceduresNumber, kProcedureTimeWalk, [&](std::int32_t i) { return pv(i).Hits > 0; },
+      [&](std::int32_t i) { return pv(i).*measure; },
+      [&](std::int32_t i) -> Rank& { return pv(i).*rankField; });
+}
+
+void RankProcedures(Workspace& ws, Session& s) {
+  RankProcedureTime(ws, s, &ProcedureValue::AverageTime, &ProcedureValue::AverageTimingRank);
+  RankProcedureTime(ws, s, &ProcedureValue::TotalTime, &ProcedureValue::TotalTimingRank);
+  RankProcedureTime(ws, s, &ProcedureValue::ChildAverageTime,
+                    &ProcedureValue::ChildAverageTimingRank);
+  RankProcedureTime(ws, s, &ProcedureValue::ChildTotalTime, &ProcedureValue::ChildTotalTimingRank);
+  // The highest coverage gets the lowest rank.
+  auto& pv = s.ProcedureValue;
+  RankByDistinctValue(
+      ws.ProceduresNumber, kProcedureCoverageWalk,
+      [&](std::int32_t i) { return static_cast<bool>(pv(i).IsCovered); },
+      [&](std::int32_t i) { return pv(i).Coverage; },
+      [&](std::int32_t i) -> float& { return pv(i).CoverageRank; });
+}
+
+void RankModules(Workspace& ws, Session& s) {
+  auto& mv = s.ModuleValue;
+  RankByDistinctValue(
+      ws.ModulesNumber, kModuleTimeWalk, [&](std::int32_t i) { return mv(i).TotalTime > 0; },
+      [&](std::int32_t i) { return mv(i).TotalTime; },
+      [&](std::int32_t i) -> float& { return mv(i).TotalTimingRank; });
+  RankByDistinctValue(
+      ws.ModulesNumber, kModuleCoverageWalk,
+      [&](std::int32_t i) { return static_cast<bool>(mv(i).IsCovered); },
+      [&](std::int32_t i) { return mv(i).LineCoverage; },
+      [&](std::int32_t i) -> float& { return mv(i).CoverageRank; });
+}
+
+}  // namespace
+
+void GatherInfo(Workspace& ws, std::int32_t cs) {
+  Session& s = ws.Session(cs);
+  ws.LoadProjectCounts(s.Project);
+  const Project& project = ws.Project(ws.cp);
+
+  ClearLineProbedProcedureTimes(ws, project, s);
+  s.ModuleValue.ReDim(ws.ModulesNumber);
+  GatherLines(ws, project, s);
+  GatherProcedures(ws, project, s);
+  GatherModulesAndSession(ws, s);
+  RankAllLines(ws, project, s);
+  RankProcedures(ws, s);
+  RankModules(ws, s);
+}
+
+std::int32_t RankToBackcolor(float tRank) {
+  struct Band {
+    double upTo;
+    bool inclusive;
+    std::int32_t r, g, b;
+  };
+  // The first band that holds the rank wins.
+  static constexpr Band kBands[] = {
+      {0.0, true, 255, 255, 255}, {0.01, false, 0, 170, 0}, {0.1, true, 0, 220, 0},
+      {0.2, true, 0, 255, 0},     {0.3, true, 180, 255, 0}, {0.4, true, 220, 255, 0},
+      {0.5, true, 255, 255, 0},   {0.6, true, 255, 220, 0}, {0.7, true, 255, 195, 0},
+      {0.8, true, 255, 170, 0},   {0.9, true, 255, 145, 0}, {0.99, false, 255, 120, 0},
+  };
+  // The comparison is made in double, as the single rank widened.
+  const double rank = tRank;
+  for (const Band& band : kBands) {
+    if (band.inclusive ? rank <= band.upTo : rank < band.upTo) {
+      return band.r + 256 * band.g + 65536 * band.b;
+    }
+  }
+  return 255;  // red
+}
+
+}  // namespace zol

@@ -1,0 +1,27 @@
+#pragma once
+
+// Derived statistics of a session: from the raw sums that a log replay or a
+// live run leaves in CodeLineValue and ProcedureValue, GatherInfo computes the
+// averages, coverage, the module and session totals, and the ranks that drive
+// colouring. It runs once per session before the session is saved, and again
+// whenever timing filters rewrite the times.
+
+#include <cstdint>
+
+#include "session/workspace.h"
+
+namespace zol {
+
+// Every counted execution is worth at least this many seconds, whatever the
+// clock said, so that lines faster than its resolution never show as zero.
+inline constexpr double kMinimumTimePerHit = 0.00000005;
+
+// Fills every derived field of Session(cs) from its raw sums and its project.
+void GatherInfo(Workspace& ws, std::int32_t cs);
+
+// The background colour of a rank, as red + 256 * green + 65536 * blue: white
+// for no rank, then green for the fastest through yellow to red for the
+// slowest.
+std::int32_t RankToBackcolor(float tRank);
+
+}  // namespace zol
