@@ -1,0 +1,132 @@
+#include "source_view/html_writer.h"
+
+#include "base/files.h"
+#include "base/text.h"
+#include "base/version.h"
+
+namespace zol {
+
+namespace {
+
+constexpr std::string_view kCrLf = "\r\n";
+
+void WriteLine(CConcatString& cc, std::string_view text) {
+  cc.Append(text);
+  cc.Append(kCrLf);
+}
+
+}  // namespace
+
+void HtmlWriteHeader(CConcatString& cc, std::string_view title) {
+  WriteLine(cc, "<HTML>");
+  WriteLine(cc, "<HEAD>");
+  WriteLine(cc, R"(<meta http-equiv="Content-Type" content="text/html; charset=iso-8859-1">)");
+  std::string generator = R"(<meta name="GENERATOR" content=")";
+  generator += kAppTitle;
+  generator += ' ';
+  generator += std::to_string(kAppMajor) + "." + std::to_string(kAppMinor) + "." +
+               std::to_string(kAppRevision);
+  generator += "\">";
+  WriteLine(cc, generator);
+  cc.Append("<TITLE>");
+  cc.Append(title);
+  WriteLine(cc, "</TITLE>");
+  WriteLine(cc, "</HEAD>");
+  WriteLine(cc, "");
+}
+
+void HtmlWriteStyle(CConcatString& cc, std::string_view style) {
+  WriteLine(cc, R"( <STYLE TYPE="text/css">)");
+  WriteLine(cc, style);
+  WriteLine(cc, "</STYLE>");
+  WriteLine(cc, "");
+}
+
+void HtmlWriteBody(CConcatString& cc, std::string_view attrs) {
+  cc.Append("<BODY ");
+  cc.Append(attrs);
+  WriteLine(cc, ">");
+}
+
+void HtmlWriteEnd(CConcatString& cc) {
+  WriteLine(cc, "</BODY>");
+  WriteLine(cc, "</HTML>");
+}
+
+void HtmlWriteString(CConcatString& cc, std::string_view text, int indent) {
+  cc.Append(StringEx(indent, "   "));
+  WriteLine(cc, text);
+}
+
+std::string HtmlPrepareString(std::string_view text) {
+  std::string s = Replace(text, "&", "&amp;");
+  s = Replace(s, "\"", "&quot;");
+  s = Replace(s, "<", "&lt;");
+  s = Replace(s, ">", "&gt;");
+  return Replace(s, kCrLf, "<BR>");
+}
+
+void HtmlOutputTofile(const CConcatString& cc, const std::string& file) {
+  std::string bytes(cc.View());
+  bytes += kCrLf;
+  WriteFile(file, bytes);
+}
+
+TextTable::TextTable(int firstColumn, int lastColumn, int firstRow, int lastRow)
+    : firstColumn_(firstColumn), lastColumn_(lastColumn), firstRow_(firstRow), lastRow_(lastRow) {
+  if (lastColumn < firstColumn - 1 || lastRow < firstRow - 1) {
+    throw BoundsError("table bounds (" + std::to_string(firstColumn) + " To " +
+                      std::to_string(lastColumn) + ", " + std::to_string(firstRow) + " To " +
+                      std::to_string(lastRow) + ") are reversed");
+  }
+  cells_.resize(static_cast<std::size_t>(lastColumn - firstColumn + 1) *
+                static_cast<std::size_t>(lastRow - firstRow + 1));
+}
+
+std::size_t TextTable::Offset(int column, int row) const {
+  if (column < firstColumn_ || column > lastColumn_ || row < firstRow_ || row > lastRow_) {
+    throw BoundsError("cell (" + std::to_string(column) + ", " + std::to_string(row) +
+                      ") out of range");
+  }
+  const auto width = static_cast<std::size_t>(lastColumn_ - firstColumn_ + 1);
+  return static_cast<std::size_t>(row - firstRow_) * width +
+         static_cast<std::size_t>(column - firstColumn_);
+}
+
+std::string& TextTable::operator()(int column, int row) {
+  return cells_[Offset(column, row)];
+}
+
+const std::string& TextTable::operator()(int column, int row) const {
+  return cells_[Offset(column, row)];
+}
+
+std::string HtmlGetArray(const TextTable& tArray, std::string_view tTitle) {
+  CConcatString rows;
+  for (int i = tArray.LBoundRow(); i <= tArray.UBoundRow(); ++i) {
+    const bool head = i == 0;
+    WriteLine(rows, head ? "<TR BGCOLOR=666666>" : "<TR>");
+    for (int j = tArray.LBoundColumn(); j <= tArray.UBoundColumn(); ++j) {
+      rows.Append(head ? R"(<TD CLASS="alcenter">)" : "<TD>");
+      rows.Append(tArray(j, i));
+      WriteLine(rows, "</TD>");
+    }
+    WriteLine(rows, "</TR>");
+  }
+
+  CConcatString table;
+  WriteLine(table, "<TABLE CELLPADDING=2 CELLSPACING=0 BORDER=1 RULES=COLS BGCOLOR=D9D9D9>");
+  if (!tTitle.empty()) {
+    // The title row has no line end of its own; the first row follows on.
+    table.Append(R"(<TR BGCOLOR=000000><TD  CLASS="alcenter" COLSPAN=)");
+    table.Append(std::to_string(tArray.UBoundColumn()));
+    table.Append("><FONT COLOR=white><B>");
+    table.Append(tTitle);
+    table.Append("</B></FONT></TD></TR>");
+  }
+  table.Append(rows.View());
+  WriteLine(table, "</TABLE>");
+  return table.Value();
+}
+
+}  // namespace zol

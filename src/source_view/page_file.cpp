@@ -1,0 +1,51 @@
+#include "source_view/page_file.h"
+
+#include "base/concat_string.h"
+#include "base/files.h"
+#include "source_view/html_writer.h"
+#include "source_view/page_header.h"
+#include "source_view/source_page.h"
+
+namespace zol {
+
+namespace {
+
+void WriteSourcePage(CConcatString& cc, Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                     std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu) {
+  cc.SetValue(GetHeaderCode(ws, tSession));
+  cc.Append(GetHtmlCode(ws, tSession, tModule, tProcedure, tInfoType, fWithMenu));
+  HtmlWriteEnd(cc);
+}
+
+}  // namespace
+
+std::string BuildSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                            std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu) {
+  CConcatString cc;
+  WriteSourcePage(cc, ws, tSession, tModule, tProcedure, tInfoType, fWithMenu);
+  return cc.Value();
+}
+
+std::string SourcePageFile(const Workspace& ws) {
+  return ws.RtfPath + "code.htm";
+}
+
+void wbCode_LoadFile(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                     std::int32_t& tProcedure, PageBrowser& browser) {
+  ws.HtmlFile = SourcePageFile(ws);
+  CConcatString cc;
+  WriteSourcePage(cc, ws, tSession, tModule, tProcedure, ws.DisplayInfoType, true);
+  HtmlOutputTofile(cc, ws.HtmlFile);
+  browser.Navigate(ws.HtmlFile);
+}
+
+void UpdateHtml(const Workspace& ws, PageBrowser& browser) {
+  const std::optional<std::string> page = RestylePage(LoadFile(ws.HtmlFile), ws);
+  if (!page) return;
+  CConcatString cc;
+  cc.SetValue(*page);
+  HtmlOutputTofile(cc, ws.HtmlFile);
+  browser.Navigate(ws.HtmlFile);
+}
+
+}  // namespace zol

@@ -1,0 +1,37 @@
+#pragma once
+
+// The source view's page file: built whole, written to one reused file in the
+// run's folder, and shown by whatever browser the front end offers.
+
+#include <cstdint>
+#include <string>
+
+#include "session/workspace.h"
+
+namespace zol {
+
+// What the source view needs of the control that shows its pages.
+class PageBrowser {
+ public:
+  virtual ~PageBrowser() = default;
+  virtual void Navigate(const std::string& file) = 0;
+};
+
+// A whole page: head, body of GetHtmlCode and the closing tags.
+std::string BuildSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                            std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu);
+
+// The view's page file: RtfPath and "code.htm".
+std::string SourcePageFile(const Workspace& ws);
+
+// Sets HtmlFile, writes the linked page of the module or procedure for the
+// current measure into it, and shows it. Throws FileError when it can't be
+// written.
+void wbCode_LoadFile(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                     std::int32_t& tProcedure, PageBrowser& browser);
+
+// Gives the page on display the current page font without building it again,
+// and shows it anew. A page without its style markers is left alone.
+void UpdateHtml(const Workspace& ws, PageBrowser& browser);
+
+}  // namespace zol

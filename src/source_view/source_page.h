@@ -1,0 +1,35 @@
+#pragma once
+
+// The body of a source page: one module, or one procedure of it, as an HTML
+// table with a narrow numeric column per selected measure and one column of
+// source text, each statement coloured by how slow, or how covered, it was.
+// The same text serves the source view (with links) and the source report
+// (without).
+//
+// The page is built from the cleaned source text that the project scan left
+// beside the session (one physical line per text line) and the module's
+// RTFLine table, which says what each of those lines stands for.
+
+#include <cstdint>
+#include <string>
+
+#include "session/workspace.h"
+
+namespace zol {
+
+// The cleaned source text of a module: RtfPath, "p", the project's index,
+// "m", the module's index, ".txt".
+std::string ModuleSideFile(const Workspace& ws, std::int32_t project, std::int32_t module);
+
+// The table and the legend of module `tModule` of session `tSession`, or of
+// its procedure `tProcedure` alone (0: the whole module). `tInfoType` picks the
+// columns and colour scheme among OptionsHtml; the measure that colours the
+// rows is always ws.DisplayInfoType. With `fWithMenu` every statement links to
+// "|module|procedure|line". A module or procedure beyond the project's counts
+// shows the project's first procedure, and `tModule` and `tProcedure` say so
+// on return. Sets ws.cs to `tSession`. A missing side file reads as empty.
+// Throws BoundsError for indices that the tables don't hold.
+std::string GetHtmlCode(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                        std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu);
+
+}  // namespace zol

@@ -1,0 +1,63 @@
+#pragma once
+
+// What the source tab decides before it draws: whether the page must be built
+// again, whether the selection can be shown as source at all, and the title
+// strip above the pages.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "session/workspace.h"
+
+namespace zol {
+
+// The page last drawn; a new one is built only when one of these changed.
+struct SourcePageKey {
+  std::int32_t Session = 0;
+  std::int32_t Module = 0;
+  std::int32_t Procedure = 0;
+  std::int32_t Line = 0;
+  std::int32_t DisplayInfoType = 0;
+  friend bool operator==(const SourcePageKey&, const SourcePageKey&) = default;
+};
+
+class SourcePageCache {
+ public:
+  // True (and remembers `key`) when the page differs from the last one drawn.
+  bool NeedsReload(const SourcePageKey& key);
+  // The next page is drawn whatever it is.
+  void Forget() { last_.reset(); }
+
+ private:
+  std::optional<SourcePageKey> last_;
+};
+
+// The notice shown in place of code, lines separated by CR LF, when the
+// selection has no single source: compared sessions, merged sessions of
+// several projects, or a group's merged session. Nothing when it has one.
+std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t tSession);
+
+// One label of the title strip with its icon key.
+struct TitleLabel {
+  bool Visible = false;
+  std::string Text;
+  std::string Icon;
+};
+
+struct TitleStrip {
+  TitleLabel Group;
+  TitleLabel Session;
+  TitleLabel Module;
+  TitleLabel Procedure;
+};
+
+// The labels for a selection. Group: the group of a member session ("GROUP"),
+// "Merged Sessions" ("MERGE") for the merged selection of groups, "Compared
+// Sessions" ("COMPARE") for compared groups. Session: its name ("SESSION"),
+// "Merged Sessions" ("MERGE"), "Compared Sessions" ("COMPARE") for a negative
+// `cs`. Module and procedure of the project ws.cp, with the icons "TYPE" and
+// "PROC" followed by their type.
+TitleStrip UpdateTitle(const Workspace& ws, std::int32_t cs, std::int32_t cMod, std::int32_t cPro);
+
+}  // namespace zol
