@@ -11,7 +11,8 @@ namespace zol {
 // "/" stands for a folder.
 class TempFileRegistry {
  public:
-  // For a folder the path gets exactly one trailing separator.
+  // For a folder the path gets exactly one trailing separator: its trailing
+  // "\" and "/" are trimmed and one "/" appended. An empty path is ignored.
   void AddToDeleteOnExit(const std::string& arg, bool fIsFolder);
   // Deletes every registered file and folder that still exists, ignoring
   // errors, then empties the list.
@@ -24,12 +25,15 @@ class TempFileRegistry {
   std::vector<std::string> DeleteOnExit_;
 };
 
-// The system's folder for temporary files, with a trailing separator.
+// The system's folder for temporary files, with a trailing separator: TMPDIR
+// when set, else /tmp/.
 std::string GetTempPath();
 
 // A new unique temporary file name in `lpPathName` (GetTempPath() when empty)
-// beginning with `sPrefix`. The file is created; with fDeleteOnExit it stays and
-// is registered in `registry`, otherwise it is deleted and only the name kept.
+// beginning with `sPrefix` and ending in ".tmp". The file is created; with
+// fDeleteOnExit it stays and is registered in `registry`, otherwise it is
+// deleted and only the name kept. Throws FileError when the folder can't take
+// a new file.
 std::string GetTempFileName(const std::string& lpPathName, const std::string& sPrefix,
                             bool fDeleteOnExit, TempFileRegistry& registry);
 
