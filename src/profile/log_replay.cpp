@@ -1,0 +1,17 @@
+#include "profile/log_replay.h"
+
+#include "profile/log_error.h"
+
+namespace zol {
+
+void ThrowBadOrigin(const std::string& file, const pfl::LogRecord& r, std::int32_t count,
+                    RecordPlace place) {
+  const bool line = r.Action == pfl::kLineRun;
+  throw LogError(file, "Record " + std::to_string(place.record) + " of block " +
+                           std::to_string(place.block) + " names " +
+                           (line ? "line ID " : "procedure ID ") + std::to_string(r.Origin) +
+                           ", outside the " + std::to_string(count) +
+                           (line ? " lines" : " procedures") + " of the project.");
+}
+
+}  // namespace zol
