@@ -1,5 +1,6 @@
 #include "profile/gather_info.h"
 
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -13,9 +14,12 @@ namespace {
 // Counters are 32-bit in the file images; a sum that no longer fits is an
 // error, not a silent wrap.
 void AddCount(std::int32_t& a, std::int32_t b, const char* what) {
-  if (__builtin_add_overflow(a, b, &a)) {
+  const std::int64_t sum = static_cast<std::int64_t>(a) + b;
+  if (sum > std::numeric_limits<std::int32_t>::max() ||
+      sum < std::numeric_limits<std::int32_t>::min()) {
     throw std::overflow_error(std::string("overflow in ") + what);
   }
+  a = static_cast<std::int32_t>(sum);
 }
 
 // The floor of one executed item: at least kMinimumTimePerHit per hit, and the
@@ -243,7 +247,7 @@ std::int32_t RankToBackcolor(float tRank) {
       return band.r + 256 * band.g + 65536 * band.b;
     }
   }
-  return 255;  // red
+  return 255;  // red: (255, 0, 0)
 }
 
 }  // namespace zol

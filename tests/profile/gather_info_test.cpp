@@ -325,35 +325,29 @@ TEST(GatherInfo, SingleHitProcedureRanksAtHalfAThousandth) {
   EXPECT_FALSE(ws.Session(cs).LineTotalTimeRank.IsDimensioned());
 }
 
+// Every hit is worth at least 50 ns: a line-probed procedure whose line ran
+// 1,000 times in no measurable time, and a procedure without line probes whose
+// own time came out negative (time between probes below their cost).
 TEST(GatherInfo, TimeFloorOfFiftyNanosecondsPerHit) {
   Workspace ws;
   ProjectBuilder b(ws);
-  const auto p = b.Procedure(b.Module("Module1"), "Main");
-  b.Line(p);
+  const auto m = b.Module("Module1");
+  const auto probed = b.Procedure(m, "Probed");
+  b.Line(probed);
+  const auto plain = b.Procedure(m, "Plain");
   const std::int32_t cs = AddSessionForProject(ws, b.Build(), "/tmp/floor.pfl");
   SetLine(ws.Session(cs), 1, 1000, 0, 0);
-  // Own time below the probes' cost comes out negative from a replay.
-  SetProc(ws.Session(cs), p, 10, -0.001, -0.002);
+  SetProc(ws.Session(cs), probed, 10, 0, 0);
+  SetProc(ws.Session(cs), plain, 10, -0.001, -0.002);
   GatherInfo(ws, cs);
 
   const CodeLineValue& line = ws.Session(cs).CodeLineValue(1);
   EXPECT_DOUBLE_EQ(line.TotalTime, 0.00005);
   EXPECT_DOUBLE_EQ(line.AverageTime, 0.00000005);
   EXPECT_DOUBLE_EQ(line.ChildTotalTime, 0.00005);
-  // The procedure's time is rebuilt from its line, then floored by its own
-  // 10 hits, which is below the line's time already.
-  EXPECT_DOUBLE_EQ(ws.Session(cs).ProcedureValue(p).TotalTime, 0.00005);
-}
-
-TEST(GatherInfo, NegativeProcedureTimeIsRaisedToTheFloor) {
-  Workspace ws;
-  ProjectBuilder b(ws);
-  const auto p = b.Procedure(b.Module("Module1"), "Main");
-  const std::int32_t cs = AddSessionForProject(ws, b.Build(), "/tmp/neg.pfl");
-  SetProc(ws.Session(cs), p, 10, -0.001, -0.002);
-  GatherInfo(ws, cs);
-
-  const ProcedureValue& v = ws.Session(cs).ProcedureValue(p);
+  // Rebuilt from the line; its own 10 hits give a lower floor.
+  EXPECT_DOUBLE_EQ(ws.Session(cs).ProcedureValue(probed).TotalTime, 0.00005);
+  const ProcedureValue& v = ws.Session(cs).ProcedureValue(plain);
   EXPECT_DOUBLE_EQ(v.TotalTime, 5e-7);
   EXPECT_DOUBLE_EQ(v.ChildTotalTime, 5e-7);
   EXPECT_DOUBLE_EQ(v.AverageTime, 5e-8);

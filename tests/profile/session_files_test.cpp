@@ -143,23 +143,6 @@ TEST(SaveSessionInfo, CapitalLogNameGetsALowerCaseD) {
   EXPECT_TRUE(FileExist(dir / "RUN.PFd"));
 }
 
-TEST(SaveSessionInfo, GroupFileTextOnlyForGroupRuns) {
-  ScopedTempDir dir;
-  TinySession t(dir);
-  SaveSessionInfo(t.ws, t.cs);
-  const std::string single = LoadFile(t.ws.Session(t.cs).SessionFile);
-
-  t.ws.Session(t.cs).GroupFile = "C:\\Runs\\App.VBG";
-  SaveSessionInfo(t.ws, t.cs);
-  const std::string grouped = LoadFile(t.ws.Session(t.cs).SessionFile);
-
-  ByteWriter groupText;
-  groupText.Counted("C:\\Runs\\App.VBG");
-  const std::size_t afterRunType = 9 + 4 + t.ws.Session(t.cs).DateTime.size() + 4;
-  EXPECT_EQ(grouped.size(), single.size() + groupText.Size());
-  EXPECT_EQ(grouped.substr(afterRunType, groupText.Size()), groupText.Data());
-}
-
 // Loads `file` into a fresh slot with only a name, as the catalogue leaves it.
 std::int32_t LoadIntoNewSlot(Workspace& ws, std::string file, bool* ok = nullptr) {
   const std::int32_t cs = ++ws.nSession;
@@ -271,18 +254,6 @@ TEST(LoadSessionInfo, WrongMagicIsRefusedWithTheMessage) {
   EXPECT_EQ(prompter->messages[0].text,
             "The following file is not compatible with this version of the profiler:\n" + file);
   EXPECT_FALSE(ws.Session(cs).ProcedureValue.IsDimensioned());
-}
-
-TEST(LoadSessionInfo, MagicIgnoresCase) {
-  ScopedTempDir dir;
-  TinySession t(dir);
-  SaveSessionInfo(t.ws, t.cs);
-  std::string bytes = LoadFile(t.ws.Session(t.cs).SessionFile);
-  bytes.replace(0, 9, "VERSION03");
-  const std::string file = dir.Put("upper.pfd", bytes);
-  bool ok = false;
-  LoadIntoNewSlot(t.ws, file, &ok);
-  EXPECT_TRUE(ok);
 }
 
 // Damaged copies of a good file: each is refused with the file's name and
