@@ -51,7 +51,10 @@ void BlockReader::ReadExactly(char* into, std::size_t n, const char* what, std::
 
 bool BlockReader::Next(CompressedBlock& block) {
   // Positions here are 0-based; the log's own arithmetic counts from 1.
-  if (offset_ + 1 >= fileLength_ - pfl::kEndMargin) return false;
+  if (offset_ + 1 >= fileLength_ - pfl::kEndMargin) {
+    CheckTail();
+    return false;
+  }
   block.Index = ++index_;
   block.Offset = offset_;
   char digits[pfl::kLengthDigits];
@@ -62,18 +65,34 @@ bool BlockReader::Next(CompressedBlock& block) {
                               std::string(digits, sizeof digits) + "\".");
   }
   const std::int64_t end = offset_ + static_cast<std::int64_t>(pfl::kLengthDigits) + *length;
-  if (end > fileLength_) {
-    throw LogError(file_, BlockAt(block.Index, block.Offset) + " is cut short: it needs " +
-                              std::to_string(*length) + " bytes, the file holds " +
-                              std::to_string(fileLength_ - offset_ -
-                                             static_cast<std::int64_t>(pfl::kLengthDigits)) +
-                              ".");
-  }
+  if (end > fileLength_) ThrowCutShort(*length);
   block.Bytes.resize(*length);
   ReadExactly(block.Bytes.data(), *length, "data", block.Index, block.Offset);
   offset_ = end;
   block.FilePos = offset_ + 1;
   return true;
+}
+
+void BlockReader::ThrowCutShort(std::uint32_t length) {
+  const std::int64_t held = fileLength_ - offset_ - static_cast<std::int64_t>(pfl::kLengthDigits);
+  throw LogError(file_, BlockAt(index_, offset_) + " is cut short: it needs " +
+                            std::to_string(length) + " bytes, the file holds " +
+                            std::to_string(held) + ".");
+}
+
+// What is left behind the blocks is not read as a block: it is the trailer, or
+// nothing. But when it starts with length digits that promise more bytes than
+// are left, it is the head of a block whose end is missing.
+void BlockReader::CheckTail() {
+  const std::int64_t left = fileLength_ - offset_;
+  if (left < static_cast<std::int64_t>(pfl::kLengthDigits)) return;
+  char digits[pfl::kLengthDigits];
+  if (std::fread(digits, 1, sizeof digits, stream_) != sizeof digits) return;
+  const auto length = pfl::ParseBlockLength(std::string_view(digits, sizeof digits));
+  if (length && static_cast<std::int64_t>(pfl::kLengthDigits) + *length > left) {
+    ++index_;
+    ThrowCutShort(*length);
+  }
 }
 
 std::int32_t DecompressString(std::string& TheString) {

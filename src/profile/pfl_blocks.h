@@ -25,8 +25,9 @@ struct CompressedBlock {
 
 // Reads the blocks that follow the header, one after the other, while the
 // position behind the last one is below the file length minus 100 (what is
-// left is the trailer). Length digits that are not hex and a
-// block that runs past the end of the file throw LogError naming `file`.
+// left is the trailer). Length digits that are not hex and a block that runs
+// past the end of the file, even one that starts within those last 100 bytes,
+// throw LogError naming `file`.
 class BlockReader {
  public:
   // `file` is the log's name for messages; `nativePath` where it is opened.
@@ -46,6 +47,8 @@ class BlockReader {
  private:
   void ReadExactly(char* into, std::size_t n, const char* what, std::int32_t index,
                    std::int64_t offset);
+  [[noreturn]] void ThrowCutShort(std::uint32_t length);
+  void CheckTail();
 
   std::string file_;
   std::FILE* stream_ = nullptr;

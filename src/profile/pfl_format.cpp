@@ -24,12 +24,14 @@ std::optional<double> ParseLogNumber(std::string_view text) {
   if (first == std::string_view::npos) return std::nullopt;
   const std::size_t last = text.find_last_not_of(" \t");
   std::string digits(text.substr(first, last - first + 1));
-  if (digits[0] == '+') digits.erase(0, 1);
+  if (digits[0] == '+') {
+    digits.erase(0, 1);
+    if (digits.empty() || digits[0] == '-') return std::nullopt;
+  }
   // The logger writes the decimal mark of its machine's locale.
   for (char& c : digits) {
     if (c == ',') c = '.';
   }
-  if (digits.empty() || digits[0] == '+') return std::nullopt;
   double value = 0;
   const char* begin = digits.data();
   const char* end = begin + digits.size();

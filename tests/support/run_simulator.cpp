@@ -6,6 +6,8 @@ constexpr std::int32_t kMaxLoopsPerFrame = 3;
 constexpr double kLoopChance = 0.15;
 constexpr std::int32_t kMaxCallsOfPlainFrame = 4;
 constexpr std::int32_t kMaxCallees = 4;
+// With odd records on: that an exit comes between two calls from the top level.
+constexpr double kStrayExitChance = 0.3;
 }  // namespace
 
 RunSimulator::RunSimulator(const Project& project, const RunShape& shape)
@@ -50,7 +52,11 @@ pfl::LogRecord RunSimulator::Step() {
     --diveLeft_;
     return Enter(diveProc_);
   }
-  if (stack_.empty()) return Enter(static_cast<std::int32_t>(random_.Between(1, procedures_)));
+  if (stack_.empty()) {
+    if (shape_.oddChance > 0 && random_.Chance(kStrayExitChance))
+      return Probe(pfl::kProcedureOut, 1);
+    return Enter(static_cast<std::int32_t>(random_.Between(1, procedures_)));
+  }
   SimFrame& top = stack_.back();
   if (top.callPending) {
     top.callPending = false;
@@ -108,16 +114,14 @@ pfl::LogRecord RunSimulator::Leave() {
   return Probe(pfl::kProcedureOut, proc);
 }
 
-// Records the logger may write that a well-behaved run doesn't: an action code
-// the reader doesn't know, an exit with no procedure open, a block-closed
-// record amid the data.
+// Records the logger may write that a well-behaved run doesn't: action codes
+// the reader doesn't know, a block-closed record amid the data.
 pfl::LogRecord RunSimulator::Odd() {
   switch (random_.Between(0, 2)) {
     case 0:
       return Probe(static_cast<std::int16_t>(random_.Between(4, 9)),
                    static_cast<std::int32_t>(random_.Between(-5, linesNumber_ + 5)));
     case 1:
-      if (stack_.empty()) return Probe(pfl::kProcedureOut, 1);
       return Probe(-1, 0);
     default:
       return Probe(pfl::kBlockClosed, 0);
