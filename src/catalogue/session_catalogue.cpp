@@ -1,0 +1,252 @@
+#include "catalogue/session_catalogue.h"
+
+#include <filesystem>
+#include <fstream>
+
+#include "base/cp1252.h"
+#include "base/files.h"
+#include "base/ini_file.h"
+#include "base/path_resolver.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "profile/gather_info.h"
+#include "profile/pfl_format.h"
+#include "profile/session_files.h"
+#include "project/project_info.h"
+
+namespace zol {
+
+namespace {
+
+constexpr const char* kSupportAddress = "support@zolmark.com";
+
+bool EndsWithNoCase(const std::string& s, std::string_view suffix) {
+  return s.size() >= suffix.size() &&
+         EqualsNoCase1252(std::string_view(s).substr(s.size() - suffix.size()), suffix);
+}
+
+char LastChar(const std::string& s) {
+  return s.empty() ? '\0' : LowerCase1252(s.back());
+}
+
+// A path from a header: the file where it is on this disk, else the file of
+// that name beside the session file, else the text as it was (the project is
+// then reported missing when the session is loaded).
+std::string FindBesideSession(const std::string& path, const std::string& tFile) {
+  if (path.empty()) return path;
+  const std::string folder = GetPath(tFile);
+  if (auto found = ResolveExistingFile(path, folder)) return *found;
+  if (auto beside = ResolveExistingFile(GetFileName(path), folder)) return *beside;
+  return path;
+}
+
+std::string OriginalProjectOf(const std::string& iniFile, const std::string& tFile) {
+  if (iniFile.empty()) return "";
+  auto ini = ResolveExistingFile(iniFile, GetPath(tFile));
+  if (!ini) return "";
+  return VBGetPrivateProfileString("Source", "Project", "", *ini);
+}
+
+bool SameFile(const std::string& a, const std::string& b) {
+  std::error_code ec;
+  return std::filesystem::equivalent(a, b, ec) && !ec;
+}
+
+bool AlreadyEntered(const Workspace& ws, const std::string& tFile) {
+  for (int i = 1; i <= ws.nSession; ++i) {
+    const std::string& f = ws.Session(i).SessionFile;
+    if (!f.empty() && (EqualsNoCase1252(f, tFile) || SameFile(f, tFile))) return true;
+  }
+  for (int i = 1; i <= ws.nSessionGroup; ++i) {
+    if (EqualsNoCase1252(ws.SessionGroup(i).SessionFile, tFile)) return true;
+  }
+  return false;
+}
+
+// Offers to delete a log whose header can't be used. Deleting is the user's
+// choice; errors are ignored.
+void RefuseLog(Workspace& ws, const std::string& tFile) {
+  const std::string text = CorruptSessionFileMessage(tFile) + "\n" +
+                           "Please re-instrument the application for profiling. If the problem "
+                           "persists, then please contact us at " +
+                           kSupportAddress + "\n\nWould you like to delete the session file ?";
+  if (ws.prompter().Ask(text) == Answer::Yes) {
+    std::error_code ec;
+    std::filesystem::remove(tFile, ec);
+  }
+}
+
+// Header lines of a log into `s`. False when the log was refused.
+bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
+  std::string head;
+  {
+    std::ifstream in(tFile, std::ios::binary);
+    head.resize(pfl::kHeaderSearchBytes);
+    in.read(head.data(), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(in.gcount()));
+  }
+  const auto header = pfl::SplitHeader(head);
+  if (!header) {
+    RefuseLog(ws, tFile);
+    return false;
+  }
+  const auto& line = header->Lines;
+  s.GroupFile = line[1];
+  if (!s.GroupFile.empty() && !EndsWithNoCase(s.GroupFile, ".vbg")) {
+    RefuseLog(ws, tFile);
+    return false;
+  }
+  s.ProjectFile = FindBesideSession(line[2], tFile);
+  s.IniFile = line[3];
+  s.OriginalProjectFile = OriginalProjectOf(s.IniFile, tFile);
+  s.DateTime = line[4];
+  s.LinesNumber = static_cast<std::int32_t>(Val(line[5]));
+  s.ProceduresNumber = static_cast<std::int32_t>(Val(line[6]));
+  s.RunType.clear();
+  return true;
+}
+
+void AskToDeleteUnloadable(Workspace& ws, const std::string& tFile) {
+  const std::string text =
+      "Unable to load the session ! The corresponding source code has been removed or "
+      "overwritten, or the project you are trying to profile is empty (no procedures) !\n"
+      "Would you like to delete the session file ?";
+  if (ws.prompter().Ask(text) == Answer::Yes) {
+    std::error_code ec;
+    std::filesystem::remove(tFile, ec);
+  }
+}
+
+// Drops whatever a failed load left in the session's value arrays.
+void ClearValues(Session& s) {
+  Session blank;
+  s.CodeLineValue = std::move(blank.CodeLineValue);
+  s.ProcedureValue = std::move(blank.ProcedureValue);
+  s.ModuleValue = std::move(blank.ModuleValue);
+  s.SessionValue = {};
+  s.LineTotalTimeRank.Erase();
+  s.LineAverageTimeRank.Erase();
+  s.LineChildTotalTimeRank.Erase();
+  s.LineChildAverageTimeRank.Erase();
+  s.FlowPair.Erase();
+  s.nFlowPair = 0;
+  s.FirstProc = s.LastProc = 0;
+  s.Loaded = false;
+}
+
+void FinishProgress(Workspace& ws) {
+  ws.prompter().ShowProgress(false);
+}
+
+// Replays the log, derives the statistics, writes the .pfd whole, and only
+// then deletes the log.
+void LoadFromLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
+  const std::string log = ws.Session(cs).SessionFile;
+  PrepareSessionArrays(ws, cs);
+  ReadProfileFile(ws, cs, kind);
+  GatherInfo(ws, cs);
+  SaveSessionInfo(ws, cs);
+  std::error_code ec;
+  std::filesystem::remove(log, ec);
+  Prompter& p = ws.prompter();
+  p.SetProgressValue(0);
+  p.DoEvents();
+}
+
+struct LoadOutcome {
+  enum Result { Loaded, Unusable, Failed } result = Unusable;
+  std::string message;  // for Failed: what to tell the user, empty when cancelled
+};
+
+bool CountsMatchProject(const Workspace& ws, const Session& s) {
+  const Project& p = ws.Project(s.Project);
+  return s.LinesNumber == p.LinesNumber && s.ProceduresNumber == p.ProceduresNumber;
+}
+
+// The steps that fill the values: the project scanned once, then the log
+// replayed or the .pfd read. Unusable: no project, an empty one, or counts
+// that don't match it.
+LoadOutcome LoadValues(Workspace& ws, std::int32_t cs, ReplayKind kind) {
+  const Session& s = ws.Session(cs);
+  if (s.LinesNumber == 0 && s.ProceduresNumber == 0) return {};
+  const std::int32_t cp = s.Project;
+  if (!ws.Project(cp).Loaded) GetProjectInfo(ws, cs);
+  if (ws.Project(cp).ModulesNumber == 0) return {};
+  if (LastChar(s.SessionFile) == 'l') {
+    if (!CountsMatchProject(ws, s)) return {};
+    LoadFromLog(ws, cs, kind);
+  } else if (const std::string file = s.SessionFile; !LoadSessionInfo(ws, cs, file)) {
+    return {};
+  }
+  return {LoadOutcome::Loaded, ""};
+}
+
+}  // namespace
+
+std::string CorruptSessionFileMessage(const std::string& tFile) {
+  return "The session file:\n" + tFile +
+         "\ncan not be read ! It was either corrupted or not generated properly.";
+}
+
+std::int32_t AddSession(Workspace& ws, const std::string& tFileIn) {
+  std::string tFile = tFileIn;
+  if (!FileExist(tFile)) {
+    if (tFile.empty()) return 0;
+    tFile.back() = 'd';
+    if (!FileExist(tFile)) return 0;
+  }
+  if (AlreadyEntered(ws, tFile)) return 0;
+  const char last = LastChar(tFile);
+  if (EndsWithNoCase(tFile, ".pfd") && IsGroupFile(tFile)) {
+    ws.prompter().ShowMessage(
+        "The file:\n" + tFile + "\nholds a group of sessions; open it as a group.",
+        MessageKind::Exclamation);
+    return 0;
+  }
+  if (last != 'd' && last != 'l') return 0;
+
+  const std::int32_t cs = ++ws.nSession;
+  Session& s = ws.SessionSlot(cs);
+  s.SessionFile = tFile;
+  s.Name = GetFileBody(tFile);
+  const bool ok = last == 'l' ? ReadLogHeader(ws, s, tFile) : ReadSessionHeader(ws, s, tFile);
+  if (!ok) {
+    ws.Session(cs) = Session{};
+    return 0;
+  }
+  s.Project = AssignProjectToSession(ws, cs, s.ProjectFile);
+  return cs;
+}
+
+bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {
+  if (ws.Session(cs).Loaded) return true;
+  LoadOutcome outcome;
+  try {
+    outcome = LoadValues(ws, cs, kind);
+  } catch (const LogError& e) {
+    outcome = {LoadOutcome::Failed, e.UserMessage()};
+  } catch (const LogReadCancelled&) {
+    outcome = {LoadOutcome::Failed, ""};
+  } catch (const ScanError& e) {
+    outcome = {LoadOutcome::Failed, e.what()};
+  } catch (const SessionFileError& e) {
+    outcome = {LoadOutcome::Failed, CorruptSessionFileMessage(e.file()) + "\n" + e.fault()};
+  }
+  FinishProgress(ws);
+
+  Session& s = ws.Session(cs);
+  if (outcome.result == LoadOutcome::Loaded && FileExist(s.ProjectFile) &&
+      CountsMatchProject(ws, s) && EndsWithNoCase(s.ProjectFile, ".vbp")) {
+    s.Loaded = true;
+    return true;
+  }
+  ClearValues(s);
+  if (outcome.result == LoadOutcome::Unusable) {
+    AskToDeleteUnloadable(ws, s.SessionFile);
+  } else if (!outcome.message.empty()) {
+    ws.prompter().ShowMessage(outcome.message, MessageKind::Exclamation);
+  }
+  return false;
+}
+
+}  // namespace zol

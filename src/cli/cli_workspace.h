@@ -1,0 +1,54 @@
+#pragma once
+
+// The workspace a zolprof command runs in: messages go to stderr, questions
+// are answered by the command's flags (never "delete" unless asked), and the
+// run's folder of cleaned source text is made at the start and removed, with
+// every temporary file, at the end.
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+#include "session/prompter.h"
+#include "session/workspace.h"
+
+namespace zol::cli {
+
+class CliPrompter : public Prompter {
+ public:
+  explicit CliPrompter(Answer answer = Answer::No, bool showProgress = false)
+      : answer_(answer), showProgress_(showProgress) {}
+
+  void ShowMessage(const std::string& text, MessageKind kind) override;
+  Answer Ask(const std::string& text, bool withCancel = false) override;
+  void ShowProgress(bool) override {}
+  void SetProgressText(const std::string& text) override;
+  void SetProgressMax(long) override {}
+  void SetProgressValue(long) override {}
+  void DoEvents() override {}
+
+  int messagesShown() const { return messagesShown_; }
+
+ private:
+  Answer answer_;
+  bool showProgress_;
+  int messagesShown_ = 0;
+};
+
+// Owns the Workspace for the length of one command.
+class CliWorkspace {
+ public:
+  explicit CliWorkspace(std::shared_ptr<CliPrompter> prompter = std::make_shared<CliPrompter>());
+  ~CliWorkspace();
+  CliWorkspace(const CliWorkspace&) = delete;
+  CliWorkspace& operator=(const CliWorkspace&) = delete;
+
+  Workspace& ws() { return ws_; }
+  CliPrompter& prompter() { return *prompter_; }
+
+ private:
+  std::shared_ptr<CliPrompter> prompter_;
+  Workspace ws_;
+};
+
+}  // namespace zol::cli
