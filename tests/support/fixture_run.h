@@ -1,0 +1,37 @@
+#pragma once
+
+// A whole profiling run on disk for end-to-end tests: a generated VB6
+// project, its instrumented copy, and a simulated .pfl log of a run of it
+// beside the instrumented .vbp. The log's header names the project by a
+// Windows path, as a log written on Windows does; the loader finds the
+// project beside the log.
+
+#include <cstdint>
+#include <string>
+
+#include "instrumenter.h"
+#include "session/records.h"
+#include "simulated_log.h"
+
+namespace zol::testing {
+
+struct FixtureRun {
+  std::string vbp;  // the instrumented project
+  std::string log;  // the .pfl beside it
+  fixture::InstrumentTruth truth;
+  zol::Project project;  // the instrumented project as scanned
+};
+
+// The instrumented project of `seed` below `root` (once per root and seed).
+FixtureRun MakeInstrumentedProject(const std::string& root, std::uint32_t seed);
+
+// MakeInstrumentedProject, then a log named `logName` of a run drawn from
+// `shape` (its run seed and length) beside the .vbp.
+FixtureRun MakeFixtureRun(const std::string& root, std::uint32_t seed, const std::string& logName,
+                          const SimulatedLogShape& shape = {});
+
+// Another run of the same scanned project into `logName` beside it.
+std::string WriteFixtureLog(const FixtureRun& run, const std::string& logName,
+                            const SimulatedLogShape& shape);
+
+}  // namespace zol::testing
