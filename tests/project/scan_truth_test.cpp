@@ -8,6 +8,7 @@
 #include "scan_fixture.h"
 #include "support/instrumenter.h"
 #include "support/vb_fixture_project.h"
+#include "truth_check.h"
 
 namespace zol {
 namespace {
@@ -50,47 +51,6 @@ std::string ShownText(const std::string& source) {
   return shown;
 }
 
-void ExpectMatchesTruth(const Project& p, const fixture::InstrumentTruth& t) {
-  ASSERT_EQ(p.ModulesNumber, t.Modules.UBound());
-  ASSERT_EQ(p.ProceduresNumber, t.Procedures.UBound());
-  ASSERT_EQ(p.LinesNumber, t.Lines.UBound());
-  EXPECT_EQ(p.ListOfModule, t.ListOfModule);
-  EXPECT_EQ(p.ListOfProc, t.ListOfProc);
-  EXPECT_EQ(static_cast<bool>(p.ContainsCritical), t.ContainsCritical);
-  for (int m = 1; m <= t.Modules.UBound(); ++m) {
-    const Module& got = p.Module(m);
-    const fixture::TruthModule& want = t.Modules(m);
-    EXPECT_EQ(got.FileName, want.FileName);
-    EXPECT_EQ(got.Name, want.Name);
-    EXPECT_EQ(got.Type, want.Type);
-    ASSERT_GE(got.RTFLine.UBound(), want.RTFLine.UBound()) << want.Name;
-    for (int i = 1; i <= got.RTFLine.UBound(); ++i) {
-      const RTFLine expected = i <= want.RTFLine.UBound() ? want.RTFLine(i) : RTFLine{};
-      EXPECT_EQ(got.RTFLine(i), expected) << want.Name << " line " << i;
-    }
-  }
-  for (int id = 1; id <= t.Procedures.UBound(); ++id) {
-    const Procedure& got = p.Procedure(id);
-    const fixture::TruthProcedure& want = t.Procedures(id);
-    EXPECT_EQ(got.Name, want.name) << id;
-    EXPECT_EQ(got.Type, want.type) << want.name;
-    EXPECT_EQ(got.BelongToModule, want.module) << want.name;
-    EXPECT_EQ(got.Position, want.position) << want.name;
-    EXPECT_EQ(static_cast<bool>(got.IsProfiled), want.isProfiled) << want.name;
-    EXPECT_EQ(static_cast<bool>(got.IsCovered), want.isCovered) << want.name;
-    EXPECT_EQ(static_cast<bool>(got.IsCritical), want.isCritical) << want.name;
-    EXPECT_EQ(static_cast<bool>(got.IsDead), want.isDead) << want.name;
-  }
-  for (int id = 1; id <= t.Lines.UBound(); ++id) {
-    const CodeLine& got = p.CodeLine(id);
-    const fixture::TruthLine& want = t.Lines(id);
-    EXPECT_EQ(got.Text, want.text) << id;
-    EXPECT_EQ(got.BelongToProcedure, want.procedure) << want.text;
-    EXPECT_EQ(got.Position, want.position) << want.text;
-    EXPECT_EQ(static_cast<bool>(got.IsProcedureExit), want.isProcedureExit) << want.text;
-  }
-}
-
 class ScanTruth : public ::testing::TestWithParam<std::uint32_t> {};
 
 TEST_P(ScanTruth, RecoversEveryIdAndWritesTheShownText) {
@@ -101,7 +61,7 @@ TEST_P(ScanTruth, RecoversEveryIdAndWritesTheShownText) {
       testing::WorkspaceFor(dir, p.vbp, p.truth.Lines.UBound(), p.truth.Procedures.UBound());
   const Project& project = testing::Scan(ws);
   EXPECT_TRUE(project.Loaded);
-  ExpectMatchesTruth(project, p.truth);
+  testing::ExpectMatchesTruth(project, p.truth);
 
   for (std::size_t i = 0; i < p.original.files.size(); ++i) {
     const int m = static_cast<int>(i) + 1;
@@ -120,7 +80,7 @@ TEST_P(ScanTruth, GrowsFromZeroCountsAndReadsLineFeedsAlone) {
 
   // A session that tells no counts: every ID grows the tables.
   Workspace ws = testing::WorkspaceFor(lfDir, lf.vbp);
-  ExpectMatchesTruth(testing::Scan(ws), crlf.truth);
+  testing::ExpectMatchesTruth(testing::Scan(ws), crlf.truth);
   for (std::size_t i = 0; i < crlf.original.files.size(); ++i) {
     const int m = static_cast<int>(i) + 1;
     EXPECT_EQ(LoadFile(RtfFileName(ws, 1, m)), ShownText(crlf.original.files[i].text));

@@ -1,6 +1,9 @@
 #include "support/instrumenter.h"
 
 #include <filesystem>
+#include <map>
+#include <memory>
+#include <sstream>
 #include <stdexcept>
 #include <vector>
 
@@ -107,6 +110,43 @@ PlanFn RandomPlan(std::uint32_t seed) {
       plan.critical = true;
     }
     return plan;
+  };
+}
+
+PlanFn PlanFromText(const std::string& text) {
+  auto plans = std::make_shared<std::map<std::string, ProcedurePlan>>();
+  std::istringstream in(text);
+  std::string line;
+  int number = 0;
+  while (std::getline(in, line)) {
+    ++number;
+    if (!line.empty() && line.back() == '\r') line.pop_back();
+    std::istringstream words(line);
+    std::string kind;
+    std::string procedure;
+    if (!(words >> kind) || kind.front() == '#') continue;
+    std::string extra;
+    if (!(words >> procedure) || (words >> extra) || procedure.find('.') == std::string::npos) {
+      throw std::invalid_argument("plan line " + std::to_string(number) + ": \"" + line +
+                                  "\" is not \"<kind> <Module>.<Procedure>\"");
+    }
+    ProcedurePlan& plan = (*plans)[procedure];
+    if (kind == "critical") {
+      plan.critical = true;
+    } else if (kind == "dead") {
+      plan.dead = true;
+    } else if (kind == "untimed") {
+      plan.timed = false;
+    } else if (kind == "exclude") {
+      plan.excluded = true;
+    } else {
+      throw std::invalid_argument("plan line " + std::to_string(number) + ": unknown kind \"" +
+                                  kind + "\"");
+    }
+  }
+  return [plans](const std::string& module, const std::string& name) {
+    const auto it = plans->find(module + "." + name);
+    return it == plans->end() ? ProcedurePlan{} : it->second;
   };
 }
 

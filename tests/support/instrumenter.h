@@ -51,6 +51,13 @@ using PlanFn = std::function<ProcedurePlan(const std::string& module, const std:
 // profiled, some critical, dead, untimed or excluded.
 PlanFn RandomPlan(std::uint32_t seed);
 
+// A plan read from text: one procedure per line, "<kind> <Module>.<Name>", the
+// kinds being "critical", "dead", "untimed" and "exclude" (several lines for one
+// procedure add up); blank lines and lines starting with "#" are skipped.
+// Procedures not named are profiled. Throws std::invalid_argument naming the
+// line for anything else.
+PlanFn PlanFromText(const std::string& text);
+
 struct InstrumentOptions {
   std::string AppPrefix = "zolProfiler.";
   PlanFn plan;  // empty: every procedure profiled, nothing marked

@@ -33,7 +33,11 @@ void Run(const ScanArgs& args) {
   if (args.debugger) options.AppPrefix = std::string(zol::kDebuggerPrefix);
   zol::GetProjectInfo(ws, 1, options);
   const zol::Project& p = ws.Project(s.Project);
-  std::cout << (args.json ? zol::ProjectToJson(p) + "\n" : zol::FormatProjectScan(p));
+  if (args.json) {
+    std::cout << zol::ProjectToJson(p) << "\n";
+  } else if (p.ModulesNumber > 0) {
+    std::cout << zol::FormatProjectScan(p);
+  }
   if (p.ModulesNumber == 0) {
     std::cerr << "zolprof: no module read from \"" << args.project
               << "\" (the file is missing or unreadable, or names no module)\n";
