@@ -8,6 +8,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "project/code_parse.h"
+#include "project/project_info.h"
 #include "source_view/colour_legend.h"
 #include "source_view/html_writer.h"
 #include "source_view/timing_colours.h"
@@ -356,10 +357,6 @@ bool PageWalk::EndsWantedProcedure(std::int32_t T) const {
 
 }  // namespace
 
-std::string ModuleSideFile(const Workspace& ws, std::int32_t project, std::int32_t module) {
-  return ws.RtfPath + "p" + std::to_string(project) + "m" + std::to_string(module) + ".txt";
-}
-
 std::string GetHtmlCode(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
                         std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu) {
   const HtmlPageOptions& options = ws.OptionsHtml.at(static_cast<std::size_t>(tInfoType));
@@ -376,7 +373,7 @@ std::string GetHtmlCode(Workspace& ws, std::int32_t tSession, std::int32_t& tMod
 
   PageWalk walk(ws, tSession, tModule, tProcedure, tInfoType, fWithMenu);
   walk.WriteTableHead(cc);
-  walk.WriteRows(cc, LoadFile(ModuleSideFile(ws, p, tModule)));
+  walk.WriteRows(cc, LoadFile(RtfFileName(ws, p, tModule)));
 
   HtmlWriteString(cc, "</TABLE>", 1);
   HtmlWriteString(cc, GetColorLegend(ws, options.ColorScheme, ws.DisplayInfoType), 0);

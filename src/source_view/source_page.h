@@ -17,10 +17,6 @@
 
 namespace zol {
 
-// The cleaned source text of a module: RtfPath, "p", the project's index,
-// "m", the module's index, ".txt".
-std::string ModuleSideFile(const Workspace& ws, std::int32_t project, std::int32_t module);
-
 // The table and the legend of module `tModule` of session `tSession`, or of
 // its procedure `tProcedure` alone (0: the whole module). `tInfoType` picks the
 // columns and colour scheme among OptionsHtml; the measure that colours the

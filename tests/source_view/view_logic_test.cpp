@@ -1,0 +1,101 @@
+#include <gtest/gtest.h>
+
+#include "base/scoped_temp_dir.h"
+#include "source_view/html_options.h"
+#include "source_view/source_links.h"
+#include "source_view/view_state.h"
+
+namespace zol {
+namespace {
+
+TEST(SourceLinks, PageLinksOpenTheMenuOthersPass) {
+  Workspace ws;
+  EXPECT_FALSE(wbCode_BeforeNavigate2(ws, "file:///tmp/run/code.HTM").cancel);
+  EXPECT_FALSE(wbCode_BeforeNavigate2(ws, "file:///tmp/run/").cancel);
+  EXPECT_FALSE(wbCode_BeforeNavigate2(ws, "file:///tmp/run/code.htm#legend").cancel);
+
+  const LinkDecision d = wbCode_BeforeNavigate2(ws, "about:blank|2|14|307");
+  EXPECT_TRUE(d.cancel);
+  EXPECT_TRUE(d.openMenu);
+  EXPECT_EQ(ws.cModTmp, 2);
+  EXPECT_EQ(ws.cProTmp, 14);
+  EXPECT_EQ(ws.cLineTmp, 307);
+
+  const LinkDecision short_link = wbCode_BeforeNavigate2(ws, "|2|14");
+  EXPECT_TRUE(short_link.cancel);
+  EXPECT_FALSE(short_link.openMenu);
+  EXPECT_EQ(ws.cModTmp, 2);
+}
+
+TEST(HtmlOptions, DefaultsAndSettingsRoundTrip) {
+  testing::ScopedTempDir dir;
+  const std::string ini = dir / "Zolmark.ini";
+  Workspace ws;
+  LoadOptionsHtml(ws, ini);
+  EXPECT_EQ(ws.OptionsHtml[0].Column, (std::array<bool, 5>{true, false, true, false, false}));
+  EXPECT_EQ(ws.OptionsHtml[3].Column, (std::array<bool, 5>{true, false, false, true, false}));
+  EXPECT_EQ(ws.OptionsHtml[4].Column, (std::array<bool, 5>{true, false, false, false, false}));
+  EXPECT_EQ(ws.OptionsHtml[1].ColorScheme, 3);
+
+  ws.OptionsHtml[2] = HtmlPageOptions{{false, true, false, false, true}, 2};
+  SaveOptionsHtml(ws, ini);
+  Workspace again;
+  LoadOptionsHtml(again, ini);
+  EXPECT_EQ(again.OptionsHtml[2].Column, ws.OptionsHtml[2].Column);
+  EXPECT_EQ(again.OptionsHtml[2].ColorScheme, 2);
+}
+
+TEST(ViewState, ReloadOnlyOnChangeAndUnavailableSelections) {
+  SourcePageCache cache;
+  EXPECT_TRUE(cache.NeedsReload({1, 2, 3, 0, 0}));
+  EXPECT_FALSE(cache.NeedsReload({1, 2, 3, 0, 0}));
+  EXPECT_TRUE(cache.NeedsReload({1, 2, 3, 0, 4}));
+  cache.Forget();
+  EXPECT_TRUE(cache.NeedsReload({1, 2, 3, 0, 4}));
+
+  Workspace ws;
+  ws.SessionSlot(2).IsMergedGroupSession = true;
+  ws.SessionSlot(1);
+  EXPECT_EQ(SourceUnavailableText(ws, -1),
+            "Unavailable (compared sessions)\r\nPlease click the Procedures tab");
+  EXPECT_EQ(SourceUnavailableText(ws, 0),
+            "Unavailable (heterogeneous sessions)\r\nPlease click the Procedures tab");
+  EXPECT_EQ(SourceUnavailableText(ws, 2),
+            "Unavailable (group session)\r\nor select a project inside the group");
+  EXPECT_FALSE(SourceUnavailableText(ws, 1).has_value());
+  ws.fHomogeneous = true;
+  EXPECT_FALSE(SourceUnavailableText(ws, 0).has_value());
+}
+
+TEST(ViewState, TitleStrip) {
+  Workspace ws;
+  ws.SessionGroup.ReDim(1);
+  ws.SessionGroup(1).Name = "Nightly";
+  ws.SessionSlot(1).Name = "Run 1";
+  ws.Session(1).Group = 1;
+  ws.Project.ReDim(1);
+  ws.cp = 1;
+  ws.Project(1).Module.ReDim(1);
+  ws.Project(1).Module(1) = Module{"M.bas", "Module1", 1, {}, 1};
+  ws.Project(1).Procedure.ReDim(1);
+  ws.Project(1).Procedure(1).Name = "Main";
+  ws.Project(1).Procedure(1).Type = 2;
+
+  const TitleStrip t = UpdateTitle(ws, 1, 1, 1);
+  EXPECT_EQ(t.Group.Text, "Nightly");
+  EXPECT_EQ(t.Group.Icon, "GROUP");
+  EXPECT_EQ(t.Session.Text, "Run 1");
+  EXPECT_EQ(t.Module.Icon, "TYPE1");
+  EXPECT_EQ(t.Procedure.Text, "Main");
+  EXPECT_EQ(t.Procedure.Icon, "PROC2");
+
+  const TitleStrip compared = UpdateTitle(ws, -1, 0, 0);
+  EXPECT_EQ(compared.Session.Text, "Compared Sessions");
+  EXPECT_FALSE(compared.Group.Visible);
+  EXPECT_FALSE(compared.Module.Visible);
+  EXPECT_EQ(UpdateTitle(ws, 0, 1, 0).Session.Icon, "MERGE");
+  EXPECT_FALSE(UpdateTitle(ws, 0, 1, 0).Procedure.Visible);
+}
+
+}  // namespace
+}  // namespace zol
