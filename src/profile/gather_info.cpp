@@ -11,26 +11,6 @@ namespace zol {
 
 namespace {
 
-// Counters are 32-bit in the file images; a sum that no longer fits is an
-// error, not a silent wrap.
-void AddCount(std::int32_t& a, std::int32_t b, const char* what) {
-  const std::int64_t sum = static_cast<std::int64_t>(a) + b;
-  if (sum > std::numeric_limits<std::int32_t>::max() ||
-      sum < std::numeric_limits<std::int32_t>::min()) {
-    throw std::overflow_error(std::string("overflow in ") + what);
-  }
-  a = static_cast<std::int32_t>(sum);
-}
-
-// The floor of one executed item: at least kMinimumTimePerHit per hit, and the
-// time with children never below the item's own time.
-template <typename Value>
-void ApplyTimeFloor(Value& v) {
-  const double floor = v.Hits * kMinimumTimePerHit;
-  if (floor > v.TotalTime) v.TotalTime = floor;
-  if (v.ChildTotalTime < v.TotalTime) v.ChildTotalTime = v.TotalTime;
-}
-
 VBBool Or(VBBool a, VBBool b) {
   return VBBool::FromRaw(static_cast<std::int16_t>(a.Raw() | b.Raw()));
 }
@@ -103,38 +83,6 @@ void GatherProcedures(Workspace& ws, const Project& project, Session& s) {
     }
     if (proc.IsDead || proc.BelongToModule == 0) continue;
     AddProcedureToModule(proc, p, s.ModuleValue(proc.BelongToModule));
-  }
-}
-
-// Module coverage and the session's totals. The critical totals of the
-// session are not cleared first: a fresh session starts from zero, and a
-// second run adds to them again.
-void GatherModulesAndSession(Workspace& ws, Session& s) {
-  ModuleValue& total = s.SessionValue;
-  total.HitLines = 0;
-  total.TotalLines = 0;
-  total.HitProcedures = 0;
-  total.TotalProcedures = 0;
-  total.TotalTime = 0;
-  for (std::int32_t id = 1; id <= ws.ModulesNumber; ++id) {
-    ModuleValue& m = s.ModuleValue(id);
-    if (m.TotalLines != 0) m.LineCoverage = static_cast<double>(m.HitLines) / m.TotalLines;
-    if (m.TotalProcedures != 0) {
-      m.ProcedureCoverage = static_cast<double>(m.HitProcedures) / m.TotalProcedures;
-    }
-    AddCount(total.HitLines, m.HitLines, "HitLines of the session");
-    AddCount(total.TotalLines, m.TotalLines, "TotalLines of the session");
-    AddCount(total.HitProcedures, m.HitProcedures, "HitProcedures of the session");
-    AddCount(total.TotalProcedures, m.TotalProcedures, "TotalProcedures of the session");
-    total.TotalTime += m.TotalTime;
-    AddCount(total.CriticalHitLines, m.CriticalHitLines, "CriticalHitLines of the session");
-    AddCount(total.CriticalTotalLines, m.CriticalTotalLines, "CriticalTotalLines of the session");
-  }
-  if (total.TotalLines != 0) {
-    total.LineCoverage = static_cast<double>(total.HitLines) / total.TotalLines;
-  }
-  if (total.TotalProcedures != 0) {
-    total.ProcedureCoverage = static_cast<double>(total.HitProcedures) / total.TotalProcedures;
   }
 }
 
@@ -212,6 +160,55 @@ void RankModules(Workspace& ws, Session& s) {
 
 }  // namespace
 
+// Counters are 32-bit in the file images; a sum that no longer fits is an
+// error, not a silent wrap.
+void AddCount(std::int32_t& a, std::int32_t b, const char* what) {
+  const std::int64_t sum = static_cast<std::int64_t>(a) + b;
+  if (sum > std::numeric_limits<std::int32_t>::max() ||
+      sum < std::numeric_limits<std::int32_t>::min()) {
+    throw std::overflow_error(std::string("overflow in ") + what);
+  }
+  a = static_cast<std::int32_t>(sum);
+}
+
+// Module coverage and the session's totals. The critical totals of the
+// session are not cleared first: a fresh session starts from zero, and a
+// second run adds to them again.
+void GatherModulesAndSession(Workspace& ws, Session& s) {
+  ModuleValue& total = s.SessionValue;
+  total.HitLines = 0;
+  total.TotalLines = 0;
+  total.HitProcedures = 0;
+  total.TotalProcedures = 0;
+  total.TotalTime = 0;
+  for (std::int32_t id = 1; id <= ws.ModulesNumber; ++id) {
+    ModuleValue& m = s.ModuleValue(id);
+    if (m.TotalLines != 0) m.LineCoverage = static_cast<double>(m.HitLines) / m.TotalLines;
+    if (m.TotalProcedures != 0) {
+      m.ProcedureCoverage = static_cast<double>(m.HitProcedures) / m.TotalProcedures;
+    }
+    AddCount(total.HitLines, m.HitLines, "HitLines of the session");
+    AddCount(total.TotalLines, m.TotalLines, "TotalLines of the session");
+    AddCount(total.HitProcedures, m.HitProcedures, "HitProcedures of the session");
+    AddCount(total.TotalProcedures, m.TotalProcedures, "TotalProcedures of the session");
+    total.TotalTime += m.TotalTime;
+    AddCount(total.CriticalHitLines, m.CriticalHitLines, "CriticalHitLines of the session");
+    AddCount(total.CriticalTotalLines, m.CriticalTotalLines, "CriticalTotalLines of the session");
+  }
+  if (total.TotalLines != 0) {
+    total.LineCoverage = static_cast<double>(total.HitLines) / total.TotalLines;
+  }
+  if (total.TotalProcedures != 0) {
+    total.ProcedureCoverage = static_cast<double>(total.HitProcedures) / total.TotalProcedures;
+  }
+}
+
+void RankSession(Workspace& ws, const Project& project, Session& s) {
+  RankAllLines(ws, project, s);
+  RankProcedures(ws, s);
+  RankModules(ws, s);
+}
+
 void GatherInfo(Workspace& ws, std::int32_t cs) {
   Session& s = ws.Session(cs);
   ws.LoadProjectCounts(s.Project);
@@ -222,9 +219,7 @@ void GatherInfo(Workspace& ws, std::int32_t cs) {
   GatherLines(ws, project, s);
   GatherProcedures(ws, project, s);
   GatherModulesAndSession(ws, s);
-  RankAllLines(ws, project, s);
-  RankProcedures(ws, s);
-  RankModules(ws, s);
+  RankSession(ws, project, s);
 }
 
 std::int32_t RankToBackcolor(float tRank) {

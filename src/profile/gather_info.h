@@ -19,6 +19,28 @@ inline constexpr double kMinimumTimePerHit = 0.00000005;
 // Fills every derived field of Session(cs) from its raw sums and its project.
 void GatherInfo(Workspace& ws, std::int32_t cs);
 
+// The steps of GatherInfo that a merged session shares. Both expect the
+// workspace's counts set from the session's project (LoadProjectCounts).
+
+// Adds b to the 32-bit counter a; a sum that no longer fits throws
+// std::overflow_error naming `what`, never wraps.
+void AddCount(std::int32_t& a, std::int32_t b, const char* what);
+
+// The floor of one executed item: at least kMinimumTimePerHit per hit, and the
+// time with children never below the item's own time.
+template <typename Value>
+void ApplyTimeFloor(Value& v) {
+  const double floor = v.Hits * kMinimumTimePerHit;
+  if (floor > v.TotalTime) v.TotalTime = floor;
+  if (v.ChildTotalTime < v.TotalTime) v.ChildTotalTime = v.TotalTime;
+}
+
+// Module coverages from the module sums, and the session totals from them.
+void GatherModulesAndSession(Workspace& ws, Session& s);
+
+// Line positions and the procedure and module ranks by distinct value.
+void RankSession(Workspace& ws, const Project& project, Session& s);
+
 // The background colour of a rank, as red + 256 * green + 65536 * blue: white
 // for no rank, then green for the fastest through yellow to red for the
 // slowest.
