@@ -1,0 +1,192 @@
+#include "grid/chart.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/ini_file.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/vb_format.h"
+
+namespace zol {
+
+namespace {
+
+constexpr char kSection[] = "Profiler";
+
+std::int32_t ReadSetting(const std::string& key, std::int32_t defaultValue, std::int32_t lo,
+                         std::int32_t hi, const std::string& iniFile) {
+  const std::string text =
+      VBGetPrivateProfileString(kSection, key, std::to_string(defaultValue), iniFile);
+  const auto value = ParseNumberText(text);
+  if (!value) return defaultValue;
+  return static_cast<std::int32_t>(Clamp(std::trunc(*value), lo, hi));
+}
+
+// The key a bar item sorts by when sorted by value: its largest value, which
+// for a single series is simply its value.
+double ValueKey(const ChartRow& row) {
+  double key = row.Values.empty() ? 0 : row.Values.front();
+  for (double v : row.Values) key = std::max(key, v);
+  return key;
+}
+
+void SortRows(std::vector<ChartRow>& rows, std::int32_t graphSortKey) {
+  if (graphSortKey == kGraphSortByName) {
+    std::stable_sort(rows.begin(), rows.end(),
+                     [](const ChartRow& a, const ChartRow& b) { return a.Name < b.Name; });
+  } else if (graphSortKey == kGraphSortByValue) {
+    std::stable_sort(rows.begin(), rows.end(), [](const ChartRow& a, const ChartRow& b) {
+      return ValueKey(a) < ValueKey(b);
+    });
+  }
+}
+
+bool LimitApplies(const GraphOptions& o, std::int32_t activeTab, std::size_t count) {
+  return o.GraphMaxItems > 0 && (activeTab == kTabProcedures || activeTab == kTabLines) &&
+         count > static_cast<std::size_t>(o.GraphMaxItems);
+}
+
+// Totals and coverage can be summed; averages can't.
+bool IsSummable(std::int32_t displayInfoType) {
+  return displayInfoType == 0 || displayInfoType == 2 || displayInfoType == 4;
+}
+
+// A line's chart name is its zero-padded ID, "-" and its text; the legend
+// shows the text only.
+std::string WithoutLineIdPrefix(const std::string& name) {
+  const int dash = InStr(name, "-");
+  return dash == 0 ? name : Mid(name, dash + 1);
+}
+
+ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std::int32_t activeTab,
+                          std::int32_t displayInfoType) {
+  std::vector<ChartItem> items = arrays.ChartArrayPie;
+  bool inOrder = false;
+  double tOther = -1;
+  if (LimitApplies(o, activeTab, items.size())) {
+    SortChartArray2dim(items, kGraphSortByValue);
+    const std::size_t leftOut = items.size() - static_cast<std::size_t>(o.GraphMaxItems);
+    if (IsSummable(displayInfoType)) {
+      tOther = 0;
+      for (std::size_t i = 0; i < leftOut; ++i) tOther += items[i].Value;
+    }
+    items.erase(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(leftOut));
+    inOrder = o.GraphSortKey == kGraphSortByValue;
+  }
+  if (!inOrder) SortChartArray2dim(items, o.GraphSortKey);
+
+  ChartDescription chart;
+  chart.ChartType = kChartTypePie2d;
+  chart.Title = arrays.PieTitle;
+  for (ChartItem& item : items) {
+    chart.Items.push_back(
+        {activeTab == kTabLines ? WithoutLineIdPrefix(item.Name) : std::move(item.Name),
+         {item.Value}});
+  }
+  if (tOther != -1) chart.Items.push_back({kOtherItem, {tOther}});
+  return chart;
+}
+
+ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, std::int32_t activeTab,
+                          std::int32_t displayInfoType) {
+  std::vector<ChartRow> rows = arrays.ChartArrayBar;
+  double largest = ValueKey(rows.front());
+  for (const ChartRow& r : rows) largest = std::max(largest, ValueKey(r));
+
+  bool inOrder = false;
+  if (LimitApplies(o, activeTab, rows.size())) {
+    SortRows(rows, kGraphSortByValue);
+    rows.erase(rows.begin(), rows.end() - o.GraphMaxItems);
+    inOrder = o.GraphSortKey == kGraphSortByValue;
+  }
+  if (!inOrder) SortRows(rows, o.GraphSortKey);
+  if (activeTab == kTabLines) {
+    for (ChartRow& r : rows) r.Name = WithoutLineIdPrefix(r.Name);
+  }
+
+  ChartDescription chart;
+  if (largest < 1) {
+    largest *= 1000000;
+    for (ChartRow& r : rows) {
+      for (double& v : r.Values) v *= 1000000;
+    }
+    chart.ScaledToMicroseconds = true;
+  }
+  chart.ChartType = kChartTypeBar2d;
+  chart.Title = arrays.BarTitle;
+  chart.Items = std::move(rows);
+  chart.SeriesNames = arrays.LegendText;
+  // Coverage is in whole percent; hit counts of the Lines tab can pass 100,
+  // and then the axis grows with them.
+  chart.AxisTop = displayInfoType == 4 && largest <= 100 ? 100 : RoundAxisTop(largest);
+  return chart;
+}
+
+}  // namespace
+
+GraphOptions LoadGraphOptions(const std::string& iniFile) {
+  const GraphOptions defaults;
+  GraphOptions o;
+  o.GraphType =
+      ReadSetting("GraphType", defaults.GraphType, kGraphTypeNone, kGraphTypePie, iniFile);
+  o.GraphSortKey = ReadSetting("GraphSortKey", defaults.GraphSortKey, kGraphSortByName,
+                               kGraphSortByValue, iniFile);
+  o.GraphMaxItems =
+      ReadSetting("GraphMaxItems", defaults.GraphMaxItems, 0, kGraphMaxItemsLimit, iniFile);
+  return o;
+}
+
+void SaveGraphOptions(const GraphOptions& options, const std::string& iniFile) {
+  VBWritePrivateProfileString(kSection, "GraphType", std::to_string(options.GraphType), iniFile);
+  VBWritePrivateProfileString(kSection, "GraphSortKey", std::to_string(options.GraphSortKey),
+                              iniFile);
+  VBWritePrivateProfileString(kSection, "GraphMaxItems", std::to_string(options.GraphMaxItems),
+                              iniFile);
+}
+
+ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options,
+                         std::int32_t activeTab, std::int32_t displayInfoType) {
+  if (options.GraphType == kGraphTypePie) {
+    if (arrays.ChartArrayPie.empty()) {
+      ChartDescription chart = ResetChart();
+      chart.Title = arrays.PieCaption;
+      return chart;
+    }
+    return PieChart(arrays, options, activeTab, displayInfoType);
+  }
+  if (options.GraphType == kGraphTypeBar) {
+    if (arrays.ChartArrayBar.empty()) return ResetChart();
+    return BarChart(arrays, options, activeTab, displayInfoType);
+  }
+  return {};
+}
+
+void DoChartSortOnly(ChartDescription& chart, std::int32_t graphSortKey) {
+  if (chart.Items.empty() || chart.IsReset) return;
+  SortRows(chart.Items, graphSortKey);
+}
+
+ChartDescription ResetChart(ChartArrays& arrays, bool fEraseArrays) {
+  if (fEraseArrays) arrays.Erase();
+  return ResetChart();
+}
+
+ChartDescription ResetChart() {
+  ChartDescription chart;
+  chart.IsReset = true;
+  chart.Items.push_back({kNoAvailableChart, {}});
+  chart.ResetNotes = {" (Compared sessions)", ""};
+  return chart;
+}
+
+double RoundAxisTop(double largest) {
+  if (!(largest > 0) || !std::isfinite(largest)) return 1;
+  const double power = std::pow(10.0, std::floor(std::log10(largest)));
+  for (double step : {1.0, 2.0, 5.0, 10.0}) {
+    if (step * power >= largest) return step * power;
+  }
+  return 10 * power;
+}
+
+}  // namespace zol

@@ -1,0 +1,21 @@
+#include "grid/grid_build.h"
+
+namespace zol {
+
+void UpdateChart(const GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
+                 const GraphOptions& options, std::int32_t activeTab,
+                 std::int32_t displayInfoType) {
+  switch (build.Chart) {
+    case ChartUpdate::None:
+      break;
+    case ChartUpdate::Reset:
+      chart = ResetChart(arrays, false);
+      break;
+    case ChartUpdate::Draw:
+      arrays = build.Arrays;
+      chart = DoChart(arrays, options, activeTab, displayInfoType);
+      break;
+  }
+}
+
+}  // namespace zol

@@ -1,0 +1,32 @@
+#pragma once
+
+// The result of a table builder, and how the window's chart follows it.
+
+#include <cstdint>
+
+#include "grid/chart.h"
+#include "grid/chart_arrays.h"
+#include "grid/table.h"
+
+namespace zol {
+
+// What a build asks of the chart beside the grid.
+enum class ChartUpdate {
+  None,   // leave the chart and its arrays as they are
+  Reset,  // show the empty chart; the arrays stay as they are
+  Draw,   // take the build's arrays and draw them
+};
+
+struct GridBuild {
+  Table Grid;
+  ChartUpdate Chart = ChartUpdate::None;
+  ChartArrays Arrays;  // with ChartUpdate::Draw
+};
+
+// Applies a build's chart part to the window's arrays and chart: with Draw the
+// arrays are replaced and drawn, with Reset the empty chart is shown, with
+// None `chart` stays.
+void UpdateChart(const GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
+                 const GraphOptions& options, std::int32_t activeTab, std::int32_t displayInfoType);
+
+}  // namespace zol

@@ -1,0 +1,36 @@
+#pragma once
+
+// The table builders of the grid tabs. Each builds its table from the records
+// of the selection, sorts it on its default column (descending), selects the
+// first row, and hands over the chart's arrays and titles. The GUI takes the
+// selection with GetTreeSelection and GridSelectionOf, calls the builder that
+// the tab and the measure call for, shows the table and updates the chart
+// (UpdateChart). A bad ID in the records gives BoundsError.
+
+#include <string>
+
+#include "grid/grid_build.h"
+#include "grid/grid_selection.h"
+#include "grid/grid_sort.h"
+#include "session/workspace.h"
+
+namespace zol {
+
+// Timing tables, DisplayInfoType 0 to 3.
+GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
+GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
+GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
+
+// Coverage tables, DisplayInfoType 4.
+GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
+GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
+GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
+
+// The Lines tab, any measure; progress goes to the Workspace's prompter. With
+// `fFake` only the headers and one blank row, no data and no chart: the grid
+// that stands before any session is picked.
+GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, bool fFake);
+// A one-column notice of two rows where lines can't be listed.
+GridBuild ShowLinesUnavailable(const std::string& arg, const std::string& arg2);
+
+}  // namespace zol

@@ -1,0 +1,84 @@
+#include "grid/grid_click.h"
+
+#include <string>
+
+#include "base/text.h"
+
+namespace zol {
+
+namespace {
+
+std::int32_t FindModule(const Project& project, const std::string& name) {
+  for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
+    if (project.Module(m).Name == name) return m;
+  }
+  return 0;
+}
+
+ClickTarget ModuleTarget(const Project& project, const Row& row, int moduleColumn) {
+  ClickTarget t;
+  if (moduleColumn != 0) t.cModTmp = FindModule(project, row.Text(moduleColumn));
+  return t;
+}
+
+ClickTarget ProcedureTarget(const Project& project, const Row& row, int moduleColumn,
+                            int procedureColumn) {
+  ClickTarget t = ModuleTarget(project, row, moduleColumn);
+  if (t.cModTmp == 0) return {};
+  const std::string& name = row.Text(procedureColumn);
+  for (std::int32_t p = 1; p <= project.ProceduresNumber; ++p) {
+    const Procedure& proc = project.Procedure(p);
+    if (proc.BelongToModule == t.cModTmp && proc.Name == name) {
+      t.cProTmp = p;
+      return t;
+    }
+  }
+  return {};
+}
+
+ClickTarget LineTarget(const Project& project, const Row& row, int lineIdColumn) {
+  const auto id = ParseNumberText(row.Text(lineIdColumn));
+  if (!id || !project.CodeLine.InRange(static_cast<std::int64_t>(*id)) ||
+      *id != static_cast<std::int32_t>(*id)) {
+    return {};
+  }
+  ClickTarget t;
+  t.cLineTmp = static_cast<std::int32_t>(*id);
+  t.cProTmp = project.CodeLine(t.cLineTmp).BelongToProcedure;
+  if (project.Procedure.InRange(t.cProTmp)) t.cModTmp = project.Procedure(t.cProTmp).BelongToModule;
+  return t;
+}
+
+}  // namespace
+
+ClickTarget lvValues_Clicked(const Project& project, const Table& table, int row, int column) {
+  if (row < 1 || row > table.RowCount() || column < 1 || column > table.ColumnCount()) return {};
+  const Row& r = table.RowAt(row);
+  const int moduleColumn = table.FindColumn("Module");
+  const int procedureColumn = table.FindColumn("Procedure");
+  const int lineIdColumn = table.FindColumn("Line ID");
+  const std::string& header = table.ColumnAt(column).Header;
+
+  if (header == "Module") {
+    ClickTarget t;
+    t.cModTmp = FindModule(project, r.Text(column));
+    return t;
+  }
+  if (header == "Procedure") return ProcedureTarget(project, r, moduleColumn, column);
+  if (lineIdColumn != 0) return LineTarget(project, r, lineIdColumn);
+  if (procedureColumn != 0) return ProcedureTarget(project, r, moduleColumn, procedureColumn);
+  return ModuleTarget(project, r, moduleColumn);
+}
+
+std::int32_t TabAfterClick(std::int32_t tClickKind, std::int32_t activeTab) {
+  switch (tClickKind) {
+    case kSingleClick:
+      return activeTab + 1;
+    case kDoubleClick:
+      return kTabSource;
+    default:
+      return activeTab;
+  }
+}
+
+}  // namespace zol

@@ -1,0 +1,93 @@
+#include "grid/grid_export.h"
+
+#include <string_view>
+
+#include "base/files.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "base/vb_format.h"
+
+namespace zol {
+
+namespace {
+
+constexpr std::string_view kLineEnd = "\r\n";
+
+bool IsBarsColumn(const Column& column) {
+  return column.Header.find("Bars") != std::string::npos;
+}
+
+bool NeedsQuotes(std::string_view text) {
+  return text.find_first_of(",\"\r\n") != std::string_view::npos;
+}
+
+std::string Quoted(std::string_view text) {
+  return "\"" + Replace(text, "\"", "\"\"") + "\"";
+}
+
+std::string WithoutTabs(std::string_view text) {
+  std::string out(text);
+  for (char& c : out) {
+    if (c == '\t' || c == '\r' || c == '\n') c = ' ';
+  }
+  return out;
+}
+
+// One cell as written. `firstColumn`: the row's own text, which stands as it
+// is; `lineColumn`: the source text, whose commas are never numbers.
+std::string ExportCell(const std::string& text, bool commaSeparated, bool firstColumn,
+                       bool lineColumn, bool fReplaceComma) {
+  if (!commaSeparated) {
+    if (!firstColumn && text == "-") return "0";
+    return WithoutTabs(text);
+  }
+  if (firstColumn) return NeedsQuotes(text) ? Quoted(text) : text;
+  if (text == "-") return Quoted("0");
+  return Quoted(fReplaceComma && !lineColumn ? Replace(text, ",", ".") : text);
+}
+
+}  // namespace
+
+std::int32_t ExportFileType(const std::string& tFile) {
+  return TextEquals(Right(tFile, 4), ".csv") ? 1 : 0;
+}
+
+std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceComma) {
+  std::vector<int> columns;
+  for (const int c : table.GetHeadersPositions()) {
+    if (!IsBarsColumn(table.ColumnAt(c))) columns.push_back(c);
+  }
+  const int tLineCol = fReplaceComma ? table.FindColumn("Line") : 0;
+  const std::string_view separator = commaSeparated ? "," : "\t";
+
+  std::string out;
+  const auto writeLine = [&](const auto& textOf) {
+    for (std::size_t k = 0; k < columns.size(); ++k) {
+      if (k > 0) out.append(separator);
+      const int c = columns[k];
+      out.append(ExportCell(textOf(c), commaSeparated, c == 1, c == tLineCol, fReplaceComma));
+    }
+    out.append(kLineEnd);
+  };
+  writeLine([&](int c) -> const std::string& { return table.ColumnAt(c).Header; });
+  for (const Row& row : table.Rows()) {
+    writeLine([&](int c) -> const std::string& { return row.Text(c); });
+  }
+  return out;
+}
+
+std::string lvValues_Export(const Table& table, std::string tFile, Prompter& prompter,
+                            std::int32_t& LastExportFileType) {
+  if (table.RowCount() == 0) {
+    prompter.ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
+    return {};
+  }
+  LastExportFileType = ExportFileType(tFile);
+  if (GetFileName(tFile).find('.') == std::string::npos) tFile += ".txt";
+  // A locale that writes decimal commas would put commas into number cells.
+  const bool fReplaceComma = CStr(1.0 / 3).find(',') != std::string::npos;
+  WriteFile(tFile, ExportText(table, LastExportFileType == 1, fReplaceComma));
+  return tFile;
+}
+
+}  // namespace zol

@@ -1,0 +1,40 @@
+#pragma once
+
+// Writing a grid out as a comma-separated (".csv") or tab-separated (".txt")
+// file, the columns in the order they are shown, without the bars.
+
+#include <cstdint>
+#include <string>
+
+#include "grid/table.h"
+#include "session/prompter.h"
+
+namespace zol {
+
+inline constexpr char kEmptyTableMessage[] = "The table is empty !";
+inline constexpr char kExportFilter[] =
+    "Text, Comma delimited (*.csv)|*.csv|Text, Tab delimited (*.txt)|*.txt";
+
+// The file type of an export: 1 for a name ending in ".csv" (any case), 0
+// otherwise.
+std::int32_t ExportFileType(const std::string& tFile);
+
+// The file's text: a line of headers, then a line for each row, the total row
+// included, lines ending in CR LF. A cell "-" is written "0", except in the
+// first column, which is the row's text as it stands. With a comma every cell
+// but the first column's is put in double quotes (inner quotes doubled); the
+// first column's is quoted only when it holds a comma, a quote or a line
+// break. With a tab, tabs and line breaks inside a cell become blanks, so
+// that every line keeps its columns. `fReplaceComma` (a locale with decimal
+// commas) turns the commas of every cell but the "Line" column into ".".
+std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceComma = false);
+
+// lvValues_Export: writes `table` to `tFile`: CSV for a name ending in ".csv",
+// tab-separated otherwise; a name without "." gets ".txt". An empty table
+// shows "The table is empty !" and writes nothing. Returns the name written
+// (empty when nothing was) and sets `LastExportFileType`. Throws FileError
+// when the file can't be written.
+std::string lvValues_Export(const Table& table, std::string tFile, Prompter& prompter,
+                            std::int32_t& LastExportFileType);
+
+}  // namespace zol

@@ -1,0 +1,89 @@
+#include "grid/grid_frame.h"
+
+#include <algorithm>
+
+#include "base/numbers.h"
+#include "base/text.h"
+#include "base/vb_format.h"
+#include "grid/bars.h"
+
+namespace zol {
+
+namespace {
+const std::string kNoName;
+}  // namespace
+
+void lvValues_AdjustWidth(Table& table) {
+  for (int c = 1; c <= table.ColumnCount(); ++c) {
+    std::size_t best = table.ColumnAt(c).Header.size();
+    for (const Row& row : table.Rows()) best = std::max(best, row.Text(c).size());
+    table.ColumnAt(c).Width = static_cast<std::int32_t>(best);
+  }
+}
+
+std::string TimeText(double seconds) {
+  return Format(seconds, "0.000000");
+}
+
+double CellValue(std::string_view text) {
+  return ParseNumberText(text).value_or(0);
+}
+
+int AddProjectColumn(Table& table, const GridSelection& sel) {
+  if (sel.Group == -1) return 0;
+  return table.AddColumn("Project", Alignment::Left);
+}
+
+void ShowProjectColumnFirst(Table& table, int projectColumn) {
+  if (projectColumn != 0) table.SetPosition(projectColumn, 1);
+}
+
+int AddBarsColumn(Table& table, int position) {
+  const int column = table.AddColumn(kBarsHeader, Alignment::Left);
+  table.SetPosition(column, position);
+  return column;
+}
+
+const std::string& ModuleProjectName(const Workspace& ws, const Project& project,
+                                     std::int32_t module) {
+  if (!project.Module.InRange(module)) return kNoName;
+  const std::int32_t p = project.Module(module).BelongToProject;
+  return ws.Project.InRange(p) ? ws.Project(p).Name : kNoName;
+}
+
+std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSelection& sel) {
+  if (sel.Group < 0) return {sel.cs};
+  const SessionGroup& group = ws.SessionGroup(sel.Group);
+  std::vector<std::int32_t> list;
+  for (std::int32_t i = 1; i <= group.nSession; ++i) list.push_back(group.Sessions(i));
+  return list;
+}
+
+void MarkDeadRow(Row& row, int from, int to, int barsColumn) {
+  for (int c = from; c <= to; ++c) row.At(c) = {kDeadValue, true, kColorGrey};
+  if (barsColumn > 0) row.At(barsColumn) = {kDeadValue, true, kColorGrey};
+  for (Cell& cell : row.Cells) cell.Color = kColorGrey;
+}
+
+void MarkTotalRow(Row& row, int columnCount, int barsColumn) {
+  row.SetBold(true);
+  row.SetColor(kColorBlue);
+  for (int c = 2; c <= columnCount; ++c) {
+    Cell& cell = row.At(c);
+    cell.Color = kColorBlue;
+    cell.Bold = c != barsColumn;
+  }
+}
+
+std::string ShareText(std::string_view valueText, double total) {
+  if (total == 0 || valueText == kNoValue) return kNoValue;
+  return FormaterPourcentage(CellValue(valueText) / total);
+}
+
+void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable) {
+  lvValues_AdjustWidth(table);
+  lvValues_Sort(table, sort, defaultColumn, kSortDescending, comparedTable);
+  table.SelectedRow = table.RowCount() > 0 ? 1 : 0;
+}
+
+}  // namespace zol

@@ -1,0 +1,97 @@
+#pragma once
+
+// The frame that every table builder shares: the "Project" column of a
+// group's merged session, the bars column, the look of dead rows and of the
+// total row, the texts of times and their reading back, the percentage pass,
+// and the finish (widths, first sort, selection).
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "grid/grid_selection.h"
+#include "grid/grid_sort.h"
+#include "grid/table.h"
+#include "session/workspace.h"
+
+namespace zol {
+
+// The text of a value cell with nothing measured.
+inline constexpr char kNoValue[] = "-";
+// The text of a value cell of a dead row.
+inline constexpr char kDeadValue[] = "  ";
+
+// Sets every column's width to its widest text (header or cell), in characters.
+void lvValues_AdjustWidth(Table& table);
+
+// The time of a value record (procedure or line) that the measure shows: total,
+// average, child total or child average for DisplayInfoType 0 to 3.
+template <typename Value>
+double TimingMeasure(const Value& v, std::int32_t displayInfoType) {
+  switch (displayInfoType) {
+    case 1:
+      return v.AverageTime;
+    case 2:
+      return v.ChildTotalTime;
+    case 3:
+      return v.ChildAverageTime;
+    default:
+      return v.TotalTime;
+  }
+}
+
+// Measures 2 and 3 show times with children.
+inline bool IsChildMeasure(std::int32_t displayInfoType) {
+  return displayInfoType == 2 || displayInfoType == 3;
+}
+// Measures 1 and 3 show averages.
+inline bool IsAverageMeasure(std::int32_t displayInfoType) {
+  return displayInfoType == 1 || displayInfoType == 3;
+}
+
+// A time in seconds as the grids show it: "0.000000".
+std::string TimeText(double seconds);
+// A cell's number as displayed, read back; 0 for a text that is no number.
+double CellValue(std::string_view text);
+
+// Adds the "Project" column of a group's merged session (left aligned) and
+// returns its index; 0 when the session isn't one.
+int AddProjectColumn(Table& table, const GridSelection& sel);
+// Adds the bars column at display position `position` and returns its index.
+int AddBarsColumn(Table& table, int position);
+// Shows the "Project" column first (nothing for column 0). Done after the bars
+// column has its place, so that the bars keep their neighbours.
+void ShowProjectColumnFirst(Table& table, int projectColumn);
+// The name of the project that module `module` of `project` came from, for
+// the "Project" column; empty when unknown.
+const std::string& ModuleProjectName(const Workspace& ws, const Project& project,
+                                     std::int32_t module);
+
+// The sessions of the project tables: the session alone, or the members of
+// the group whose merged session it is.
+std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSelection& sel);
+
+// A dead row: the cells of columns `from` to `to` and of the bars column are
+// two blanks and bold; the row and every cell are grey.
+void MarkDeadRow(Row& row, int from, int to, int barsColumn);
+// The total row's look: bold and blue, every cell from column 2 on blue and
+// bold, but the bars cell plain.
+void MarkTotalRow(Row& row, int columnCount, int barsColumn);
+
+// The percentage of a value cell: "-" when `total` is 0 or the cell is "-".
+std::string ShareText(std::string_view valueText, double total);
+
+// The digits of the largest line ID of a project of `linesNumber` lines.
+std::int32_t LineIdDigits(std::int32_t linesNumber);
+// A line's name in the chart: its ID padded with zeros to `tNumberOfZeros`
+// digits, "-", and its text cut to 33 characters; so a sort by name is a sort
+// by line ID.
+std::string LineChartName(std::int32_t lineId, std::int32_t tNumberOfZeros,
+                          const std::string& text);
+
+// Widths, the sort on `defaultColumn` in descending order, and the first row
+// selected.
+void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable = false);
+
+}  // namespace zol
