@@ -62,4 +62,42 @@ inline Array1<std::int32_t> List(std::initializer_list<std::int32_t> items) {
   return list;
 }
 
+// Two runs of one small project, every value of which can be worked out by
+// hand:
+//   module 1 "Main": 1 "Start" (lines 1, 2 and the exit line 3), 2 "Work"
+//     (line 4), 3 "Idle" (timed, no line probes), 4 "Old" (dead);
+//   module 2 "Calc": 5 "Sum" (critical, line 5).
+// Run one ("one"): lines 1 (2 hits, 0.2 s, 0.5 s with children), 2 (1, 0.1),
+// 3 (2, 0); Start entered twice, Idle 3 times for 0.3 s, Sum once; calls
+// 1 -> 5 and 1 -> 3. Run two ("two"): lines 1 (3 hits, 0.4 s), 4 (1, 0.05);
+// Start and Work entered once; calls 1 -> 3 and 3 -> 2.
+struct TwoRuns {
+  std::int32_t cp = 0;
+  std::int32_t one = 0;
+  std::int32_t two = 0;
+};
+
+inline TwoRuns TwoRunsOfOneProject(Workspace& ws) {
+  ProjectBuilder b(ws);
+  const auto main = b.Module("Main");
+  const auto start = b.Procedure(main, "Start");
+  b.Line(start);
+  b.Line(start);
+  b.Line(start, kExitLine);
+  const auto work = b.Procedure(main, "Work");
+  b.Line(work);
+  b.Procedure(main, "Idle");
+  b.Procedure(main, "Old", {.dead = true});
+  const auto calc = b.Module("Calc");
+  const auto sum = b.Procedure(calc, "Sum", {.critical = true});
+  b.Line(sum);
+  TwoRuns r;
+  r.cp = b.Build();
+  r.one = HandSession(ws, r.cp, "/runs/one.pfd", {{1, 2, 0.2, 0.5}, {2, 1, 0.1, 0.1}, {3, 2, 0, 0}},
+                      {{1, 2}, {3, 3, 0.3}, {5, 1}}, {{1, 5, 1, 0.2}, {1, 3, 2, 0.3}});
+  r.two = HandSession(ws, r.cp, "/runs/two.pfd", {{1, 3, 0.4, 0.4}, {4, 1, 0.05, 0.05}},
+                      {{1, 1}, {2, 1}}, {{1, 3, 1, 0.1}, {3, 2, 4, 0.4}});
+  return r;
+}
+
 }  // namespace zol::testing

@@ -1,6 +1,6 @@
 // Sessions of one project merged by ID: sums, recomputed averages, floors,
-// coverage, module totals, call pairs and ranks, on a hand-built project whose
-// every number can be worked out on paper.
+// coverage, module totals, call pairs and ranks, on the hand-built runs of
+// TwoRunsOfOneProject, whose every number can be worked out on paper.
 
 #include <gtest/gtest.h>
 
@@ -17,25 +17,10 @@ using testing::ProjectBuilder;
 class HomogeneousMergeTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    ProjectBuilder b(ws_);
-    const auto main = b.Module("Main");
-    const auto start = b.Procedure(main, "Start");  // 1
-    b.Line(start);                                  // 1
-    b.Line(start);                                  // 2
-    b.Line(start, testing::kExitLine);              // 3
-    const auto work = b.Procedure(main, "Work");    // 2
-    b.Line(work);                                   // 4
-    b.Procedure(main, "Idle");                      // 3: timed, no line probes
-    b.Procedure(main, "Old", {.dead = true});       // 4
-    const auto calc = b.Module("Calc");
-    const auto sum = b.Procedure(calc, "Sum", {.critical = true});  // 5
-    b.Line(sum);                                                    // 5
-    cp_ = b.Build();
-
-    s1_ = HandSession(ws_, cp_, "/runs/one.pfd", {{1, 2, 0.2, 0.5}, {2, 1, 0.1, 0.1}, {3, 2, 0, 0}},
-                      {{1, 2}, {3, 3, 0.3}, {5, 1}}, {{1, 5, 1, 0.2}, {1, 3, 2, 0.3}});
-    s2_ = HandSession(ws_, cp_, "/runs/two.pfd", {{1, 3, 0.4, 0.4}, {4, 1, 0.05, 0.05}},
-                      {{1, 1}, {2, 1}}, {{1, 3, 1, 0.1}, {3, 2, 4, 0.4}});
+    const testing::TwoRuns runs = testing::TwoRunsOfOneProject(ws_);
+    cp_ = runs.cp;
+    s1_ = runs.one;
+    s2_ = runs.two;
   }
 
   const Session& Merge() {
