@@ -1,9 +1,11 @@
 #include "profile/block_stream.h"
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstring>
-#include <deque>
 #include <exception>
+#include <limits>
+#include <map>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -37,10 +39,16 @@ class SerialZlibStream : public BlockStream {
   CompressedBlock compressed_;
 };
 
+// Worker threads take the blocks in file order, each reading one under the
+// read lock and inflating it outside any lock; finished blocks wait by index
+// until the replay takes them in order. Workers stay at most kAhead blocks in
+// front of the replay, so memory is a few blocks whatever the log's size.
 class PipelinedStream : public BlockStream {
  public:
   explicit PipelinedStream(BlockReader reader) : reader_(std::move(reader)) {
-    worker_ = std::thread([this] { Work(); });
+    const unsigned cores = std::thread::hardware_concurrency();
+    const unsigned workers = std::clamp(cores, 2u, kMaxWorkers);
+    for (unsigned i = 0; i < workers; ++i) workers_.emplace_back([this] { Work(); });
   }
 
   ~PipelinedStream() override {
@@ -49,64 +57,91 @@ class PipelinedStream : public BlockStream {
       stop_ = true;
     }
     changed_.notify_all();
-    worker_.join();
+    for (std::thread& t : workers_) t.join();
   }
 
   bool Next(InflatedBlock& block) override {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return !ready_.empty() || finished_; });
-    if (ready_.empty()) {
-      if (failure_) std::rethrow_exception(failure_);
-      return false;
-    }
+    changed_.wait(lock, [this] { return done_.contains(next_) || next_ >= end_; });
+    const auto it = done_.find(next_);
+    if (it == done_.end()) return false;
+    Slot slot = std::move(it->second);
+    done_.erase(it);
+    if (slot.failure) std::rethrow_exception(slot.failure);
     if (!block.Records.empty()) spare_.push_back(std::move(block.Records));
-    block = std::move(ready_.front());
-    ready_.pop_front();
+    block = std::move(slot.block);
+    ++next_;
     lock.unlock();
     changed_.notify_all();
     return true;
   }
 
  private:
-  // Blocks inflated and waiting for the replay, besides the one being inflated.
-  static constexpr std::size_t kAhead = 2;
+  static constexpr unsigned kMaxWorkers = 4;
+  static constexpr std::int32_t kAhead = 2 * kMaxWorkers;
+
+  struct Slot {
+    InflatedBlock block;
+    std::exception_ptr failure;
+  };
 
   void Work() {
-    try {
-      CompressedBlock compressed;
-      BlockInflater inflater;
-      while (WaitForRoom()) {
-        if (!reader_.Next(compressed)) break;
-        InflatedBlock block;
-        block.Index = compressed.Index;
-        block.FilePos = compressed.FilePos;
-        block.Records = TakeSpare();
-        if (!inflater.Inflate(compressed.Bytes, block.Records)) {
-          throw LogError(reader_.File(), BlockNotInflatedFault(compressed));
-        }
-        {
-          std::lock_guard lock(mutex_);
-          ready_.push_back(std::move(block));
-        }
-        changed_.notify_all();
+    BlockInflater inflater;
+    CompressedBlock compressed;
+    for (;;) {
+      std::int32_t index = 0;
+      {
+        std::lock_guard read(readMutex_);
+        if (!Claim(index)) return;
+        if (!Read(index, compressed)) return;
       }
-    } catch (...) {
-      std::lock_guard lock(mutex_);
-      failure_ = std::current_exception();
+      InflatedBlock block;
+      block.Index = compressed.Index;
+      block.FilePos = compressed.FilePos;
+      block.Records = TakeSpare();
+      std::exception_ptr failure;
+      if (!inflater.Inflate(compressed.Bytes, block.Records)) {
+        failure =
+            std::make_exception_ptr(LogError(reader_.File(), BlockNotInflatedFault(compressed)));
+      }
+      {
+        std::lock_guard lock(mutex_);
+        if (failure) End(index + 1);
+        done_[index] = Slot{std::move(block), failure};
+      }
+      changed_.notify_all();
     }
-    {
-      std::lock_guard lock(mutex_);
-      finished_ = true;
-    }
-    changed_.notify_all();
   }
 
-  // Waits until fewer than kAhead blocks wait; false when the reader is gone.
-  bool WaitForRoom() {
+  // Waits for room in front of the replay and takes the next block's index;
+  // false when there is nothing more to do.
+  bool Claim(std::int32_t& index) {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return stop_ || ready_.size() < kAhead; });
-    return !stop_;
+    changed_.wait(lock,
+                  [this] { return stop_ || claimed_ + 1 >= end_ || claimed_ < next_ + kAhead; });
+    if (stop_ || claimed_ + 1 >= end_) return false;
+    index = ++claimed_;
+    return true;
   }
+
+  // Reads block `index` (under the read lock); false at the end of the blocks
+  // or at a framing fault, which then waits in the block's place.
+  bool Read(std::int32_t index, CompressedBlock& compressed) {
+    try {
+      if (reader_.Next(compressed)) return true;
+      std::lock_guard lock(mutex_);
+      End(index);
+    } catch (...) {
+      std::lock_guard lock(mutex_);
+      End(index + 1);
+      done_[index].failure = std::current_exception();
+    }
+    changed_.notify_all();
+    return false;
+  }
+
+  // No block from `index` on will be handed out (under the lock).
+  void End(std::int32_t index) { end_ = std::min(end_, index); }
 
   std::vector<unsigned char> TakeSpare() {
     std::lock_guard lock(mutex_);
@@ -116,15 +151,17 @@ class PipelinedStream : public BlockStream {
     return buffer;
   }
 
-  BlockReader reader_;
-  std::thread worker_;
+  BlockReader reader_;  // used under readMutex_
+  std::mutex readMutex_;
   std::mutex mutex_;
   std::condition_variable changed_;
-  std::deque<InflatedBlock> ready_;
+  std::map<std::int32_t, Slot> done_;  // inflated blocks and faults, by index
+  std::int32_t next_ = 1;              // the block the replay takes next
+  std::int32_t claimed_ = 0;           // the last block handed to a worker
+  std::int32_t end_ = std::numeric_limits<std::int32_t>::max();  // no blocks from here on
   std::vector<std::vector<unsigned char>> spare_;
-  std::exception_ptr failure_;
-  bool finished_ = false;
   bool stop_ = false;
+  std::vector<std::thread> workers_;
 };
 
 }  // namespace

@@ -2,10 +2,11 @@
 
 // The inflated blocks of a log, in file order. The serial stream inflates each
 // block with zlib when asked for it; the pipelined stream reads and inflates
-// with libdeflate on a worker thread, a couple of blocks ahead of the replay,
-// so that inflating and replaying overlap while memory stays at a few blocks.
-// Both hand out the same blocks and fail with the same LogError at the same
-// block: blocks before a fault are delivered first.
+// with libdeflate on worker threads (two, or one per core up to four), a few
+// blocks ahead of the replay, so that inflating and replaying overlap while
+// memory stays at a few blocks whatever the log's size. Both hand out the same
+// blocks and fail with the same LogError at the same block: blocks before a
+// fault are delivered first.
 
 #include <cstdint>
 #include <memory>

@@ -120,6 +120,8 @@ void ReplayLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   const std::string file = s.SessionFile;
   const std::string path = ToNativePath(file);
 
+  // A stop request of an earlier operation doesn't stop this one.
+  ws.abort = false;
   const std::int64_t fileLength = LengthOf(path, file);
   ws.TraceOverhead = TrailerOverhead(path, file, fileLength);
   const double progressMax = StartProgress(ws, file, fileLength);

@@ -32,10 +32,10 @@ void PrepareSessionArrays(Workspace& ws, std::int32_t cs);
 // scanned and the arrays prepared (PrepareSessionArrays). Shows progress
 // through ws.prompter() and leaves the progress area visible.
 //
-// A log that can't be read whole throws LogError naming the file and the fault;
-// when ws.abort is set while events run between blocks, the read stops with
-// LogReadCancelled. Either way the session's values, pairs, FirstProc and
-// LastProc are cleared, so nothing half-read remains.
+// A log that can't be read whole throws LogError naming the file and the fault.
+// ws.abort is cleared at the start; when it is set while events run between
+// blocks, the read stops with LogReadCancelled. Either way the session's values, pairs, FirstProc
+// and LastProc are cleared, so nothing half-read remains.
 void ReadProfileFile(Workspace& ws, std::int32_t cs, ReplayKind kind = ReplayKind::Fast);
 
 // Add to Hits, or to ChildTime, of the pair (FromProc, ToProc) of Session(cs),

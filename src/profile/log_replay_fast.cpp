@@ -57,44 +57,79 @@ struct Frame {
   Owed owed;
 };
 
+// The replay's working variables and the constants it uses on every event.
+// Block() works on a local copy so that the compiler can keep them in
+// registers: as members they could alias the value arrays that every event
+// writes to, and would go through memory.
+//
+// The stack holds two spare frames below frame 1, so that the top and the
+// frame below it always exist: probes counted against an empty stack, a line
+// set as ChildLine of no frame, amounts booked below frame 1 go to frames
+// that nothing reads. That spares a test on every event.
+struct Cursor {
+  std::int32_t depth = 0;  // StackDepth
+  Frame* top = nullptr;    // frame `depth`
+  std::int32_t currentLine = 0;
+  double currentLineStart = 0;
+  std::int64_t currentLineOverheads = 0;
+  double deadTime = 0;
+
+  double traceOverhead = 0;
+  CodeLineValue* lines = nullptr;  // line ID 1 at [0]
+  std::uint32_t lineCount = 0;
+  zol::ProcedureValue* procs = nullptr;  // procedure ID 1 at [0]
+  std::uint32_t procCount = 0;
+
+  CodeLineValue& Line(std::int32_t id) const { return lines[id - 1]; }
+  zol::ProcedureValue& Proc(std::int32_t id) const { return procs[id - 1]; }
+  // What all frames below the top owe is booked at the frame just below it.
+  Owed& BelowTop() const { return (top - 1)->owed; }
+};
+
 class FastReplay : public LogReplay {
  public:
   explicit FastReplay(const ReplaySetup& setup)
       : session_(setup.ws.Session(setup.cs)),
-        traceOverhead_(setup.TraceOverhead),
         file_(setup.file),
         pairs_(ExistingPairs(session_)),
-        stack_(kFirstDepth + 1) {
+        stack_(kSpareFrames + kFirstDepth + 1) {
     const Project& project = setup.ws.Project(session_.Project);
-    lines_ = session_.CodeLineValue.Raw().data();
-    lineCount_ = session_.CodeLineValue.Count();
-    procs_ = session_.ProcedureValue.Raw().data();
-    procCount_ = session_.ProcedureValue.Count();
-    lineProbed_.resize(static_cast<std::size_t>(procCount_));
-    for (std::int32_t id = 1; id <= procCount_; ++id) {
-      lineProbed_[static_cast<std::size_t>(id - 1)] = project.Procedure(id).IsCovered;
+    cursor_.traceOverhead = setup.TraceOverhead;
+    cursor_.lines = session_.CodeLineValue.Raw().data();
+    cursor_.lineCount = static_cast<std::uint32_t>(session_.CodeLineValue.Count());
+    cursor_.procs = session_.ProcedureValue.Raw().data();
+    cursor_.procCount = static_cast<std::uint32_t>(session_.ProcedureValue.Count());
+    lineProbed_.resize(cursor_.procCount);
+    for (std::uint32_t id = 1; id <= cursor_.procCount; ++id) {
+      lineProbed_[id - 1] = project.Procedure(id).IsCovered;
     }
+    cursor_.top = Frames();
   }
 
   void Block(const unsigned char* records, std::int32_t index, bool lastBlock) override {
+    Cursor c = cursor_;
     for (std::int32_t n = 1; n <= pfl::kRecordsPerBlock; ++n) {
       const pfl::LogRecord r = pfl::DecodeRecord(records + (n - 1) * pfl::kRecordBytes);
       if (r.Time == 0 && n <= pfl::kDataRecordsPerBlock) {
         n = pfl::kDataRecordsPerBlock;
         continue;
       }
-      Replay(r, pfl::LogTime(r.Time), lastBlock, {index, n});
+      Replay(c, r, pfl::LogTime(r.Time), lastBlock, {index, n});
     }
+    cursor_ = c;
   }
 
   void Finish() override {
-    for (std::int32_t level = depth_ - 1; level >= 1; --level) Settle(level);
+    for (std::int32_t level = cursor_.depth - 1; level >= 1; --level) {
+      Settle(cursor_, Frames() + level);
+    }
     session_.nFlowPair = pairs_.Count();
     session_.FlowPair.Raw() = pairs_.Take();
   }
 
  private:
   static constexpr std::int32_t kFirstDepth = 50;
+  static constexpr std::int32_t kSpareFrames = 2;
 
   static std::vector<FlowPair> ExistingPairs(const Session& s) {
     std::vector<FlowPair> pairs(s.FlowPair.Raw());
@@ -102,83 +137,81 @@ class FastReplay : public LogReplay {
     return pairs;
   }
 
-  void Replay(const pfl::LogRecord& r, double lTime, bool lastBlock, RecordPlace place) {
-    if (deadTime_ != 0) SettleGap(lTime);
-    const std::int16_t action = r.Action;
-    if (currentLine_ > 0 &&
-        (action == pfl::kLineRun || action == pfl::kProcedureOut || action == pfl::kBlockClosed)) {
-      CloseRunningLine(lTime);
-    }
-    switch (action) {
+  // Frame 0 of the stack; frames 1 and up are the procedures running.
+  Frame* Frames() { return stack_.data() + kSpareFrames - 1; }
+  std::int32_t Capacity() const { return static_cast<std::int32_t>(stack_.size()) - kSpareFrames; }
+
+  void Replay(Cursor& c, const pfl::LogRecord& r, double lTime, bool lastBlock, RecordPlace place) {
+    if (c.deadTime != 0) SettleGap(c, lTime);
+    // A line ends at the next probe, except at a procedure entry.
+    switch (r.Action) {
       case pfl::kLineRun:
-        LineRuns(r, lTime, place);
+        if (c.currentLine > 0) CloseRunningLine(c, lTime);
+        LineRuns(c, r, lTime, place);
         break;
       case pfl::kProcedureIn:
-        ProcedureEntered(r, lTime, place);
+        ProcedureEntered(c, r, lTime, place);
         break;
       case pfl::kProcedureOut:
-        ProcedureLeft(lTime);
+        if (c.currentLine > 0) CloseRunningLine(c, lTime);
+        ProcedureLeft(c, lTime);
         break;
       case pfl::kBlockClosed:
-        BlockClosed(lTime, lastBlock);
+        if (c.currentLine > 0) CloseRunningLine(c, lTime);
+        BlockClosed(c, lTime, lastBlock);
         break;
       default:
         break;
     }
-    if (depth_ > 0) stack_[depth_].OverheadsNumber += 1;
-    currentLineOverheads_ += 1;
+    c.top->OverheadsNumber += 1;
+    c.currentLineOverheads += 1;
   }
 
-  CodeLineValue& Line(std::int32_t id) { return lines_[id - 1]; }
-  zol::ProcedureValue& Proc(std::int32_t id) { return procs_[id - 1]; }
-  // The frame just below the top, which books what all frames below the top owe.
-  Owed* BelowTop() { return depth_ > 1 ? &stack_[depth_ - 1].owed : nullptr; }
-
-  void SettleGap(double lTime) {
-    deadTime_ = lTime - deadTime_ - traceOverhead_;
-    if (currentLine_ > 0) {
-      Line(currentLine_).TotalTime -= deadTime_;
-      if (Owed* o = BelowTop()) o->lineChild -= deadTime_;
+  static void SettleGap(Cursor& c, double lTime) {
+    c.deadTime = lTime - c.deadTime - c.traceOverhead;
+    if (c.currentLine > 0) {
+      c.Line(c.currentLine).TotalTime -= c.deadTime;
+      c.BelowTop().lineChild -= c.deadTime;
     }
-    if (depth_ > 0 && !stack_[depth_].lineProbed) stack_[depth_].TotalTime -= deadTime_;
+    if (c.depth > 0 && !c.top->lineProbed) c.top->TotalTime -= c.deadTime;
   }
 
-  void CloseRunningLine(double lTime) {
-    const double t = lTime - currentLineStart_ - currentLineOverheads_ * traceOverhead_;
-    Line(currentLine_).TotalTime += t;
-    if (Owed* o = BelowTop()) {
-      o->lineChild += t;
-      o->lineFlow += t;
-    }
-    currentLine_ = 0;
+  static void CloseRunningLine(Cursor& c, double lTime) {
+    const double t = lTime - c.currentLineStart - c.currentLineOverheads * c.traceOverhead;
+    c.Line(c.currentLine).TotalTime += t;
+    Owed& below = c.BelowTop();
+    below.lineChild += t;
+    below.lineFlow += t;
+    c.currentLine = 0;
   }
 
-  void LineRuns(const pfl::LogRecord& r, double lTime, RecordPlace place) {
+  void LineRuns(Cursor& c, const pfl::LogRecord& r, double lTime, RecordPlace place) {
     const std::int32_t id = r.Origin;
-    if (id < 1 || id > lineCount_) ThrowBadOrigin(file_, r, lineCount_, place);
-    if (depth_ > 0) stack_[depth_].ChildLine = id;
-    currentLine_ = id;
-    currentLineStart_ = lTime;
-    currentLineOverheads_ = 0;
-    deadTime_ = 0;
-    Line(id).Hits += 1;
+    if (static_cast<std::uint32_t>(id - 1) >= c.lineCount) BadOrigin(r, c.lineCount, place);
+    c.top->ChildLine = id;
+    c.currentLine = id;
+    c.currentLineStart = lTime;
+    c.currentLineOverheads = 0;
+    c.deadTime = 0;
+    c.Line(id).Hits += 1;
   }
 
-  void ProcedureEntered(const pfl::LogRecord& r, double lTime, RecordPlace place) {
+  void ProcedureEntered(Cursor& c, const pfl::LogRecord& r, double lTime, RecordPlace place) {
     const std::int32_t id = r.Origin;
-    if (id < 1 || id > procCount_) ThrowBadOrigin(file_, r, procCount_, place);
+    if (static_cast<std::uint32_t>(id - 1) >= c.procCount) BadOrigin(r, c.procCount, place);
     std::int32_t pair = -1;
-    if (depth_ > 0) {
-      Frame& top = stack_[depth_];
-      if (!top.lineProbed) top.TotalTime += lTime - top.EntryTime - traceOverhead_;
-      pair = CallPair(top, id);
+    if (c.depth > 0) {
+      Frame& caller = *c.top;
+      if (!caller.lineProbed) caller.TotalTime += lTime - caller.EntryTime - c.traceOverhead;
+      pair = CallPair(caller, id);
       pairs_[pair].Hits += 1;
     }
     if (session_.FirstProc == 0) session_.FirstProc = id;
     session_.LastProc = id;
-    depth_ += 1;
-    if (static_cast<std::size_t>(depth_) >= stack_.size()) stack_.resize(stack_.size() * 2);
-    Frame& frame = stack_[depth_];
+    if (c.depth == Capacity()) GrowStack(c);
+    c.depth += 1;
+    c.top += 1;
+    Frame& frame = *c.top;
     frame.TotalTime = 0;
     frame.EntryTime = lTime;
     frame.ProcID = id;
@@ -186,8 +219,19 @@ class FastReplay : public LogReplay {
     frame.pair = pair;
     frame.lineProbed = lineProbed_[static_cast<std::size_t>(id - 1)];
     frame.lastCallee = 0;
-    Proc(id).Hits += 1;
-    deadTime_ = 0;
+    c.Proc(id).Hits += 1;
+    c.deadTime = 0;
+  }
+
+  [[noreturn]] void BadOrigin(const pfl::LogRecord& r, std::uint32_t count, RecordPlace place) {
+    ThrowBadOrigin(file_, r, static_cast<std::int32_t>(count), place);
+  }
+
+  // Frames beyond the first 50 are added in bulk; new slots start empty, as
+  // in the literal replay.
+  void GrowStack(Cursor& c) {
+    stack_.resize(stack_.size() * 2);
+    c.top = Frames() + c.depth;
   }
 
   std::int32_t CallPair(Frame& caller, std::int32_t callee) {
@@ -198,75 +242,65 @@ class FastReplay : public LogReplay {
     return caller.lastCalleePair;
   }
 
-  void ProcedureLeft(double lTime) {
-    if (depth_ > 0) {
-      CloseTopFrame(lTime, false);
-      if (depth_ > 1) Settle(depth_ - 1);
-      depth_ -= 1;
+  void ProcedureLeft(Cursor& c, double lTime) {
+    if (c.depth > 0) {
+      CloseTopFrame(c, lTime, false);
+      if (c.depth > 1) Settle(c, c.top - 1);
+      c.depth -= 1;
+      c.top -= 1;
     }
-    if (depth_ > 0) {
-      Frame& top = stack_[depth_];
-      top.EntryTime = lTime;
-      top.OverheadsNumber = 0;
-      session_.LastProc = top.ProcID;
+    if (c.depth > 0) {
+      c.top->EntryTime = lTime;
+      c.top->OverheadsNumber = 0;
+      session_.LastProc = c.top->ProcID;
     }
-    deadTime_ = 0;
+    c.deadTime = 0;
   }
 
-  void BlockClosed(double lTime, bool lastBlock) {
+  static void BlockClosed(Cursor& c, double lTime, bool lastBlock) {
     if (lastBlock) {
-      if (depth_ > 0) CloseTopFrame(lTime, true);
+      if (c.depth > 0) CloseTopFrame(c, lTime, true);
     } else {
-      deadTime_ = lTime;
+      c.deadTime = lTime;
     }
   }
 
-  void CloseTopFrame(double lTime, bool atRunEnd) {
-    Frame& F = stack_[depth_];
-    F.TotalTime = lTime - F.EntryTime + F.TotalTime - traceOverhead_ * F.OverheadsNumber;
-    Owed* below = BelowTop();
+  static void CloseTopFrame(Cursor& c, double lTime, bool atRunEnd) {
+    Frame& F = *c.top;
+    F.TotalTime = lTime - F.EntryTime + F.TotalTime - c.traceOverhead * F.OverheadsNumber;
+    Owed& below = c.BelowTop();
     if (!F.lineProbed) {
-      Proc(F.ProcID).TotalTime += F.TotalTime;
-      if (below) below->procChild += F.TotalTime;
+      c.Proc(F.ProcID).TotalTime += F.TotalTime;
+      below.procChild += F.TotalTime;
     }
     if (!atRunEnd || !F.lineProbed) {
       const double floor = F.OverheadsNumber * kMinimumTimePerProbe;
       if (floor > F.TotalTime) F.TotalTime = floor;
     }
-    if (!F.lineProbed && below) below->procFlow += F.TotalTime;
+    if (!F.lineProbed) below.procFlow += F.TotalTime;
   }
 
-  // The frame at `level` stops being below the top: what it owes goes to its
-  // targets, and on down to the frame below, which owes the same amounts.
-  void Settle(std::int32_t level) {
-    Frame& f = stack_[level];
-    FlowPair& pair = pairs_[stack_[level + 1].pair];
-    if (f.ChildLine != 0) {
-      Line(f.ChildLine).ChildTotalTime += f.owed.lineChild;
-      pair.ChildTime += f.owed.lineFlow;
+  // The frame `f` (at level 1 or above) stops being below the top: what it
+  // owes goes to its targets, and on down to the frame below, which owes the
+  // same amounts.
+  void Settle(const Cursor& c, Frame* f) {
+    FlowPair& pair = pairs_[(f + 1)->pair];
+    if (f->ChildLine != 0) {
+      c.Line(f->ChildLine).ChildTotalTime += f->owed.lineChild;
+      pair.ChildTime += f->owed.lineFlow;
     }
-    Proc(f.ProcID).ChildTotalTime += f.owed.procChild;
-    pair.ChildTime += f.owed.procFlow;
-    if (level > 1) stack_[level - 1].owed.Add(f.owed);
-    f.owed = Owed{};
+    c.Proc(f->ProcID).ChildTotalTime += f->owed.procChild;
+    pair.ChildTime += f->owed.procFlow;
+    (f - 1)->owed.Add(f->owed);
+    f->owed = Owed{};
   }
 
   Session& session_;
-  const double traceOverhead_;
   const std::string file_;
   FlowPairTable pairs_;
-  CodeLineValue* lines_ = nullptr;
-  std::int32_t lineCount_ = 0;
-  zol::ProcedureValue* procs_ = nullptr;
-  std::int32_t procCount_ = 0;
   std::vector<unsigned char> lineProbed_;  // IsCovered per procedure ID - 1
-
-  std::vector<Frame> stack_;  // frames 1 to depth_; slot 0 unused
-  std::int32_t depth_ = 0;
-  std::int32_t currentLine_ = 0;
-  double currentLineStart_ = 0;
-  std::int64_t currentLineOverheads_ = 0;
-  double deadTime_ = 0;
+  std::vector<Frame> stack_;
+  Cursor cursor_;
 };
 
 }  // namespace

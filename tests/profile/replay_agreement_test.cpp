@@ -12,6 +12,7 @@
 #include "base/scoped_temp_dir.h"
 #include "profile/log_reader.h"
 #include "profile/log_test_support.h"
+#include "support/fixture_run.h"
 #include "support/random_project.h"
 #include "support/run_simulator.h"
 #include "support/session_builder.h"
@@ -86,6 +87,25 @@ TEST(ReplayAgreement, FastMatchesLiteralOnALongRun) {
   ASSERT_EQ(testing::WriteSimulatedLog(path, ws.Project(cp), shape).blocks, 3);
   testing::ExpectSameValues(ReadWith(ws, cp, path, ReplayKind::Literal),
                             ReadWith(ws, cp, path, ReplayKind::Fast));
+}
+
+// Runs over generated projects, instrumented and scanned as real ones are.
+TEST(ReplayAgreement, FastMatchesLiteralOnScannedProjects) {
+  testing::ScopedTempDir dir;
+  for (std::uint32_t seed = 1; seed <= 8; ++seed) {
+    SCOPED_TRACE("project seed " + std::to_string(seed));
+    const std::string root = dir / ("p" + std::to_string(seed));
+    const testing::FixtureRun run = testing::MakeInstrumentedProject(root, seed);
+    ASSERT_GT(run.project.LinesNumber, 0);
+    Workspace ws;
+    ws.nProject = 1;
+    ws.Project.ReDimPreserve(1);
+    ws.Project(1) = run.project;
+    const std::string path = root + "/run.pfl";
+    testing::WriteSimulatedLog(path, run.project, LogFor(seed * 11));
+    testing::ExpectSameValues(ReadWith(ws, 1, path, ReplayKind::Literal),
+                              ReadWith(ws, 1, path, ReplayKind::Fast));
+  }
 }
 
 // The agreement above only means something if the runs hold the hard cases.
