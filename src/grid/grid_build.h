@@ -3,6 +3,8 @@
 // The result of a table builder, and how the window's chart follows it.
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "grid/chart.h"
 #include "grid/chart_arrays.h"
@@ -17,10 +19,21 @@ enum class ChartUpdate {
   Draw,   // take the build's arrays and draw them
 };
 
+// The header of headers above a compared grid: one wide column per session
+// spanning that session's run of columns.
+struct FakeHeaders {
+  std::vector<std::string> SessionNames;  // one per session, in column order
+  std::int32_t FirstColumn = 0;           // grid columns before the first run
+  std::int32_t NumberOfColumnsPerSession = 0;
+
+  friend bool operator==(const FakeHeaders&, const FakeHeaders&) = default;
+};
+
 struct GridBuild {
   Table Grid;
   ChartUpdate Chart = ChartUpdate::None;
-  ChartArrays Arrays;  // with ChartUpdate::Draw
+  ChartArrays Arrays;   // with ChartUpdate::Draw
+  FakeHeaders Headers;  // compared grids only
 };
 
 // Applies a build's chart part to the window's arrays and chart: with Draw the

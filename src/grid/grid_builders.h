@@ -33,4 +33,15 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
 // A one-column notice of two rows where lines can't be listed.
 GridBuild ShowLinesUnavailable(const std::string& arg, const std::string& arg2);
 
+// Compared grids, for the "COMPARE" selection (cs negative): one run of
+// columns per compared session (GetComparedSessions), values from Session when
+// the sessions share one project, from CompareSession otherwise. The selection
+// must be the Workspace's own (GetComparedSessions reads ws.cp). Rows are not
+// sorted; Headers says what the header of headers shows.
+GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& sel);
+GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel);
+GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection& sel);
+GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel);
+GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel);
+
 }  // namespace zol

@@ -217,7 +217,8 @@ struct GroupFixture : GridFixture {
     // The merged session reuses the fixture's values on a copy of its project
     // whose last module came from Beta.
     merged = ++ws.nSession;
-    ws.SessionSlot(merged) = ws.Session(cs);
+    const Session copy = ws.Session(cs);  // SessionSlot may move the table
+    ws.SessionSlot(merged) = copy;
     ws.Session(merged).Name = "Merged";
     const std::int32_t mp = ++ws.nProject;
     ws.Project.ReDimPreserve(mp);

@@ -1,0 +1,292 @@
+// The compared grids: one run of columns per compared session, side by side.
+
+#include <cmath>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "base/numbers.h"
+#include "base/vb_format.h"
+#include "compare/global_sessions.h"
+#include "grid/compared_grid.h"
+#include "grid/grid_builders.h"
+#include "grid/grid_frame.h"
+
+namespace zol {
+
+namespace {
+
+const char* ProcedureTitle(std::int32_t displayInfoType) {
+  switch (displayInfoType) {
+    case 1:
+      return "Average Time spent in procedures (seconds)";
+    case 2:
+      return "Total Time spent in procedures & children (seconds)";
+    case 3:
+      return "Average Time spent in procedures & children (seconds)";
+    default:
+      return "Total Time spent in procedures (seconds)";
+  }
+}
+
+const char* LineTitle(std::int32_t displayInfoType) {
+  switch (displayInfoType) {
+    case 1:
+      return "Average Time spent in lines (seconds)";
+    case 2:
+      return "Total Time spent in lines & children (seconds)";
+    case 3:
+      return "Average Time spent in lines & children (seconds)";
+    case 4:
+      return "Line hits (1 line execution = 1 hit)";
+    default:
+      return "Total Time spent in lines (seconds)";
+  }
+}
+
+std::string QualifiedName(const std::string& module, const std::string& procedure) {
+  return module + "." + procedure;
+}
+
+// Time cells of a run: the measure's total and average.
+void SetTimes(ComparedGrid& g, Row& row, int k, int first, double total, double average) {
+  g.RunCell(row, k, first).Text = TimeText(total);
+  g.RunCell(row, k, first + 1).Text = TimeText(average);
+}
+
+// A session's whole time for the total row: that of the selected procedure or
+// module, or of the whole session.
+double SelectionTime(const ComparedGrid& g, int k, const GridSelection& sel, bool procedureLevel) {
+  if (procedureLevel && sel.cPro != 0) {
+    const ProcedureValue* p = g.Procedure(k, sel.cPro);
+    return p ? p->TotalTime : 0;
+  }
+  if (sel.cMod != 0) {
+    const ModuleValue* m = g.Module(k, sel.cMod);
+    return m ? m->TotalTime : 0;
+  }
+  return g.Own(k).SessionValue.TotalTime;
+}
+
+std::string PercentOrEmpty(double part, double whole) {
+  return whole == 0 ? std::string() : FormaterPourcentage(part / whole);
+}
+
+}  // namespace
+
+GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& sel) {
+  const std::int32_t dit = sel.DisplayInfoType;
+  const bool child = dit > 1;
+  ComparedGrid g(ws, sel, {"Module", "Procedure"},
+                 {child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
+  const Project& project = g.ShownProject();
+
+  const int n = g.SessionCount();
+  std::vector<double> tHits(n, 0);
+  std::vector<double> tTotalTime(n, 0);
+  for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
+    const Procedure& proc = project.Procedure(i);
+    if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
+    if (!g.Needed(i, kNeededProcedure)) continue;
+    const std::string& moduleName = project.Module(proc.BelongToModule).Name;
+    Row& row = g.AddRow(moduleName);
+    row.Tag = i;
+    row.At(2).Text = proc.Name;
+    ChartRow chart{QualifiedName(moduleName, proc.Name), std::vector<double>(n, 0)};
+    for (int k = 0; k < n; ++k) {
+      const ProcedureValue* pv = g.Procedure(k, i);
+      if (!pv) continue;
+      chart.Values[k] = TimingMeasure(*pv, dit);
+      if (pv->Hits == 0) continue;
+      SetTimes(g, row, k, 0, child ? pv->ChildTotalTime : pv->TotalTime,
+               child ? pv->ChildAverageTime : pv->AverageTime);
+      tHits[k] += pv->Hits;
+      tTotalTime[k] += CellValue(g.RunCell(row, k, 0).Text);
+    }
+    g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+
+  if (g.Grid().RowCount() > 0 && dit <= 1) {
+    Row& total = g.AddTotalRow(2);
+    for (int k = 0; k < n; ++k) {
+      if (tHits[k] == 0) continue;
+      const double time = SelectionTime(g, k, sel, false);
+      SetTimes(g, total, k, 0, time, time / tHits[k]);
+    }
+  }
+  return g.Finish(ProcedureTitle(dit), true);
+}
+
+GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
+  const std::int32_t dit = sel.DisplayInfoType;
+  const bool child = dit == 2 || dit == 3;
+  ComparedGrid g(ws, sel, {"Module", "Procedure", "Line", "Line ID"},
+                 {"Hits", child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
+  const Project& project = g.ShownProject();
+  const std::int32_t tNumberOfZeros = LineIdDigits(project.LinesNumber);
+
+  const int n = g.SessionCount();
+  std::vector<double> tHits(n, 0);
+  for (std::int32_t i = 1; i <= project.LinesNumber; ++i) {
+    const CodeLine& line = project.CodeLine(i);
+    const std::int32_t proc = line.BelongToProcedure;
+    const zol::Procedure* procedure =
+        project.Procedure.InRange(proc) ? &project.Procedure(proc) : nullptr;
+    const bool inSelection = sel.cPro != 0   ? proc == sel.cPro
+                             : sel.cMod != 0 ? procedure && procedure->BelongToModule == sel.cMod
+                                             : true;
+    if (!inSelection || !g.Needed(i, kNeededLine)) continue;
+
+    Row& row = g.AddRow(procedure ? project.Module(procedure->BelongToModule).Name : "");
+    row.Tag = i;
+    if (procedure) row.At(2).Text = procedure->Name;
+    row.At(3).Text = line.Text;
+    row.At(4).Text = std::to_string(i);
+    ChartRow chart{LineChartName(i, tNumberOfZeros, line.Text), std::vector<double>(n, 0)};
+    int zeros = 0;
+    for (int k = 0; k < n; ++k) {
+      const CodeLineValue* v = g.Line(k, i);
+      if (v && dit == 4) chart.Values[k] = v->Hits;
+      if (v && dit != 4 && !line.IsProcedureExit) chart.Values[k] = TimingMeasure(*v, dit);
+      if (chart.Values[k] == 0) ++zeros;
+      if (!v || v->Hits == 0) continue;
+      g.RunCell(row, k, 0).Text = std::to_string(v->Hits);
+      tHits[k] += v->Hits;
+      if (line.IsProcedureExit) {
+        // The end of a procedure has no time of its own.
+        g.RunCell(row, k, 1).Text = kNoValue;
+        g.RunCell(row, k, 2).Text = kNoValue;
+      } else {
+        SetTimes(g, row, k, 1, child ? v->ChildTotalTime : v->TotalTime,
+                 child ? v->ChildAverageTime : v->AverageTime);
+      }
+    }
+    // A line with nothing to plot in any session stays out of the chart.
+    if (zeros < n) g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+
+  if (g.Grid().RowCount() > 0 && dit <= 1) {
+    Row& total = g.AddTotalRow(2);
+    for (int k = 0; k < n; ++k) {
+      if (tHits[k] == 0) continue;
+      const double time = SelectionTime(g, k, sel, true);
+      g.RunCell(total, k, 0).Text = CStr(tHits[k]);
+      SetTimes(g, total, k, 1, time, time / tHits[k]);
+    }
+  }
+  return g.Finish(LineTitle(dit), true);
+}
+
+GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection& sel) {
+  ComparedGrid g(ws, sel, {"Module", "Procedure"}, {"Coverage", "Critical Cov."});
+  const Project& project = g.ShownProject();
+
+  const int n = g.SessionCount();
+  std::vector<double> tLines(n, 0);
+  std::vector<double> criticalHits(n, 0);
+  std::vector<double> criticalLines(n, 0);
+  for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
+    const Procedure& proc = project.Procedure(i);
+    if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
+    if (!g.Needed(i, kNeededCoverage)) continue;
+    const std::string& moduleName = project.Module(proc.BelongToModule).Name;
+    Row& row = g.AddRow(moduleName);
+    row.Tag = i;
+    row.At(2).Text = proc.Name;
+    ChartRow chart{QualifiedName(moduleName, proc.Name), std::vector<double>(n, 0)};
+    for (int k = 0; k < n; ++k) {
+      const ProcedureValue* pv = g.Procedure(k, i);
+      if (!pv || pv->TotalLines == 0) continue;
+      chart.Values[k] = std::floor(100 * pv->Coverage);
+      g.RunCell(row, k, 0).Text = FormaterPourcentage(pv->Coverage);
+      tLines[k] += pv->TotalLines;
+      if (proc.IsCritical) {
+        g.RunCell(row, k, 1).Text = g.RunCell(row, k, 0).Text;
+        criticalHits[k] += pv->HitLines;
+        criticalLines[k] += pv->TotalLines;
+      }
+    }
+    g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+
+  if (g.Grid().RowCount() > 0) {
+    Row& total = g.AddTotalRow(2);
+    for (int k = 0; k < n; ++k) {
+      if (tLines[k] == 0) continue;
+      const ModuleValue* rec = sel.cMod != 0 ? g.Module(k, sel.cMod) : &g.Own(k).SessionValue;
+      if (rec && rec->TotalLines != 0) {
+        g.RunCell(total, k, 0).Text = FormaterPourcentage(rec->LineCoverage);
+      }
+      g.RunCell(total, k, 1).Text = PercentOrEmpty(criticalHits[k], criticalLines[k]);
+    }
+  }
+  return g.Finish("Procedure coverage", true);
+}
+
+GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel) {
+  ComparedGrid g(ws, sel, {"Module"}, {"Tot.Time"});
+  g.Grid().ImageList = ImageListKind::ModuleIcons;
+  const Project& project = g.ShownProject();
+
+  const int n = g.SessionCount();
+  std::vector<bool> timed(n, false);
+  for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
+    const Module& module = project.Module(m);
+    Row& row = g.AddRow(module.Name, std::to_string(module.Type) + "TYPE");
+    row.Tag = m;
+    ChartRow chart{module.Name, std::vector<double>(n, 0)};
+    for (int k = 0; k < n; ++k) {
+      const ModuleValue* mv = g.Module(k, m);
+      if (!mv) continue;
+      chart.Values[k] = mv->TotalTime;
+      if (mv->HitProcedures == 0) continue;
+      g.RunCell(row, k, 0).Text = TimeText(mv->TotalTime);
+      timed[k] = true;
+    }
+    g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+
+  if (g.Grid().RowCount() > 0) {
+    Row& total = g.AddTotalRow(1);
+    total.Icon = "SESSION";
+    for (int k = 0; k < n; ++k) {
+      if (timed[k]) g.RunCell(total, k, 0).Text = TimeText(g.Own(k).SessionValue.TotalTime);
+    }
+  }
+  return g.Finish("Total Time spent in modules (seconds)", false);
+}
+
+GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel) {
+  ComparedGrid g(ws, sel, {"Module"}, {"Line Cov.", "Proc. Cov.", "Crit. Cov."});
+  g.Grid().ImageList = ImageListKind::ModuleIcons;
+  const Project& project = g.ShownProject();
+
+  const auto fill = [&](Row& row, int k, const ModuleValue& v) {
+    g.RunCell(row, k, 0).Text = PercentOrEmpty(v.HitLines, v.TotalLines);
+    g.RunCell(row, k, 1).Text = PercentOrEmpty(v.HitProcedures, v.TotalProcedures);
+    g.RunCell(row, k, 2).Text = PercentOrEmpty(v.CriticalHitLines, v.CriticalTotalLines);
+  };
+  const int n = g.SessionCount();
+  for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
+    const Module& module = project.Module(m);
+    Row& row = g.AddRow(module.Name, std::to_string(module.Type) + "TYPE");
+    row.Tag = m;
+    ChartRow chart{module.Name, std::vector<double>(n, 0)};
+    for (int k = 0; k < n; ++k) {
+      const ModuleValue* mv = g.Module(k, m);
+      if (!mv) continue;
+      chart.Values[k] = std::floor(100 * mv->LineCoverage);
+      fill(row, k, *mv);
+    }
+    g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+
+  if (g.Grid().RowCount() > 0) {
+    Row& total = g.AddTotalRow(1);
+    total.Icon = "SESSION";
+    for (int k = 0; k < n; ++k) fill(total, k, g.Own(k).SessionValue);
+  }
+  return g.Finish("Module Coverage (% of executed lines)", true);
+}
+
+}  // namespace zol

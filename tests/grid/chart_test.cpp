@@ -1,0 +1,142 @@
+#include <gtest/gtest.h>
+
+#include "base/files.h"
+#include "base/ini_file.h"
+#include "base/scoped_temp_dir.h"
+#include "grid/chart.h"
+
+namespace zol {
+namespace {
+
+ChartArrays Items(int n, double scale = 1) {
+  ChartArrays a;
+  for (int i = 1; i <= n; ++i) {
+    const std::string name = "p" + std::to_string(100 - i);  // names fall while values rise
+    a.Add(name, i * scale, 1000000 * i * scale);
+  }
+  a.SetTitles("bar title", "pie title");
+  return a;
+}
+
+std::vector<std::string> Names(const ChartDescription& c) {
+  std::vector<std::string> names;
+  for (const ChartRow& r : c.Items) names.push_back(r.Name);
+  return names;
+}
+
+TEST(DoChart, ProceduresTabKeepsTheLargestItemsAndSumsTheRestIntoOther) {
+  const ChartArrays a = Items(5);
+  GraphOptions o{kGraphTypePie, kGraphSortByValue, 3};
+  ChartDescription c = DoChart(a, o, kTabProcedures, 0);
+  EXPECT_EQ(c.ChartType, kChartTypePie2d);
+  EXPECT_EQ(c.Title, "pie title");
+  EXPECT_EQ(Names(c), (std::vector<std::string>{"p97", "p96", "p95", "{Other}"}));
+  EXPECT_EQ(c.Items.back().Values, (std::vector<double>{3000000}));
+  // Averages can't be summed: no "{Other}".
+  c = DoChart(a, o, kTabProcedures, 1);
+  EXPECT_EQ(Names(c), (std::vector<std::string>{"p97", "p96", "p95"}));
+  // By name after the cut.
+  o.GraphSortKey = kGraphSortByName;
+  c = DoChart(a, o, kTabProcedures, 4);
+  EXPECT_EQ(Names(c), (std::vector<std::string>{"p95", "p96", "p97", "{Other}"}));
+}
+
+TEST(DoChart, LimitAppliesOnlyOnProceduresAndLinesAndNotAtZero) {
+  const ChartArrays a = Items(5);
+  GraphOptions o{kGraphTypeBar, kGraphSortByValue, 3};
+  EXPECT_EQ(DoChart(a, o, 2, 0).Items.size(), 5u);  // modules
+  EXPECT_EQ(DoChart(a, o, 1, 0).Items.size(), 5u);  // projects
+  EXPECT_EQ(DoChart(a, o, kTabLines, 0).Items.size(), 3u);
+  o.GraphMaxItems = 0;
+  EXPECT_EQ(DoChart(a, o, kTabLines, 0).Items.size(), 5u);
+}
+
+TEST(DoChart, BarOfTimesUnderOneSecondIsInMicroseconds) {
+  const ChartArrays a = Items(3, 0.001);
+  const ChartDescription c = DoChart(a, GraphOptions{}, kTabProcedures, 0);
+  EXPECT_EQ(c.ChartType, kChartTypeBar2d);
+  EXPECT_EQ(c.Title, "bar title");
+  EXPECT_TRUE(c.ScaledToMicroseconds);
+  EXPECT_DOUBLE_EQ(c.Items.back().Values[0], 3000);
+  EXPECT_EQ(c.AxisTop, 5000);
+  // A second or more stays in seconds.
+  const ChartDescription s = DoChart(Items(3), GraphOptions{}, kTabProcedures, 0);
+  EXPECT_FALSE(s.ScaledToMicroseconds);
+  EXPECT_EQ(s.AxisTop, 5);
+}
+
+TEST(DoChart, CoverageAxisTopsAtOneHundred) {
+  ChartArrays a;
+  a.Add("a", 12, 1);
+  a.Add("b", 66, 1);
+  EXPECT_EQ(DoChart(a, GraphOptions{}, 3, 4).AxisTop, 100);
+}
+
+TEST(DoChart, LinesTabSortsByIdAndShowsTheTextOnly) {
+  ChartArrays a;
+  a.Add("10-b = 2", 5, 5);
+  a.Add("02-a - 1", 9, 9);
+  a.Add("07-c", 1, 1);
+  const ChartDescription c =
+      DoChart(a, GraphOptions{kGraphTypeBar, kGraphSortByName, 20}, kTabLines, 0);
+  EXPECT_EQ(Names(c), (std::vector<std::string>{"a - 1", "c", "b = 2"}));
+  // The procedures tab keeps names as they are.
+  EXPECT_EQ(DoChart(a, GraphOptions{kGraphTypeBar, kGraphSortByName, 20}, 3, 0).Items[0].Name,
+            "02-a - 1");
+}
+
+TEST(DoChart, SortOnlyReordersWhatTheChartHolds) {
+  ChartDescription c = DoChart(Items(3), GraphOptions{}, 3, 0);
+  EXPECT_EQ(Names(c), (std::vector<std::string>{"p99", "p98", "p97"}));
+  DoChartSortOnly(c, kGraphSortByName);
+  EXPECT_EQ(Names(c), (std::vector<std::string>{"p97", "p98", "p99"}));
+  ChartDescription reset = ResetChart();
+  DoChartSortOnly(reset, kGraphSortByName);
+  EXPECT_EQ(reset, ResetChart());
+}
+
+TEST(DoChart, EmptyArraysResetAndGraphTypeNoneDrawsNothing) {
+  ChartArrays a;
+  a.PieCaption = "Unavailable (Compared sessions) - Select Bar chart";
+  ChartDescription c = DoChart(a, GraphOptions{}, 3, 0);
+  EXPECT_TRUE(c.IsReset);
+  EXPECT_EQ(c.Items[0].Name, "No available chart");
+  EXPECT_TRUE(c.Items[0].Values.empty());
+  c = DoChart(a, GraphOptions{kGraphTypePie, 2, 20}, 3, 0);
+  EXPECT_TRUE(c.IsReset);
+  EXPECT_EQ(c.Title, "Unavailable (Compared sessions) - Select Bar chart");
+  c = DoChart(Items(2), GraphOptions{kGraphTypeNone, 2, 20}, 3, 0);
+  EXPECT_EQ(c.ChartType, 0);
+  EXPECT_TRUE(c.Items.empty());
+
+  ChartArrays full = Items(2);
+  ResetChart(full, false);
+  EXPECT_EQ(full.ChartArrayBar.size(), 2u);
+  ResetChart(full, true);
+  EXPECT_TRUE(full.ChartArrayBar.empty());
+  EXPECT_TRUE(full.ChartArrayPie.empty());
+}
+
+TEST(DoChart, ComparedBarsKeepEverySeries) {
+  ChartArrays a;
+  a.ChartArrayBar = {{"x", {2, 0.5}}, {"y", {1, 3}}};
+  a.LegendText = {"run1", "run2"};
+  const ChartDescription c = DoChart(a, GraphOptions{}, 3, 0);
+  EXPECT_EQ(c.SeriesNames, a.LegendText);
+  EXPECT_EQ(c.Items[0], (ChartRow{"x", {2, 0.5}}));  // sorted by the largest value
+  EXPECT_EQ(c.Items[1], (ChartRow{"y", {1, 3}}));
+}
+
+TEST(GraphOptions, DefaultsClampedValuesAndRoundTrip) {
+  testing::ScopedTempDir dir;
+  const std::string ini = dir / "Zolmark.ini";
+  EXPECT_EQ(LoadGraphOptions(ini), (GraphOptions{1, 2, 20}));
+  WriteFile(ini, "[Profiler]\r\nGraphType=7\r\nGraphSortKey=junk\r\nGraphMaxItems=-4\r\n");
+  EXPECT_EQ(LoadGraphOptions(ini), (GraphOptions{2, 2, 0}));
+  SaveGraphOptions(GraphOptions{0, 1, 35}, ini);
+  EXPECT_EQ(LoadGraphOptions(ini), (GraphOptions{0, 1, 35}));
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "GraphMaxItems", "", ini), "35");
+}
+
+}  // namespace
+}  // namespace zol
