@@ -121,14 +121,6 @@ TEST_F(HomogeneousMergeTest, AMergedLineKeepsTheTimeFloor) {
   EXPECT_DOUBLE_EQ(m.CodeLineValue(5).AverageTime, 5e-08);
 }
 
-TEST_F(HomogeneousMergeTest, TheListedSessionsAreLeftAsTheyWere) {
-  const Session before1 = ws_.Session(s1_);
-  Merge();
-  EXPECT_EQ(ws_.Session(s1_).CodeLineValue, before1.CodeLineValue);
-  EXPECT_EQ(ws_.Session(s1_).ProcedureValue, before1.ProcedureValue);
-  EXPECT_EQ(ws_.Session(s1_).FlowPair, before1.FlowPair);
-}
-
 TEST_F(HomogeneousMergeTest, MergingAgainStartsFromAnEmptySlotAndKeepsTheProject) {
   Merge();
   const Session first = ws_.Session(0);
