@@ -3,18 +3,22 @@
 //
 // For logs of 1 and 10 million probes (and 100 million with --full), made once
 // by the run simulator and kept in the data folder for later runs, it times:
-//   zlib      reading the blocks and inflating each with zlib's uncompress;
+//   zlib      reading the blocks and inflating each with zlib's uncompress
+//             (wall clock, and processor time);
 //   deflate   the same with libdeflate, as the fast replay's worker does;
 //   load      the whole load of a session: the log's replay (fast replay), the
 //             derived statistics and the writing of the .pfd file;
-// and prints the ratio load / zlib and the peak resident memory of the load
-// (VmHWM, reset before the load). Each is timed --repeat times; the best
-// time counts.
+// and prints the ratio load / zlib (wall clock), the processor time of the
+// load over all its threads, and the peak resident memory of the load (VmHWM,
+// reset before the load). Each is timed --repeat times; the best time counts.
+// On a busy machine the workers of the load compete for cores: compare the
+// processor times too.
 //
 //   bench_load [--full] [--literal] [--repeat N] [--dir FOLDER]
 //
 // --literal also times the literal replay on the smallest log.
 
+#include <sys/resource.h>
 #include <zlib.h>
 
 #include <algorithm>
@@ -71,6 +75,14 @@ double Seconds(const std::function<void()>& work) {
   const auto start = Clock::now();
   work();
   return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Processor time of all threads of the process so far, in seconds.
+double CpuSeconds() {
+  rusage u{};
+  getrusage(RUSAGE_SELF, &u);
+  return static_cast<double>(u.ru_utime.tv_sec + u.ru_stime.tv_sec) +
+         static_cast<double>(u.ru_utime.tv_usec + u.ru_stime.tv_usec) / 1e6;
 }
 
 double Best(int repeat, const std::function<void()>& work) {
@@ -153,6 +165,7 @@ int InflateBlocks(const std::string& path, bool withZlib) {
 
 struct LoadTimes {
   double replay = 0, gather = 0, save = 0;
+  double cpu = 0;  // processor time of all threads during the load
   double Total() const { return replay + gather + save; }
 };
 
@@ -160,9 +173,11 @@ LoadTimes Load(zol::Workspace& ws, std::int32_t cp, const std::string& path, zol
   LoadTimes t;
   const std::int32_t cs = zol::testing::AddSessionForProject(ws, cp, path);
   zol::PrepareSessionArrays(ws, cs);
+  const double cpuBefore = CpuSeconds();
   t.replay = Seconds([&] { zol::ReadProfileFile(ws, cs, kind); });
   t.gather = Seconds([&] { zol::GatherInfo(ws, cs); });
   t.save = Seconds([&] { zol::SaveSessionInfo(ws, cs); });
+  t.cpu = CpuSeconds() - cpuBefore;
   ws.Session(cs) = zol::Session{};
   return t;
 }
@@ -188,19 +203,23 @@ int main(int argc, char** argv) {
   std::vector<std::string> logs;
   for (const int m : sizes) logs.push_back(EnsureLog(o, ws.Project(cp), m));
 
-  std::printf("\n%9s %7s %8s %8s %9s %8s %8s %8s %8s %7s %8s\n", "probes", "blocks", "log MB",
-              "zlib s", "deflate s", "load s", "replay", "gather", "save", "ratio", "peak MB");
+  std::printf("\n%9s %6s %7s | %7s %8s %9s | %7s %7s %7s %7s %8s | %6s %8s\n", "probes", "blocks",
+              "log MB", "zlib s", "zlib cpu", "deflate s", "load s", "replay", "gather", "save",
+              "load cpu", "ratio", "peak MB");
   for (std::size_t i = 0; i < sizes.size(); ++i) {
     int blocks = 0;
+    const double cpuBefore = CpuSeconds();
     const double zlib = Best(o.repeat, [&] { blocks = InflateBlocks(logs[i], true); });
+    const double zlibCpu = (CpuSeconds() - cpuBefore) / o.repeat;
     const double deflate = Best(o.repeat, [&] { InflateBlocks(logs[i], false); });
     const bool resetOk = ResetPeak();
     const LoadTimes load = BestLoad(o.repeat, ws, cp, logs[i], zol::ReplayKind::Fast);
     const double peak = PeakMegabytes();
-    std::printf("%8dM %7d %8.1f %8.3f %9.3f %8.3f %8.3f %8.3f %8.3f %7.2f %7.1f%s\n", sizes[i],
-                blocks, static_cast<double>(std::filesystem::file_size(logs[i])) / 1e6, zlib,
-                deflate, load.Total(), load.replay, load.gather, load.save, load.Total() / zlib,
-                peak, resetOk ? "" : "*");
+    std::printf(
+        "%8dM %6d %7.1f | %7.3f %8.3f %9.3f | %7.3f %7.3f %7.3f %7.3f %8.3f | %6.2f %7.1f%s\n",
+        sizes[i], blocks, static_cast<double>(std::filesystem::file_size(logs[i])) / 1e6, zlib,
+        zlibCpu, deflate, load.Total(), load.replay, load.gather, load.save, load.cpu,
+        load.Total() / zlib, peak, resetOk ? "" : "*");
   }
   if (o.literal) {
     const LoadTimes literal = BestLoad(1, ws, cp, logs[0], zol::ReplayKind::Literal);
