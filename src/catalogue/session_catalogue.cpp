@@ -9,6 +9,9 @@
 #include "base/path_resolver.h"
 #include "base/paths.h"
 #include "base/text.h"
+#include "catalogue/file_history.h"
+#include "catalogue/session_file_lookup.h"
+#include "catalogue/session_list.h"
 #include "profile/gather_info.h"
 #include "profile/pfl_format.h"
 #include "profile/session_files.h"
@@ -19,11 +22,6 @@ namespace zol {
 namespace {
 
 constexpr const char* kSupportAddress = "support@zolmark.com";
-
-bool EndsWithNoCase(const std::string& s, std::string_view suffix) {
-  return s.size() >= suffix.size() &&
-         EqualsNoCase1252(std::string_view(s).substr(s.size() - suffix.size()), suffix);
-}
 
 char LastChar(const std::string& s) {
   return s.empty() ? '\0' : LowerCase1252(s.back());
@@ -47,18 +45,14 @@ std::string OriginalProjectOf(const std::string& iniFile, const std::string& tFi
   return VBGetPrivateProfileString("Source", "Project", "", *ini);
 }
 
-bool SameFile(const std::string& a, const std::string& b) {
-  std::error_code ec;
-  return std::filesystem::equivalent(a, b, ec) && !ec;
-}
-
 bool AlreadyEntered(const Workspace& ws, const std::string& tFile) {
   for (int i = 1; i <= ws.nSession; ++i) {
     const std::string& f = ws.Session(i).SessionFile;
     if (!f.empty() && (EqualsNoCase1252(f, tFile) || SameFile(f, tFile))) return true;
   }
   for (int i = 1; i <= ws.nSessionGroup; ++i) {
-    if (EqualsNoCase1252(ws.SessionGroup(i).SessionFile, tFile)) return true;
+    const std::string& f = ws.SessionGroup(i).SessionFile;
+    if (!f.empty() && (EqualsNoCase1252(f, tFile) || SameFile(f, tFile))) return true;
   }
   return false;
 }
@@ -181,6 +175,55 @@ LoadOutcome LoadValues(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   return {LoadOutcome::Loaded, ""};
 }
 
+// Tells the user of a session or group file whose header can't be read.
+void ReportDamagedHeader(Workspace& ws, const SessionFileError& e) {
+  ws.prompter().ShowMessage(CorruptSessionFileMessage(e.file()) + "\n" + e.fault(),
+                            MessageKind::Exclamation);
+}
+
+// A group file as a new SessionGroup slot; its project entry is keyed by its
+// .vbg file. Returns the group's index, 0 when its header can't be read.
+std::int32_t AddGroup(Workspace& ws, const std::string& tFile) {
+  SessionGroup g;
+  try {
+    ReadGroupHeader(g, tFile);
+  } catch (const SessionFileError& e) {
+    ReportDamagedHeader(ws, e);
+    return 0;
+  }
+  g.SessionFile = tFile;
+  g.Name = GetFileBody(tFile);
+  g.Project = AssignProjectToSession(ws, 0, g.GroupFile);
+  const std::int32_t sg = ++ws.nSessionGroup;
+  if (sg > ws.SessionGroup.UBound()) ws.SessionGroup.ReDimPreserve(sg);
+  ws.SessionGroup(sg) = std::move(g);
+  return sg;
+}
+
+// Reads the header of a .pfl or .pfd into a new Session slot. A refused file
+// leaves the slot counted but blank, so that it has no row.
+std::int32_t AddSingleSession(Workspace& ws, const std::string& tFile) {
+  const char last = LastChar(tFile);
+  if (last != 'd' && last != 'l') return 0;
+  const std::int32_t cs = ++ws.nSession;
+  Session& s = ws.SessionSlot(cs);
+  s.SessionFile = tFile;
+  s.Name = GetFileBody(tFile);
+  bool ok = false;
+  try {
+    ok = last == 'l' ? ReadLogHeader(ws, s, tFile) : ReadSessionHeader(ws, s, tFile);
+  } catch (const SessionFileError& e) {
+    ReportDamagedHeader(ws, e);
+  }
+  if (!ok) {
+    ws.Session(cs) = Session{};
+    return 0;
+  }
+  s.Project = AssignProjectToSession(ws, cs, s.ProjectFile);
+  AddProjectToFileHistory(ws, s.IniFile, GetPath(tFile));
+  return cs;
+}
+
 }  // namespace
 
 std::string CorruptSessionFileMessage(const std::string& tFile) {
@@ -188,34 +231,25 @@ std::string CorruptSessionFileMessage(const std::string& tFile) {
          "\ncan not be read ! It was either corrupted or not generated properly.";
 }
 
-std::int32_t AddSession(Workspace& ws, const std::string& tFileIn) {
-  std::string tFile = tFileIn;
-  if (!FileExist(tFile)) {
-    if (tFile.empty()) return 0;
-    tFile.back() = 'd';
-    if (!FileExist(tFile)) return 0;
-  }
+std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& tFileIn,
+                        bool fAndLoadSession) {
+  const std::optional<std::string> found = FindSessionFile(tFileIn);
+  if (!found) return 0;
+  const std::string& tFile = *found;
   if (AlreadyEntered(ws, tFile)) return 0;
-  const char last = LastChar(tFile);
   if (EndsWithNoCase(tFile, ".pfd") && IsGroupFile(tFile)) {
-    ws.prompter().ShowMessage(
-        "The file:\n" + tFile + "\nholds a group of sessions; open it as a group.",
-        MessageKind::Exclamation);
+    const std::int32_t sg = AddGroup(ws, tFile);
+    if (sg != 0 && fAndLoadSession) pane.CheckRow(ws, GroupRowKey(sg));
     return 0;
   }
-  if (last != 'd' && last != 'l') return 0;
-
-  const std::int32_t cs = ++ws.nSession;
-  Session& s = ws.SessionSlot(cs);
-  s.SessionFile = tFile;
-  s.Name = GetFileBody(tFile);
-  const bool ok = last == 'l' ? ReadLogHeader(ws, s, tFile) : ReadSessionHeader(ws, s, tFile);
-  if (!ok) {
-    ws.Session(cs) = Session{};
-    return 0;
-  }
-  s.Project = AssignProjectToSession(ws, cs, s.ProjectFile);
+  const std::int32_t cs = AddSingleSession(ws, tFile);
+  if (cs != 0 && fAndLoadSession) pane.CheckRow(ws, SessionRowKey(cs));
   return cs;
+}
+
+std::int32_t AddSession(Workspace& ws, const std::string& tFile) {
+  HeadlessSessionPane pane;
+  return AddSession(ws, pane, tFile, false);
 }
 
 bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {

@@ -1,13 +1,19 @@
 #pragma once
 
-// Entering session files into the workspace and loading their values. Adding
-// is cheap (headers only); LoadSession does the expensive part once, when a
-// session is first needed: scan the project, replay the log or read the .pfd,
-// derive the statistics and store a .pfd in place of the log.
+// The catalogue of sessions: entering session files into the workspace,
+// loading their values, and taking them out again. Adding is cheap (headers
+// only); LoadSession does the expensive part once, when a session is first
+// needed: scan the project, replay the log or read the .pfd, derive the
+// statistics and store a .pfd in place of the log.
+//
+// Every session entered here and every group has a row in the session list
+// (see session_list.h); routines that change the rows tell the window through
+// a SessionPane.
 
 #include <cstdint>
 #include <string>
 
+#include "catalogue/session_pane.h"
 #include "profile/log_reader.h"
 #include "session/workspace.h"
 
@@ -16,12 +22,41 @@ namespace zol {
 // The text shown when a log can't be used, as its first three lines.
 std::string CorruptSessionFileMessage(const std::string& tFile);
 
-// Enters one .pfl or .pfd file as a new Session slot, reading only its header,
-// and assigns its project entry. A .pfl that is gone but whose .pfd exists
-// enters the .pfd. Returns the new index, or 0 when nothing was entered: the
-// file is missing, is already entered (under this or another name), is not a
-// session file, or its header was refused (the user has been told).
+// The message of AddSessionGroup when it finds nothing to add.
+inline constexpr const char* kNoSessionToLoadText =
+    "Error in loading session or couldn't find any session to load !";
+
+// Enters one .pfl or .pfd file, reading only its header. A .pfl that is gone
+// but whose .pfd exists enters the .pfd. A relative or Windows path is looked
+// for as ResolveExistingFile does. A session file becomes a new Session slot
+// with its project entry assigned, and its run's original project goes to the
+// recent projects; a group file becomes a new SessionGroup slot. With
+// `fAndLoadSession` the new row is ticked through `pane`. Returns the new
+// Session index, or 0 when no session was entered: a group (then it is
+// SessionGroup(nSessionGroup)), or nothing because the file is missing, is
+// already entered (under this or another name), is not a session file, or its
+// header was refused (the user has been told; the slot of a refused file stays
+// counted, blank, and has no row).
+std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& tFile,
+                        bool fAndLoadSession);
+// The same without ticking the row.
 std::int32_t AddSession(Workspace& ws, const std::string& tFile);
+
+// Enters all sessions related to `tFile`:
+//   .pfl, .pfd  the sessions that the run's settings file lists, if it lists
+//               this one; otherwise this file alone;
+//   .vbp        the session files in the project's folder, if the project's
+//               settings file ("zolOptions_" and its Name, ".ini") has a
+//               section "[Profiler Sessions]";
+//   .ini        the sessions listed in its section "[Profiler Sessions]".
+// A .pfl that is gone counts as its .pfd. Unless `fQuiet`, tells the user when
+// the file is of another version or nothing could be found to add.
+void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& tFile, bool fQuiet);
+
+// Enters all sessions of a project group: those of the group's settings file
+// ("zol", the .vbg's file name, ".ini", beside it), then those related to
+// each project of the group, quietly; the .vbg goes to the recent projects.
+void AddSessionFromVBG(Workspace& ws, SessionPane& pane, const std::string& tVbgFile);
 
 // Fills the value arrays of Session(cs). For a log: scan the project if need
 // be, replay, derive the statistics, write the .pfd whole and only then delete
@@ -29,5 +64,34 @@ std::int32_t AddSession(Workspace& ws, const std::string& tFile);
 // whether the session is loaded; on any failure the user has been told, the
 // session stays unloaded with no half-filled values, and no file is lost.
 bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind = ReplayKind::Fast);
+
+// Loads the group file of SessionGroup(sg): one Invisible, Loaded member
+// session per member, each with its project entry (scanned when not yet
+// loaded), the group's merged session, and the run's original project in the
+// recent projects. Returns whether the group is loaded; a damaged file or a
+// member that can't be read is reported and leaves the tables as they were.
+bool LoadSessionGroup(Workspace& ws, std::int32_t sg);
+
+// Takes Session(cs) out; its file stays. A ticked session leaves the tree
+// first, and the views are cleared when it is the current one. The slot is
+// blanked, not reused: other indices stay valid.
+void RemoveSession(Workspace& ws, SessionPane& pane, std::int32_t cs);
+// Takes SessionGroup(sg) out with its member sessions and merged session.
+void RemoveSessionGroup(Workspace& ws, SessionPane& pane, std::int32_t sg);
+// Deletes the session's file, then RemoveSession. A file that can't be
+// deleted is reported; the session is taken out all the same.
+void DestroySession(Workspace& ws, SessionPane& pane, std::int32_t cs);
+// Deletes the group file, then RemoveSessionGroup.
+void DestroySessionGroup(Workspace& ws, SessionPane& pane, std::int32_t sg);
+// Empties the catalogue: sessions, groups and projects, and the folder of
+// cleaned source text is made afresh. The views are cleared.
+void ClearSessions(Workspace& ws, SessionPane& pane);
+
+// Takes over the file names that another program of the suite left in the
+// settings file (keys "Session0", "Session1", ... of section "Profiler", read
+// from 0 up to the first number the file doesn't hold), emptying each key
+// taken; each name is entered with its row ticked and goes to the recent
+// sessions. Returns the number of names taken.
+int AutoLoadSessions(Workspace& ws, SessionPane& pane);
 
 }  // namespace zol

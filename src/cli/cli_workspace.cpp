@@ -9,11 +9,27 @@ void CliPrompter::ShowMessage(const std::string& text, MessageKind) {
   std::cerr << "zolprof: " << text << "\n";
 }
 
+namespace {
+
+const char* AnswerText(Answer a) {
+  return a == Answer::Yes ? "Yes" : a == Answer::No ? "No" : "Cancel";
+}
+
+}  // namespace
+
 Answer CliPrompter::Ask(const std::string& text, bool) {
   ++messagesShown_;
   std::cerr << "zolprof: " << text << "\n"
-            << "zolprof: answered " << (answer_ == Answer::Yes ? "Yes" : "No") << "\n";
+            << "zolprof: answered " << AnswerText(answer_) << "\n";
   return answer_;
+}
+
+DontShowReply CliPrompter::AskDontShowAgain(const std::string& title, const std::string& text) {
+  ++messagesShown_;
+  std::cerr << "zolprof: " << title << "\n"
+            << text << "\n"
+            << "zolprof: answered " << AnswerText(confirmAnswer_) << "\n";
+  return {confirmAnswer_, false};
 }
 
 void CliPrompter::SetProgressText(const std::string& text) {

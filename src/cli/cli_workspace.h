@@ -17,10 +17,17 @@ namespace zol::cli {
 class CliPrompter : public Prompter {
  public:
   explicit CliPrompter(Answer answer = Answer::No, bool showProgress = false)
-      : answer_(answer), showProgress_(showProgress) {}
+      : answer_(answer), confirmAnswer_(answer), showProgress_(showProgress) {}
 
   void ShowMessage(const std::string& text, MessageKind kind) override;
   Answer Ask(const std::string& text, bool withCancel = false) override;
+  // Printed with its title and answered by SetConfirmAnswer; the box "don't
+  // show again" is never ticked from the command line.
+  DontShowReply AskDontShowAgain(const std::string& title, const std::string& text) override;
+
+  // The answer to questions that only confirm what the command was asked to
+  // do (such as "Apply Filters ?"); the same as other questions unless set.
+  void SetConfirmAnswer(Answer answer) { confirmAnswer_ = answer; }
   void ShowProgress(bool) override {}
   void SetProgressText(const std::string& text) override;
   void SetProgressMax(long) override {}
@@ -31,6 +38,7 @@ class CliPrompter : public Prompter {
 
  private:
   Answer answer_;
+  Answer confirmAnswer_;
   bool showProgress_;
   int messagesShown_ = 0;
 };

@@ -112,9 +112,7 @@ std::string LoadWholeFile(const std::string& tFile) {
 }
 
 void ShowNotCompatible(Workspace& ws, const std::string& tFile) {
-  ws.prompter().ShowMessage(
-      "The following file is not compatible with this version of the profiler:\n" + tFile,
-      MessageKind::Exclamation);
+  ws.prompter().ShowMessage(NotCompatibleMessage(tFile), MessageKind::Exclamation);
 }
 
 bool ReadSessionHeaderFrom(Workspace& ws, Session& s, const std::string& tFile,
@@ -172,6 +170,10 @@ bool ReadSessionFile(Workspace& ws, Session& s, const std::string& tFile,
 }
 
 }  // namespace session_file_detail
+
+std::string NotCompatibleMessage(const std::string& tFile) {
+  return "The following file is not compatible with this version of the profiler:\n" + tFile;
+}
 
 void SaveSessionInfo(Workspace& ws, std::int32_t cs) {
   Session& s = ws.Session(cs);

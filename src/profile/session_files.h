@@ -31,6 +31,10 @@ class SessionFileError : public std::runtime_error {
   std::string fault_;
 };
 
+// The message for a file that is neither a session file nor a group file of
+// this version (nor, where a log is allowed, a log).
+std::string NotCompatibleMessage(const std::string& tFile);
+
 // Writes the .pfd of Session(cs), with the counts of its project. The last
 // character of SessionFile becomes "d" (".pfl" -> ".pfd", ".PFL" -> ".PFd");
 // the name changes once the file is written whole.
@@ -73,7 +77,9 @@ void SaveSessionInfoGroup(Workspace& ws, std::int32_t csg);
 // it was is looked for beside `tFile`. Returns false, after telling the user,
 // for a file of another format. Throws SessionFileError, with no slot added,
 // for a missing, unreadable or damaged file or a member whose project can't be
-// found.
+// found. The members' Project entries, the group's merged session and the
+// recent projects are left to the catalogue's LoadSessionGroup, which is the
+// whole load of a group.
 bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& tFile);
 
 }  // namespace zol

@@ -14,6 +14,12 @@ enum class MessageKind { Information, Exclamation, Critical, Question };
 
 enum class Answer { Yes, No, Cancel };
 
+// The reply to a question that the user may choose never to see again.
+struct DontShowReply {
+  Answer answer = Answer::Yes;
+  bool dontShowAgain = false;  // the "don't show this message again" box was ticked
+};
+
 class Prompter {
  public:
   virtual ~Prompter() = default;
@@ -21,6 +27,12 @@ class Prompter {
   virtual void ShowMessage(const std::string& text, MessageKind kind) = 0;
   // A question with Yes and No (and Cancel when `withCancel`).
   virtual Answer Ask(const std::string& text, bool withCancel = false) = 0;
+  // A Yes/No question under `title` with a box "don't show this message
+  // again". Whether it is shown at all is the caller's business (see the
+  // catalogue's MsgBoxDontShow). By default: Ask(text), the box left clear.
+  virtual DontShowReply AskDontShowAgain(const std::string& /*title*/, const std::string& text) {
+    return {Ask(text), false};
+  }
 
   // The progress area: a label (lblProgress), a bar with a maximum and value.
   virtual void ShowProgress(bool visible) = 0;
