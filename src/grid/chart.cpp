@@ -6,7 +6,6 @@
 #include "base/ini_file.h"
 #include "base/numbers.h"
 #include "base/text.h"
-#include "base/vb_format.h"
 
 namespace zol {
 

@@ -44,7 +44,7 @@ struct ChartArrays {
   // Appends an item to both arrays, as the single tables do.
   void Add(std::string name, double barValue, double pieValue) {
     ChartArrayPie.push_back({name, pieValue});
-    ChartArrayBar.push_back({std::move(name), {barValue}});
+    ChartArrayBar.push_back({std::move(name), std::vector<double>(1, barValue)});
   }
 };
 

@@ -69,7 +69,7 @@ double SelectionTime(const ComparedGrid& g, int k, const GridSelection& sel, boo
 }
 
 std::string PercentOrEmpty(double part, double whole) {
-  return whole == 0 ? std::string() : FormaterPourcentage(part / whole);
+  return whole == 0 ? std::string() : PercentText(part / whole);
 }
 
 }  // namespace
@@ -198,7 +198,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
       const ProcedureValue* pv = g.Procedure(k, i);
       if (!pv || pv->TotalLines == 0) continue;
       chart.Values[k] = std::floor(100 * pv->Coverage);
-      g.RunCell(row, k, 0).Text = FormaterPourcentage(pv->Coverage);
+      g.RunCell(row, k, 0).Text = PercentText(pv->Coverage);
       tLines[k] += pv->TotalLines;
       if (proc.IsCritical) {
         g.RunCell(row, k, 1).Text = g.RunCell(row, k, 0).Text;
@@ -215,7 +215,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
       if (tLines[k] == 0) continue;
       const ModuleValue* rec = sel.cMod != 0 ? g.Module(k, sel.cMod) : &g.Own(k).SessionValue;
       if (rec && rec->TotalLines != 0) {
-        g.RunCell(total, k, 0).Text = FormaterPourcentage(rec->LineCoverage);
+        g.RunCell(total, k, 0).Text = PercentText(rec->LineCoverage);
       }
       g.RunCell(total, k, 1).Text = PercentOrEmpty(criticalHits[k], criticalLines[k]);
     }

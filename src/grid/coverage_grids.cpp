@@ -25,7 +25,7 @@ std::string CountOrNone(double n) {
 
 // A share as a percentage, or "-" when there is nothing to share.
 std::string ShareOrNone(double part, double whole) {
-  return whole == 0 ? std::string(kNoValue) : FormaterPourcentage(part / whole);
+  return whole == 0 ? std::string(kNoValue) : PercentText(part / whole);
 }
 
 // A coverage in whole percent, as the bar chart plots it.
@@ -47,7 +47,7 @@ void FillProcedureCoverage(Row& row, const Procedure& proc, const ProcedureValue
   row.At(kPHits).Text = CountOrNone(pv.Hits);
   row.At(kPLines).Text = std::to_string(pv.TotalLines);
   row.At(kPHitLines).Text = CountOrNone(pv.HitLines);
-  row.At(kPCoverage).Text = FormaterPourcentage(pv.Coverage);
+  row.At(kPCoverage).Text = PercentText(pv.Coverage);
   row.At(kPLeft).Text = std::to_string(pv.TotalLines - pv.HitLines);
   totalHits += pv.Hits;
   if (critical != 0) {
@@ -72,7 +72,7 @@ void AddProcedureCoverageTotal(Table& t, const ModuleValue& rec, double totalHit
     total.At(kPHits).Text = CountOrNone(totalHits);
     total.At(kPLines).Text = std::to_string(rec.TotalLines);
     total.At(kPHitLines).Text = CountOrNone(rec.HitLines);
-    total.At(kPCoverage).Text = FormaterPourcentage(rec.LineCoverage);
+    total.At(kPCoverage).Text = PercentText(rec.LineCoverage);
     total.At(kPLeft).Text = std::to_string(rec.TotalLines - rec.HitLines);
     total.At(bars).Text =
         BarText(static_cast<std::int32_t>(RoundHalfEven(kMaxBarLength * rec.LineCoverage)));
@@ -100,8 +100,7 @@ void FillModuleCoverage(Row& row, const ModuleValue& mv, int bars) {
   if (mv.TotalLines != 0) {
     row.At(kMLines).Text = std::to_string(mv.TotalLines);
     row.At(kMHitLines).Text = CountOrNone(mv.HitLines);
-    row.At(kMLineCoverage).Text =
-        FormaterPourcentage(static_cast<double>(mv.HitLines) / mv.TotalLines);
+    row.At(kMLineCoverage).Text = PercentText(static_cast<double>(mv.HitLines) / mv.TotalLines);
     row.At(kMLeftLines).Text = std::to_string(mv.TotalLines - mv.HitLines);
     row.At(bars).Text = BarText(LinearBarLength(mv.HitLines, mv.TotalLines));
   } else {
@@ -111,7 +110,7 @@ void FillModuleCoverage(Row& row, const ModuleValue& mv, int bars) {
     row.At(kMProcedures).Text = std::to_string(mv.TotalProcedures);
     row.At(kMHitProcedures).Text = CountOrNone(mv.HitProcedures);
     row.At(kMProcCoverage).Text =
-        FormaterPourcentage(static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
+        PercentText(static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
     row.At(kMLeftProcedures).Text = std::to_string(mv.TotalProcedures - mv.HitProcedures);
   } else {
     for (int c = kMProcedures; c <= kMLeftProcedures; ++c) row.At(c).Text = kNoValue;
@@ -123,7 +122,7 @@ std::string CriticalText(const ModuleValue& v, CriticalSums& sums) {
   sums.hits += v.CriticalHitLines;
   sums.lines += v.CriticalTotalLines;
   if (v.CriticalTotalLines < 1) return kNoValue;
-  return FormaterPourcentage(static_cast<double>(v.CriticalHitLines) / v.CriticalTotalLines);
+  return PercentText(static_cast<double>(v.CriticalHitLines) / v.CriticalTotalLines);
 }
 
 }  // namespace
@@ -271,7 +270,7 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
     row.At(kLines).Text = CStr(lines);
     row.At(kHitLines).Text = CStr(hitLines);
     if (lines != 0) {
-      row.At(kLineCoverage).Text = FormaterPourcentage(hitLines / lines);
+      row.At(kLineCoverage).Text = PercentText(hitLines / lines);
       row.At(bars).Text = BarText(LinearBarLength(hitLines, lines));
     } else {
       row.At(kLineCoverage).Text = kNoValue;

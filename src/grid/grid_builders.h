@@ -44,4 +44,20 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
 GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel);
 GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel);
 
+// The grid tabs.
+inline constexpr std::int32_t kTabProjects = 1;
+inline constexpr std::int32_t kTabModules = 2;
+// kTabProcedures (3) and kTabLines (4) stand in chart.h.
+
+inline constexpr char kUnavailableGroups[] = "Unavailable (compared group sessions)";
+inline constexpr char kUnavailableHeterogeneous[] = "Unavailable (heterogeneous sessions)";
+inline constexpr char kClickProcedures[] = "Please click the Procedures tab";
+
+// The table of grid tab `tab` (1 Projects, 2 Modules, 3 Procedures, 4 Lines)
+// for the selection: the compared grids for compared sessions (the Projects
+// and Modules tabs both show the compared modules; lines can be compared only
+// for sessions of one project), otherwise the timing or coverage builder of
+// the measure. Throws std::invalid_argument for another tab.
+GridBuild ShowTab(Workspace& ws, const GridSelection& sel, SortMemory& sort, std::int32_t tab);
+
 }  // namespace zol

@@ -76,17 +76,24 @@ std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceCom
   return out;
 }
 
-std::string lvValues_Export(const Table& table, std::string tFile, Prompter& prompter,
-                            std::int32_t& LastExportFileType) {
+bool ExportTable(const Table& table, const std::string& tFile, bool commaSeparated,
+                 Prompter& prompter) {
   if (table.RowCount() == 0) {
     prompter.ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
-    return {};
+    return false;
   }
-  LastExportFileType = ExportFileType(tFile);
-  if (GetFileName(tFile).find('.') == std::string::npos) tFile += ".txt";
   // A locale that writes decimal commas would put commas into number cells.
   const bool fReplaceComma = CStr(1.0 / 3).find(',') != std::string::npos;
-  WriteFile(tFile, ExportText(table, LastExportFileType == 1, fReplaceComma));
+  WriteFile(tFile, ExportText(table, commaSeparated, fReplaceComma));
+  return true;
+}
+
+std::string lvValues_Export(const Table& table, std::string tFile, Prompter& prompter,
+                            std::int32_t& LastExportFileType) {
+  const std::int32_t fileType = ExportFileType(tFile);
+  if (GetFileName(tFile).find('.') == std::string::npos) tFile += ".txt";
+  if (!ExportTable(table, tFile, fileType == 1, prompter)) return {};
+  LastExportFileType = fileType;
   return tFile;
 }
 

@@ -29,6 +29,12 @@ std::int32_t ExportFileType(const std::string& tFile);
 // commas) turns the commas of every cell but the "Line" column into ".".
 std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceComma = false);
 
+// Writes `table` to `tFile` as CSV (`commaSeparated`) or tab-separated text.
+// An empty table shows "The table is empty !" and writes nothing; returns
+// whether the file was written. Throws FileError when it can't be written.
+bool ExportTable(const Table& table, const std::string& tFile, bool commaSeparated,
+                 Prompter& prompter);
+
 // lvValues_Export: writes `table` to `tFile`: CSV for a name ending in ".csv",
 // tab-separated otherwise; a name without "." gets ".txt". An empty table
 // shows "The table is empty !" and writes nothing. Returns the name written

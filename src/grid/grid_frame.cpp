@@ -1,10 +1,10 @@
 #include "grid/grid_frame.h"
 
 #include <algorithm>
+#include <charconv>
+#include <system_error>
 
-#include "base/numbers.h"
 #include "base/text.h"
-#include "base/vb_format.h"
 #include "grid/bars.h"
 
 namespace zol {
@@ -14,19 +14,31 @@ const std::string kNoName;
 }  // namespace
 
 void lvValues_AdjustWidth(Table& table) {
+  std::vector<std::size_t> best(static_cast<std::size_t>(table.ColumnCount()));
+  for (int c = 1; c <= table.ColumnCount(); ++c) best[c - 1] = table.ColumnAt(c).Header.size();
+  for (const Row& row : table.Rows()) {
+    const std::size_t n = std::min(row.Cells.size(), best.size());
+    for (std::size_t c = 0; c < n; ++c) best[c] = std::max(best[c], row.Cells[c].Text.size());
+  }
   for (int c = 1; c <= table.ColumnCount(); ++c) {
-    std::size_t best = table.ColumnAt(c).Header.size();
-    for (const Row& row : table.Rows()) best = std::max(best, row.Text(c).size());
-    table.ColumnAt(c).Width = static_cast<std::int32_t>(best);
+    table.ColumnAt(c).Width = static_cast<std::int32_t>(best[c - 1]);
   }
 }
 
-std::string TimeText(double seconds) {
-  return Format(seconds, "0.000000");
+std::optional<double> ParseCellNumber(std::string_view text) {
+  // Cells are mostly plain numbers such as "12" or "0.004567": read those
+  // straight away, and anything else the long way.
+  double value = 0;
+  const char* end = text.data() + text.size();
+  if (!text.empty() && text.front() != '-' && text.front() != '+') {
+    const auto res = std::from_chars(text.data(), end, value, std::chars_format::fixed);
+    if (res.ec == std::errc() && res.ptr == end) return value;
+  }
+  return ParseNumberText(text);
 }
 
 double CellValue(std::string_view text) {
-  return ParseNumberText(text).value_or(0);
+  return ParseCellNumber(text).value_or(0);
 }
 
 int AddProjectColumn(Table& table, const GridSelection& sel) {
@@ -77,7 +89,7 @@ void MarkTotalRow(Row& row, int columnCount, int barsColumn) {
 
 std::string ShareText(std::string_view valueText, double total) {
   if (total == 0 || valueText == kNoValue) return kNoValue;
-  return FormaterPourcentage(CellValue(valueText) / total);
+  return PercentText(CellValue(valueText) / total);
 }
 
 void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable) {

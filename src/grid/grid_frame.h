@@ -6,10 +6,12 @@
 // and the finish (widths, first sort, selection).
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "grid/cell_text.h"
 #include "grid/grid_selection.h"
 #include "grid/grid_sort.h"
 #include "grid/table.h"
@@ -50,9 +52,9 @@ inline bool IsAverageMeasure(std::int32_t displayInfoType) {
   return displayInfoType == 1 || displayInfoType == 3;
 }
 
-// A time in seconds as the grids show it: "0.000000".
-std::string TimeText(double seconds);
-// A cell's number as displayed, read back; 0 for a text that is no number.
+// A cell's number as displayed, read back: nothing, or 0, for a text that is
+// no number. "." or "," as decimal mark.
+std::optional<double> ParseCellNumber(std::string_view text);
 double CellValue(std::string_view text);
 
 // Adds the "Project" column of a group's merged session (left aligned) and

@@ -1,13 +1,14 @@
 #include "grid/grid_sort.h"
 
 #include <algorithm>
-#include <numeric>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "base/cp1252.h"
 #include "base/text.h"
+#include "grid/grid_frame.h"
 
 namespace zol {
 
@@ -16,23 +17,34 @@ namespace {
 // The text of a dead row's value cells.
 constexpr std::string_view kDeadCell = "  ";
 
-enum class Place { Normal = 0, Dead = 1, Total = 2 };
-
-struct SortKey {
-  Place place = Place::Normal;
-  std::optional<double> number;
-  std::string_view text;
-};
-
+// The number of a cell; a percentage counts by its number.
 std::optional<double> CellNumber(std::string_view text) {
   if (!text.empty() && text.back() == '%') text.remove_suffix(1);
   if (text.empty()) return std::nullopt;
-  return ParseNumberText(text);
+  return ParseCellNumber(text);
 }
 
+enum class Place : std::uint8_t { Normal = 0, Dead = 1, Total = 2 };
+
+// Among normal cells: texts that come before "0", numbers, texts after.
+enum class Kind : std::uint8_t { TextBefore = 0, Number = 1, TextAfter = 2 };
+
+struct SortEntry {
+  Place place = Place::Normal;
+  Kind kind = Kind::TextBefore;
+  double number = 0;
+  std::string_view text;
+  std::uint32_t row = 0;
+};
+
 int CompareNoCase(std::string_view a, std::string_view b) {
+  // Long equal stretches (source lines, names with a common start) are
+  // skipped at memory speed; case is looked at from the first difference on.
+  if (a == b) return 0;
   const std::size_t n = std::min(a.size(), b.size());
-  for (std::size_t i = 0; i < n; ++i) {
+  std::size_t i = static_cast<std::size_t>(
+      std::mismatch(a.begin(), a.begin() + n, b.begin()).first - a.begin());
+  for (; i < n; ++i) {
     const auto ca = static_cast<unsigned char>(LowerCase1252(a[i]));
     const auto cb = static_cast<unsigned char>(LowerCase1252(b[i]));
     if (ca != cb) return ca < cb ? -1 : 1;
@@ -40,34 +52,35 @@ int CompareNoCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
 }
 
-// Order of two normal keys, ascending: numbers by value, texts by text, and
-// a text against a number as it stands against the digit "0".
-int CompareNormal(const SortKey& a, const SortKey& b) {
-  if (a.number && b.number) return *a.number < *b.number ? -1 : (*b.number < *a.number ? 1 : 0);
-  if (!a.number && !b.number) return CompareNoCase(a.text, b.text);
-  if (a.number) return CompareNoCase(b.text, "0") < 0 ? 1 : -1;
-  return CompareNoCase(a.text, "0") < 0 ? -1 : 1;
+// The order of two normal entries, ascending.
+int CompareNormal(const SortEntry& a, const SortEntry& b) {
+  if (a.kind != b.kind) return a.kind < b.kind ? -1 : 1;
+  if (a.kind == Kind::Number) return a.number < b.number ? -1 : (b.number < a.number ? 1 : 0);
+  return CompareNoCase(a.text, b.text);
 }
 
-SortKey KeyOf(const Row& row, int column, bool numeric) {
-  SortKey key;
-  key.text = row.Text(column);
+SortEntry EntryOf(const Row& row, std::uint32_t index, int column, bool numeric) {
+  SortEntry e;
+  e.row = index;
+  e.text = row.Text(column);
   if (row.Bold()) {
-    key.place = Place::Total;
-  } else if (numeric) {
-    if (key.text == kDeadCell) {
-      key.place = Place::Dead;
-    } else {
-      key.number = CellNumber(key.text);
-    }
+    e.place = Place::Total;
+  } else if (numeric && e.text == kDeadCell) {
+    e.place = Place::Dead;
+  } else if (const auto number = numeric ? CellNumber(e.text) : std::nullopt) {
+    e.kind = Kind::Number;
+    e.number = *number;
+  } else {
+    e.kind = CompareNoCase(e.text, "0") < 0 ? Kind::TextBefore : Kind::TextAfter;
   }
-  return key;
+  return e;
 }
 
 void Recolor(Table& table, int lastColumn, int column) {
+  const bool resetLast = lastColumn >= 1 && lastColumn <= table.ColumnCount();
   for (Row& row : table.Rows()) {
     if (row.Bold()) continue;
-    if (lastColumn >= 1 && lastColumn <= table.ColumnCount()) {
+    if (resetLast) {
       Cell& previous = row.At(lastColumn);
       if (previous.Color != kColorGrey) previous.Color = kColorStandard;
     }
@@ -79,15 +92,12 @@ void Recolor(Table& table, int lastColumn, int column) {
 void OrderRows(Table& table, int column, std::int32_t order) {
   const bool numeric = IsNumericColumn(table.ColumnAt(column).Header);
   std::vector<Row>& rows = table.Rows();
-  std::vector<SortKey> keys;
-  keys.reserve(rows.size());
-  for (const Row& row : rows) keys.push_back(KeyOf(row, column, numeric));
-
-  std::vector<std::size_t> index(rows.size());
-  std::iota(index.begin(), index.end(), 0);
-  std::stable_sort(index.begin(), index.end(), [&](std::size_t i, std::size_t j) {
-    const SortKey& a = keys[i];
-    const SortKey& b = keys[j];
+  std::vector<SortEntry> entries;
+  entries.reserve(rows.size());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    entries.push_back(EntryOf(rows[i], static_cast<std::uint32_t>(i), column, numeric));
+  }
+  std::stable_sort(entries.begin(), entries.end(), [&](const SortEntry& a, const SortEntry& b) {
     if (a.place != b.place) return a.place < b.place;
     if (a.place != Place::Normal) return false;
     const int c = CompareNormal(a, b);
@@ -97,10 +107,11 @@ void OrderRows(Table& table, int column, std::int32_t order) {
   const int selectedBefore = table.SelectedRow;
   std::vector<Row> sorted;
   sorted.reserve(rows.size());
-  for (std::size_t k = 0; k < index.size(); ++k) {
-    if (static_cast<int>(index[k]) + 1 == selectedBefore)
+  for (std::size_t k = 0; k < entries.size(); ++k) {
+    if (static_cast<int>(entries[k].row) + 1 == selectedBefore) {
       table.SelectedRow = static_cast<int>(k) + 1;
-    sorted.push_back(std::move(rows[index[k]]));
+    }
+    sorted.push_back(std::move(rows[entries[k].row]));
   }
   rows = std::move(sorted);
 }

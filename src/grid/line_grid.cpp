@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "base/numbers.h"
 #include "base/text.h"
@@ -154,9 +155,21 @@ void AddLineTotal(Table& t, const LineTotals& totals, std::int32_t dit, int bars
 
 std::string LineChartName(std::int32_t lineId, std::int32_t tNumberOfZeros,
                           const std::string& text) {
-  return Right(std::string(static_cast<std::size_t>(tNumberOfZeros), '0') + std::to_string(lineId),
-               tNumberOfZeros) +
-         "-" + TruncateString(text, 33);
+  // The rightmost tNumberOfZeros characters of that many zeros and the ID.
+  const std::string id = std::to_string(lineId);
+  const std::size_t width = static_cast<std::size_t>(MaxLong2(tNumberOfZeros, 0));
+  std::string name;
+  name.reserve(width + 1 + 36);
+  if (id.size() < width) name.append(width - id.size(), '0');
+  name.append(id, id.size() > width ? id.size() - width : 0);
+  name.push_back('-');
+  // TruncateString(text, 33), without a temporary.
+  if (text.size() > 36) {
+    name.append(text, 0, 33).append("...");
+  } else {
+    name.append(text);
+  }
+  return name;
 }
 
 std::int32_t LineIdDigits(std::int32_t linesNumber) {
@@ -191,11 +204,22 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   prompter.ShowProgress(linesNumber > 200 && sel.cPro == 0);
   LineProgress progress(prompter, linesNumber);
 
+  // The rows are counted first so that a table of many thousand lines is
+  // built in place.
+  std::vector<std::int32_t> shownLines;
+  for (std::int32_t i = 1; i <= linesNumber; ++i) {
+    if (ShouldDisplayLine(project, session, sel, i)) shownLines.push_back(i);
+  }
+  t.Rows().reserve(shownLines.size() + 1);
   ChartArrays& chart = build.Arrays;
+  chart.ChartArrayBar.reserve(shownLines.size());
+  chart.ChartArrayPie.reserve(shownLines.size());
   LineTotals totals;
+  auto next = shownLines.begin();
   for (std::int32_t i = 1; i <= linesNumber; ++i) {
     progress.Line(i);
-    if (!ShouldDisplayLine(project, session, sel, i)) continue;
+    if (next == shownLines.end() || *next != i) continue;
+    ++next;
     const CodeLine& line = project.CodeLine(i);
     const CodeLineValue& v = session.CodeLineValue(i);
     const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
