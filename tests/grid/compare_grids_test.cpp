@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "compare/global_sessions.h"
+#include "grid/chart.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_fixture.h"
 #include "grid/table_helpers.h"
@@ -184,6 +185,25 @@ TEST(CompareProceduresTiming, HeterogeneousSessionsShowEveryMergedProcedureOnce)
             (V{"Module1", "Extra", "", "", "0.400000", "0.100000"}));
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Main")),
             (V{"Module1", "Main", "0.123456", "0.041152", "", ""}));
+}
+
+TEST(ShowTab, ComparedLinesNeedOneProjectAndGroupsAreRefused) {
+  HomogeneousFixture f;
+  SortMemory sort;
+  GridBuild b = ShowTab(f.ws, f.Compared(0), sort, kTabLines);
+  EXPECT_EQ(b.Headers.NumberOfColumnsPerSession, 3);
+  f.ws.fHomogeneous = false;
+  b = ShowTab(f.ws, f.Compared(0), sort, kTabLines);
+  EXPECT_EQ(ColumnTexts(b.Grid, 1),
+            (V{"Unavailable (heterogeneous sessions)", "Please click the Procedures tab"}));
+  GridSelection groups = f.Compared(0);
+  groups.cs = -9999;
+  b = ShowTab(f.ws, groups, sort, kTabLines);
+  EXPECT_EQ(b.Grid.RowAt(1).RowText(), "Unavailable (compared group sessions)");
+  // Projects and modules tabs both compare modules.
+  f.ws.fHomogeneous = true;
+  EXPECT_EQ(ShowTab(f.ws, f.Compared(4), sort, kTabProjects).Grid.ColumnAt(2).Header, "Line Cov.");
+  EXPECT_THROW(ShowTab(f.ws, f.Compared(0), sort, 5), std::invalid_argument);
 }
 
 }  // namespace
