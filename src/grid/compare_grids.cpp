@@ -8,6 +8,7 @@
 #include "base/numbers.h"
 #include "base/vb_format.h"
 #include "compare/global_sessions.h"
+#include "grid/chart_titles.h"
 #include "grid/compared_grid.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_frame.h"
@@ -15,34 +16,6 @@
 namespace zol {
 
 namespace {
-
-const char* ProcedureTitle(std::int32_t displayInfoType) {
-  switch (displayInfoType) {
-    case 1:
-      return "Average Time spent in procedures (seconds)";
-    case 2:
-      return "Total Time spent in procedures & children (seconds)";
-    case 3:
-      return "Average Time spent in procedures & children (seconds)";
-    default:
-      return "Total Time spent in procedures (seconds)";
-  }
-}
-
-const char* LineTitle(std::int32_t displayInfoType) {
-  switch (displayInfoType) {
-    case 1:
-      return "Average Time spent in lines (seconds)";
-    case 2:
-      return "Total Time spent in lines & children (seconds)";
-    case 3:
-      return "Average Time spent in lines & children (seconds)";
-    case 4:
-      return "Line hits (1 line execution = 1 hit)";
-    default:
-      return "Total Time spent in lines (seconds)";
-  }
-}
 
 std::string QualifiedName(const std::string& module, const std::string& procedure) {
   return module + "." + procedure;
@@ -114,7 +87,7 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
       SetTimes(g, total, k, 0, time, time / tHits[k]);
     }
   }
-  return g.Finish(ProcedureTitle(dit), true);
+  return g.Finish(ProcedureChartTitle(dit), true);
 }
 
 GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
@@ -174,7 +147,7 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
       SetTimes(g, total, k, 1, time, time / tHits[k]);
     }
   }
-  return g.Finish(LineTitle(dit), true);
+  return g.Finish(LineChartTitle(dit), true);
 }
 
 GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection& sel) {
@@ -253,7 +226,7 @@ GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel
       if (timed[k]) g.RunCell(total, k, 0).Text = TimeText(g.Own(k).SessionValue.TotalTime);
     }
   }
-  return g.Finish("Total Time spent in modules (seconds)", false);
+  return g.Finish(kModuleTimeTitle, false);
 }
 
 GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel) {
@@ -286,7 +259,7 @@ GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& s
     total.Icon = "SESSION";
     for (int k = 0; k < n; ++k) fill(total, k, g.Own(k).SessionValue);
   }
-  return g.Finish("Module Coverage (% of executed lines)", true);
+  return g.Finish(kModuleCoverageTitle, true);
 }
 
 }  // namespace zol

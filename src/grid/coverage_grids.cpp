@@ -9,6 +9,7 @@
 #include "base/numbers.h"
 #include "base/vb_format.h"
 #include "grid/bars.h"
+#include "grid/chart_titles.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_frame.h"
 
@@ -226,8 +227,7 @@ GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, Sor
     if (critical != 0) total.At(critical).Text = sums.Text();
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
-  chart.SetTitles("Module Coverage (% of executed lines)",
-                  "Module Hits (1 line execution = 1 hit)");
+  chart.SetTitles(kModuleCoverageTitle, "Module Hits (1 line execution = 1 hit)");
   build.Chart = ChartUpdate::Draw;
   FinishGrid(t, sort, kMLineCoverage);
   return build;

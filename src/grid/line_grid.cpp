@@ -9,6 +9,7 @@
 #include "base/text.h"
 #include "base/vb_format.h"
 #include "grid/bars.h"
+#include "grid/chart_titles.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_frame.h"
 
@@ -17,21 +18,6 @@ namespace zol {
 namespace {
 
 enum LineCol { kModule = 1, kProcedure, kHits, kHitsPct, kTime, kTimePct, kAverage };
-
-const char* LineTitle(std::int32_t displayInfoType) {
-  switch (displayInfoType) {
-    case 1:
-      return "Average Time spent in lines (seconds)";
-    case 2:
-      return "Total Time spent in lines & children (seconds)";
-    case 3:
-      return "Average Time spent in lines & children (seconds)";
-    case 4:
-      return "Line hits (1 line execution = 1 hit)";
-    default:
-      return "Total Time spent in lines (seconds)";
-  }
-}
 
 struct LineColumns {
   int line = 0;
@@ -267,7 +253,7 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   if (chart.ChartArrayBar.empty()) {
     build.Chart = ChartUpdate::Reset;
   } else {
-    chart.SetTitles(LineTitle(dit), LineTitle(dit));
+    chart.SetTitles(LineChartTitle(dit), LineChartTitle(dit));
     build.Chart = ChartUpdate::Draw;
   }
   prompter.SetProgressValue(0);

@@ -6,25 +6,13 @@
 
 #include "base/vb_format.h"
 #include "grid/bars.h"
+#include "grid/chart_titles.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_frame.h"
 
 namespace zol {
 
 namespace {
-
-const char* ProcedureTitle(std::int32_t displayInfoType) {
-  switch (displayInfoType) {
-    case 1:
-      return "Average Time spent in procedures (seconds)";
-    case 2:
-      return "Total Time spent in procedures & children (seconds)";
-    case 3:
-      return "Average Time spent in procedures & children (seconds)";
-    default:
-      return "Total Time spent in procedures (seconds)";
-  }
-}
 
 // Procedures: columns of the table.
 enum ProcCol { kPModule = 1, kPProcedure, kPHits, kPHitsPct, kPTime, kPTimePct, kPAverage };
@@ -113,7 +101,7 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
   }
   if (t.RowCount() > 0) AddProcedureTotal(t, totalHits, totalTime, dit, bars);
 
-  chart.SetTitles(ProcedureTitle(dit), ProcedureTitle(dit));
+  chart.SetTitles(ProcedureChartTitle(dit), ProcedureChartTitle(dit));
   build.Chart = ChartUpdate::Draw;
   FinishGrid(t, sort, kPTime);
   return build;
@@ -174,7 +162,7 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
 
-  chart.SetTitles("Total Time spent in modules (seconds)", "Total Time spent in modules (seconds)");
+  chart.SetTitles(kModuleTimeTitle, kModuleTimeTitle);
   build.Chart = ChartUpdate::Draw;
   FinishGrid(t, sort, kTime);
   return build;

@@ -95,6 +95,13 @@ TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
   const Row& total = *t.FindRow("TOTAL");
   EXPECT_EQ(total.Text(5), "3.500020");
   EXPECT_EQ(total.Text(7), "0.250001");
+
+  // Child averages: bars last, the total's bar on the sum over the hits.
+  const Table avg = ShowProceduresTiming(f.ws, f.Selection(3), sort).Grid;
+  EXPECT_EQ(ShownHeaders(avg).back(), kBars);
+  EXPECT_EQ(avg.ColumnAt(7).Header, "Child Avg. Time");
+  EXPECT_EQ(avg.FindRow("TOTAL")->Text(avg.FindColumn(kBars)), BarText(13));    // 0.250001 s
+  EXPECT_EQ(RowWith(avg, 2, "Main").Text(avg.FindColumn(kBars)), BarText(12));  // 0.166667 s
 }
 
 TEST(ProceduresTiming, SelectedModuleListsUnhitAndDeadProcedures) {

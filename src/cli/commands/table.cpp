@@ -95,15 +95,16 @@ bool Select(zol::Workspace& ws, zol::ProjectTree& tree, const TableArgs& args) {
 
 // COL[:asc|desc]: a column by its header or its number. Without an order it
 // is a click on the column's header after the build's own sort.
-bool ApplySort(zol::Table& table, zol::SortMemory& memory, const std::string& spec, bool compared) {
-  std::string column = spec;
+bool ApplySort(zol::Table& table, zol::SortMemory& memory, const std::string& sortText,
+               bool compared) {
+  std::string column = sortText;
   std::int32_t order = zol::kSortToggle;
-  const int colon = zol::InStrRev(spec, ":");
+  const int colon = zol::InStrRev(sortText, ":");
   if (colon > 0) {
-    const std::string word = zol::Mid(spec, colon + 1);
+    const std::string word = zol::Mid(sortText, colon + 1);
     if (zol::TextEquals(word, "asc") || zol::TextEquals(word, "desc")) {
       order = zol::TextEquals(word, "asc") ? zol::kSortAscending : zol::kSortDescending;
-      column = zol::Left(spec, colon - 1);
+      column = zol::Left(sortText, colon - 1);
     }
   }
   int index = 0;
