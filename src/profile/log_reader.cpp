@@ -114,31 +114,25 @@ void ClearReplayResults(Session& s) {
   s.LastProc = 0;
 }
 
-void ReplayLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
-  Session& s = ws.Session(cs);
-  CheckArraysFitProject(ws, s);
-  const std::string file = s.SessionFile;
-  const std::string path = ToNativePath(file);
-
-  // A stop request of an earlier operation doesn't stop this one.
-  ws.abort = false;
-  const std::int64_t fileLength = LengthOf(path, file);
-  ws.TraceOverhead = TrailerOverhead(path, file, fileLength);
-  const double progressMax = StartProgress(ws, file, fileLength);
-
-  const pfl::Header header = ReadHeader(path, file, fileLength);
+// PerformanceFrequency from line 8; TraceOverhead from line 9 unless the
+// trailer gave a cost other than 0.
+void SetClockUnits(Workspace& ws, const pfl::Header& header, const std::string& file) {
   const double frequency = NumberOrThrow(header.Lines[7], file, "The counter frequency on line 8");
   if (!(frequency > 0)) {
     throw LogError(
         file, "The counter frequency on line 8 is not above zero: \"" + header.Lines[7] + "\".");
   }
   ws.PerformanceFrequency = frequency;
-  // A trailer wins over line 9, unless it says 0.
   if (ws.TraceOverhead == 0) {
     ws.TraceOverhead = NumberOrThrow(header.Lines[8], file, "The probe cost on line 9");
   }
+}
 
-  BlockReader reader(file, path, fileLength, header.DataStart);
+// Hands the blocks to the replay in file order, letting events run between
+// them.
+void ReplayBlocks(Workspace& ws, std::int32_t cs, ReplayKind kind, const std::string& file,
+                  std::int64_t fileLength, std::int64_t dataStart, double progressMax) {
+  BlockReader reader(file, ToNativePath(file), fileLength, dataStart);
   const bool literal = kind == ReplayKind::Literal;
   auto blocks =
       literal ? MakeSerialZlibStream(std::move(reader)) : MakePipelinedStream(std::move(reader));
@@ -153,6 +147,22 @@ void ReplayLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
                   block.FilePos > fileLength - pfl::kLastBlockMargin);
   }
   replay->Finish();
+}
+
+void ReplayLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
+  Session& s = ws.Session(cs);
+  CheckArraysFitProject(ws, s);
+  const std::string file = s.SessionFile;
+  const std::string path = ToNativePath(file);
+
+  // A stop request of an earlier operation doesn't stop this one.
+  ws.abort = false;
+  const std::int64_t fileLength = LengthOf(path, file);
+  ws.TraceOverhead = TrailerOverhead(path, file, fileLength);
+  const double progressMax = StartProgress(ws, file, fileLength);
+  const pfl::Header header = ReadHeader(path, file, fileLength);
+  SetClockUnits(ws, header, file);
+  ReplayBlocks(ws, cs, kind, file, fileLength, header.DataStart, progressMax);
   ConvertToSeconds(s, ws.PerformanceFrequency);
 }
 
