@@ -9,18 +9,12 @@
 
 namespace zol::testing {
 
-namespace {
-
-// Scans `vbp` in a workspace of its own, whose side files go below `root`.
-Project ScanProject(const std::string& root, const std::string& vbp,
-                    const fixture::InstrumentTruth& truth) {
+Project ScanFixtureProject(const std::string& vbp, const std::string& scratchFolder) {
   Workspace ws;
-  ws.appFolder = root + "/scan-app";
+  ws.appFolder = scratchFolder;
   ws.nSession = 1;
   Session& s = ws.SessionSlot(1);
   s.ProjectFile = vbp;
-  s.LinesNumber = truth.Lines.Count();
-  s.ProceduresNumber = truth.Procedures.Count();
   s.Project = AssignProjectToSession(ws, 1, vbp);
   ResetRtfPath(ws);
   GetProjectInfo(ws, 1);
@@ -29,15 +23,13 @@ Project ScanProject(const std::string& root, const std::string& vbp,
   return p;
 }
 
-}  // namespace
-
 FixtureRun MakeInstrumentedProject(const std::string& root, std::uint32_t seed) {
   const fixture::VbProjectFiles files = fixture::GenerateVbProject(seed);
   const std::string original = fixture::WriteVbProject(files, root + "/original");
   FixtureRun run;
   run.vbp = root + "/instrumented/" + files.Name + "/" + files.Name + ".vbp";
   run.truth = fixture::InstrumentProject(original, run.vbp);
-  run.project = ScanProject(root, run.vbp, run.truth);
+  run.project = ScanFixtureProject(run.vbp, root + "/scan-app");
   return run;
 }
 

@@ -22,6 +22,10 @@ struct FixtureRun {
   zol::Project project;  // the instrumented project as scanned
 };
 
+// Scans the instrumented project `vbp` as the loader would, with side files
+// going below `scratchFolder` (removed again).
+zol::Project ScanFixtureProject(const std::string& vbp, const std::string& scratchFolder);
+
 // The instrumented project of `seed` below `root` (once per root and seed).
 FixtureRun MakeInstrumentedProject(const std::string& root, std::uint32_t seed);
 

@@ -7,6 +7,7 @@ SimulatedLogSize WriteSimulatedLog(const std::string& path, const Project& proje
   PflHeaderText header = PflHeaderText::For(project);
   header.PerformanceFrequency = shape.frequencyText;
   header.TraceOverhead = shape.lineNineOverhead;
+  if (!shape.dateTime.empty()) header.DateTime = shape.dateTime;
   PflWriter writer(path, header, shape.level);
   SimulatedLogger logger(writer, shape.logger);
   RunSimulator run(project, shape.run);

@@ -21,6 +21,7 @@ struct SimulatedLogShape {
   std::string frequencyText = "357.9545";
   std::string lineNineOverhead = "0.0003";
   std::optional<std::string> trailerOverhead = "0.00025";  // nothing: no trailer
+  std::string dateTime;  // header line 5; empty: the writer's default
 };
 
 struct SimulatedLogSize {
