@@ -40,18 +40,17 @@ void StoreFlowPairs(Session& merged, FlowPairTable& pairs) {
 
 // Lines: floors and averages, and each line counted for its procedure's
 // coverage. Line times stay out of the procedures, whose times were summed.
+// Unlike a single session's, a line outside any procedure gets its averages
+// too, and a procedure ID out of range is passed over.
 void DeriveLines(Workspace& ws, const Project& project, Session& merged) {
   for (std::int32_t id = 1; id <= ws.LinesNumber; ++id) {
     CodeLineValue& line = merged.CodeLineValue(id);
     ApplyTimeFloor(line);
     const std::int32_t proc = project.CodeLine(id).BelongToProcedure;
-    ProcedureValue* p =
-        proc >= 1 && proc <= ws.ProceduresNumber ? &merged.ProcedureValue(proc) : nullptr;
-    if (p) AddCount(p->TotalLines, 1, "TotalLines of a merged procedure");
-    if (line.Hits == 0) continue;
-    if (p) AddCount(p->HitLines, 1, "HitLines of a merged procedure");
-    line.AverageTime = line.TotalTime / line.Hits;
-    line.ChildAverageTime = line.ChildTotalTime / line.Hits;
+    if (proc >= 1 && proc <= ws.ProceduresNumber) {
+      CountLineInProcedure(line, merged.ProcedureValue(proc), "a merged procedure");
+    }
+    ApplyAverages(line);
   }
 }
 
@@ -72,41 +71,19 @@ void TakeBestCoverage(Workspace& ws, Session& merged, const Array1<std::int32_t>
   }
 }
 
-void AddToModule(const Procedure& proc, const ProcedureValue& p, ModuleValue& m) {
-  m.TotalTime += p.TotalTime;
-  AddCount(m.TotalLines, p.TotalLines, "TotalLines of a merged module");
-  AddCount(m.HitLines, p.HitLines, "HitLines of a merged module");
-  AddCount(m.TotalProcedures, 1, "TotalProcedures of a merged module");
-  if (p.Hits != 0) AddCount(m.HitProcedures, 1, "HitProcedures of a merged module");
-  m.IsProfiled = m.IsProfiled || p.IsProfiled;
-  m.IsCovered = m.IsCovered || p.IsCovered;
-  if (proc.IsCritical) {
-    AddCount(m.CriticalTotalLines, p.TotalLines, "CriticalTotalLines of a merged module");
-    AddCount(m.CriticalHitLines, p.HitLines, "CriticalHitLines of a merged module");
-  }
-}
-
 // Procedures: floors, averages and coverage, and the module sums, which leave
-// dead code out.
+// dead code out. Two rules differ from a single session's: coverage is taken
+// for any line count but 0 (a best coverage taken from a compared session may
+// carry any count), and every live procedure counts in its module's
+// TotalProcedures, profiled or not. A module ID out of range is passed over.
 void DeriveProcedures(Workspace& ws, const Project& project, Session& merged) {
   for (std::int32_t id = 1; id <= ws.ProceduresNumber; ++id) {
     ProcedureValue& p = merged.ProcedureValue(id);
     const Procedure& proc = project.Procedure(id);
-    ApplyTimeFloor(p);
-    p.IsProfiled = proc.IsProfiled;
-    if (p.Hits != 0) {
-      p.AverageTime = p.TotalTime / p.Hits;
-      p.ChildAverageTime = p.ChildTotalTime / p.Hits;
-    }
-    if (p.TotalLines != 0) {
-      p.Coverage = static_cast<double>(p.HitLines) / p.TotalLines;
-      p.IsCovered = true;
-    } else {
-      p.IsCovered = false;
-    }
+    DeriveProcedureValue(proc, p, p.TotalLines != 0);
     const std::int32_t m = proc.BelongToModule;
     if (proc.IsDead || m < 1 || m > ws.ModulesNumber) continue;
-    AddToModule(proc, p, merged.ModuleValue(m));
+    AddProcedureToModule(proc, p, merged.ModuleValue(m), ProcedureCount::All, "a merged module");
   }
 }
 

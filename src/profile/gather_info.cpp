@@ -11,8 +11,22 @@ namespace zol {
 
 namespace {
 
-VBBool Or(VBBool a, VBBool b) {
-  return VBBool::FromRaw(static_cast<std::int16_t>(a.Raw() | b.Raw()));
+// Adds b to a where the sum fits in 32 bits; false, leaving a, where not.
+bool TryAddCount(std::int32_t& a, std::int32_t b) {
+  const std::int64_t sum = static_cast<std::int64_t>(a) + b;
+  if (sum > std::numeric_limits<std::int32_t>::max() ||
+      sum < std::numeric_limits<std::int32_t>::min()) {
+    return false;
+  }
+  a = static_cast<std::int32_t>(sum);
+  return true;
+}
+
+// Adds b to the counter a like AddCount; an overflow names `field` of `owner`.
+void AddCountOf(std::int32_t& a, std::int32_t b, const char* field, const char* owner) {
+  if (!TryAddCount(a, b)) {
+    throw std::overflow_error(std::string("overflow in ") + field + " of " + owner);
+  }
 }
 
 // A procedure with line probes gets its time from its lines; the time that
@@ -35,31 +49,13 @@ void GatherLines(Workspace& ws, const Project& project, Session& s) {
     const CodeLine& code = project.CodeLine(id);
     if (code.BelongToProcedure == 0) continue;
     ProcedureValue& p = s.ProcedureValue(code.BelongToProcedure);
-    AddCount(p.TotalLines, 1, "TotalLines of a procedure");
+    CountLineInProcedure(line, p, "a procedure");
     if (line.Hits == 0) continue;
-    AddCount(p.HitLines, 1, "HitLines of a procedure");
     if (!code.IsProcedureExit && project.Procedure(code.BelongToProcedure).IsCovered) {
       p.TotalTime += line.TotalTime;
       p.ChildTotalTime += line.ChildTotalTime;
     }
-    line.AverageTime = line.TotalTime / line.Hits;
-    line.ChildAverageTime = line.ChildTotalTime / line.Hits;
-  }
-}
-
-void AddProcedureToModule(const Procedure& proc, const ProcedureValue& p, ModuleValue& m) {
-  m.TotalTime += p.TotalTime;
-  AddCount(m.TotalLines, p.TotalLines, "TotalLines of a module");
-  AddCount(m.HitLines, p.HitLines, "HitLines of a module");
-  if (proc.IsProfiled) {
-    AddCount(m.TotalProcedures, 1, "TotalProcedures of a module");
-    if (p.Hits != 0) AddCount(m.HitProcedures, 1, "HitProcedures of a module");
-  }
-  m.IsProfiled = Or(m.IsProfiled, p.IsProfiled);
-  m.IsCovered = Or(m.IsCovered, p.IsCovered);
-  if (proc.IsCritical) {
-    AddCount(m.CriticalTotalLines, p.TotalLines, "CriticalTotalLines of a module");
-    AddCount(m.CriticalHitLines, p.HitLines, "CriticalHitLines of a module");
+    ApplyAverages(line);
   }
 }
 
@@ -69,20 +65,10 @@ void GatherProcedures(Workspace& ws, const Project& project, Session& s) {
   for (std::int32_t id = 1; id <= ws.ProceduresNumber; ++id) {
     ProcedureValue& p = s.ProcedureValue(id);
     const Procedure& proc = project.Procedure(id);
-    ApplyTimeFloor(p);
-    p.IsProfiled = proc.IsProfiled;
-    if (p.Hits != 0) {
-      p.AverageTime = p.TotalTime / p.Hits;
-      p.ChildAverageTime = p.ChildTotalTime / p.Hits;
-    }
-    if (p.TotalLines > 0) {
-      p.Coverage = static_cast<double>(p.HitLines) / p.TotalLines;
-      p.IsCovered = true;
-    } else {
-      p.IsCovered = false;
-    }
+    DeriveProcedureValue(proc, p, p.TotalLines > 0);
     if (proc.IsDead || proc.BelongToModule == 0) continue;
-    AddProcedureToModule(proc, p, s.ModuleValue(proc.BelongToModule));
+    AddProcedureToModule(proc, p, s.ModuleValue(proc.BelongToModule), ProcedureCount::ProfiledOnly,
+                         "a module");
   }
 }
 
@@ -163,12 +149,42 @@ void RankModules(Workspace& ws, Session& s) {
 // Counters are 32-bit in the file images; a sum that no longer fits is an
 // error, not a silent wrap.
 void AddCount(std::int32_t& a, std::int32_t b, const char* what) {
-  const std::int64_t sum = static_cast<std::int64_t>(a) + b;
-  if (sum > std::numeric_limits<std::int32_t>::max() ||
-      sum < std::numeric_limits<std::int32_t>::min()) {
-    throw std::overflow_error(std::string("overflow in ") + what);
+  if (!TryAddCount(a, b)) throw std::overflow_error(std::string("overflow in ") + what);
+}
+
+void CountLineInProcedure(const CodeLineValue& line, ProcedureValue& p, const char* owner) {
+  AddCountOf(p.TotalLines, 1, "TotalLines", owner);
+  if (line.Hits != 0) AddCountOf(p.HitLines, 1, "HitLines", owner);
+}
+
+void DeriveProcedureValue(const Procedure& proc, ProcedureValue& p, bool linesCounted) {
+  ApplyTimeFloor(p);
+  p.IsProfiled = proc.IsProfiled;
+  ApplyAverages(p);
+  if (linesCounted) {
+    p.Coverage = static_cast<double>(p.HitLines) / p.TotalLines;
+    p.IsCovered = true;
+  } else {
+    p.IsCovered = false;
   }
-  a = static_cast<std::int32_t>(sum);
+}
+
+// The flags are ORed as truth values; records hold them as -1 or 0.
+void AddProcedureToModule(const Procedure& proc, const ProcedureValue& p, ModuleValue& m,
+                          ProcedureCount counted, const char* owner) {
+  m.TotalTime += p.TotalTime;
+  AddCountOf(m.TotalLines, p.TotalLines, "TotalLines", owner);
+  AddCountOf(m.HitLines, p.HitLines, "HitLines", owner);
+  if (counted == ProcedureCount::All || proc.IsProfiled) {
+    AddCountOf(m.TotalProcedures, 1, "TotalProcedures", owner);
+    if (p.Hits != 0) AddCountOf(m.HitProcedures, 1, "HitProcedures", owner);
+  }
+  m.IsProfiled = m.IsProfiled || p.IsProfiled;
+  m.IsCovered = m.IsCovered || p.IsCovered;
+  if (proc.IsCritical) {
+    AddCountOf(m.CriticalTotalLines, p.TotalLines, "CriticalTotalLines", owner);
+    AddCountOf(m.CriticalHitLines, p.HitLines, "CriticalHitLines", owner);
+  }
 }
 
 // Module coverage and the session's totals. The critical totals of the

@@ -35,6 +35,31 @@ void ApplyTimeFloor(Value& v) {
   if (v.ChildTotalTime < v.TotalTime) v.ChildTotalTime = v.TotalTime;
 }
 
+// The averages of an item that was hit; one never hit keeps its former ones.
+template <typename Value>
+void ApplyAverages(Value& v) {
+  if (v.Hits == 0) return;
+  v.AverageTime = v.TotalTime / v.Hits;
+  v.ChildAverageTime = v.ChildTotalTime / v.Hits;
+}
+
+// Counts a line in its procedure's TotalLines, and in HitLines if it was hit.
+// `owner` names the procedure in an overflow error ("a procedure").
+void CountLineInProcedure(const CodeLineValue& line, ProcedureValue& p, const char* owner);
+
+// A procedure's own derived values from its sums: the time floor, IsProfiled
+// from the project, the averages, and the coverage from its line counts where
+// `linesCounted` holds; otherwise it is not covered and keeps its Coverage.
+void DeriveProcedureValue(const Procedure& proc, ProcedureValue& p, bool linesCounted);
+
+// Which procedures count in a module's TotalProcedures and HitProcedures.
+enum class ProcedureCount { ProfiledOnly, All };
+
+// Adds a live procedure's values to the sums of its module. `owner` names the
+// module in an overflow error ("a module").
+void AddProcedureToModule(const Procedure& proc, const ProcedureValue& p, ModuleValue& m,
+                          ProcedureCount counted, const char* owner);
+
 // Module coverages from the module sums, and the session totals from them.
 void GatherModulesAndSession(Workspace& ws, Session& s);
 
