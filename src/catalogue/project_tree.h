@@ -78,6 +78,17 @@ class ProjectTree : public MergedSelectionView {
 
   const std::string& PreviousKey() const { return previousKey_; }
 
+  // A renamed session or group: the first occurrence of `oldName` in the text
+  // of node `key` becomes `newName`. False when there is no such node.
+  bool RenameInNode(const std::string& key, const std::string& oldName,
+                    const std::string& newName) {
+    TreeNode* node = nodes_.Find(key);
+    if (!node) return false;
+    const std::size_t at = oldName.empty() ? std::string::npos : node->Text.find(oldName);
+    if (at != std::string::npos) node->Text.replace(at, oldName.size(), newName);
+    return true;
+  }
+
  protected:
   // Hooks for the window around the tree; the model itself draws nothing.
   // The ticked sessions have changed.

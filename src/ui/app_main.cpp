@@ -1,0 +1,118 @@
+#include "ui/app_main.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDir>
+#include <QLockFile>
+#include <QTimer>
+#include <cstdio>
+#include <memory>
+
+#include "base/app_paths.h"
+#include "base/version.h"
+#include "project/project_info.h"
+#include "ui/main_window.h"
+#include "ui/qt_font_metrics.h"
+#include "ui/qt_text.h"
+#include "ui/screenshots.h"
+#include "ui/startup.h"
+
+namespace zol {
+
+namespace {
+
+struct CommandLine {
+  StartOptions start;
+  QString screenshotDir;
+  QSize size;
+};
+
+CommandLine ParseCommandLine(const QApplication& app) {
+  std::vector<std::string> words;
+  for (const QString& a : app.arguments().mid(1)) words.push_back(a.toStdString());
+  QCommandLineParser parser;
+  parser.setApplicationDescription("Results browser of the Zolmark profiler");
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addPositionalArgument("files", "Session files (.pfl, .pfd) to load and tick");
+  QCommandLineOption select("select", "Tree node to show once loaded (S1M2P3, MERGE, COMPARE)",
+                            "key");
+  QCommandLineOption tab("tab", "Scope tab to show: 1 Projects ... 5 Source", "n");
+  QCommandLineOption shots("screenshot", "Save one PNG per tab into the folder, then end",
+                           "folder");
+  QCommandLineOption size("size", "Window size for the screenshots, WxH", "size", "1400x900");
+  parser.addOptions({select, tab, shots, size});
+  parser.process(app);
+
+  CommandLine cl;
+  cl.start.minimised = CommandLineHasNoShow(words);
+  for (const QString& f : parser.positionalArguments()) {
+    // "noshow" is a word of the command line, not a file.
+    if (f.contains("noshow", Qt::CaseInsensitive)) continue;
+    cl.start.files.push_back(FromQPath(QDir::current().absoluteFilePath(f)));
+  }
+  cl.start.selectKey = parser.value(select).toStdString();
+  cl.start.tab = parser.value(tab).toInt();
+  cl.screenshotDir = parser.value(shots);
+  const QStringList wh = parser.value(size).split('x');
+  if (wh.size() == 2) cl.size = QSize(wh[0].toInt(), wh[1].toInt());
+  return cl;
+}
+
+}  // namespace
+
+int RunProfiler(int argc, char** argv) {
+  QApplication app(argc, argv);
+  QApplication::setApplicationName(kAppTitle);
+  QApplication::setApplicationVersion(kAppVersion);
+  QApplication::setOrganizationName("Zolmark");
+  const CommandLine cl = ParseCommandLine(app);
+
+  std::string appFolder;
+  try {
+    appFolder = AppFolder();
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "zolmark-profiler: %s\n", e.what());
+    return 1;
+  }
+  const std::string ini = GetIniFile(appFolder);
+
+  // One copy at a time: a second start hands its files over and ends without
+  // a word. The lock dies with its process, so a crash leaves nothing in the
+  // way of the next start.
+  QLockFile lock(QPath(appFolder) + "/zolmark-profiler.lock");
+  lock.setStaleLockTime(0);
+  if (!lock.tryLock(0)) {
+    HandOverFiles(ini, cl.start.files, "");
+    return 0;
+  }
+  ClearCancelOperations(ini);
+  CleanOldRtfFolders(appFolder);
+
+  InstallFontSubstitutions();
+  Workspace ws;
+  ws.appFolder = appFolder;
+  ResetRtfPath(ws);
+
+  auto window = std::make_unique<MainWindow>(ws, cl.start);
+  if (!cl.screenshotDir.isEmpty()) {
+    window->resize(cl.size.isValid() ? cl.size : QSize(1400, 900));
+    window->show();
+    QApplication::processEvents();
+    const QStringList files = SaveTabScreenshots(*window, cl.screenshotDir);
+    for (const QString& f : files) std::printf("%s\n", f.toLocal8Bit().constData());
+    window->close();
+    return files.isEmpty() ? 1 : 0;
+  }
+  if (cl.start.minimised) {
+    window->showMinimized();
+  } else {
+    window->show();
+  }
+  QApplication::processEvents();
+  const int code = app.exec();
+  window.reset();
+  return code;
+}
+
+}  // namespace zol

@@ -1,0 +1,173 @@
+#include "ui/grid_page.h"
+
+#include <QButtonGroup>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QSplitter>
+#include <QVBoxLayout>
+
+#include "ui/chart_pane.h"
+#include "ui/grid_view.h"
+#include "ui/session_header_bar.h"
+#include "ui/window_options.h"
+
+namespace zol {
+
+GridPage::GridPage(QWidget* parent)
+    : QWidget(parent),
+      grid_(new GridView(this)),
+      headers_(new SessionHeaderBar(grid_, this)),
+      chart_(new ChartPane(this)),
+      split_(new QSplitter(Qt::Vertical, this)) {
+  setObjectName("picValues");
+  auto* gridBox = new QWidget(split_);
+  auto* gridLayout = new QVBoxLayout(gridBox);
+  // The header of headers stands right on the grid's upper edge, its first
+  // section starting where the grid's columns start.
+  gridLayout->setContentsMargins(0, 0, 0, 0);
+  gridLayout->setSpacing(0);
+  auto* headerRow = new QHBoxLayout();
+  headerRow->setContentsMargins(grid_->frameWidth(), 0, grid_->frameWidth(), 0);
+  headerRow->addWidget(headers_);
+  gridLayout->addLayout(headerRow);
+  gridLayout->addWidget(grid_, 1);
+  split_->setObjectName("picHSplitGraph");
+  split_->addWidget(gridBox);
+  split_->addWidget(chart_);
+  split_->setChildrenCollapsible(false);
+  connect(split_, &QSplitter::splitterMoved, this, [this] {
+    ratio_ = GraphRatio();
+    emit graphRatioChanged(ratio_);
+  });
+
+  strip_ = MakeOptionStrip();
+  // The strip may be cut on a narrow page rather than widen the window.
+  strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+  strip_->setMinimumHeight(strip_->sizeHint().height());
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(2);
+  layout->addWidget(strip_);
+  layout->addWidget(split_, 1);
+  SetGraphRatio(0.5);
+}
+
+QWidget* GridPage::MakeOptionStrip() {
+  auto* strip = new QWidget(this);
+  strip->setObjectName("picOptGraph");
+  auto* row = new QHBoxLayout(strip);
+  row->setContentsMargins(4, 2, 4, 2);
+  typeGroup_ = new QButtonGroup(strip);
+  const char* types[] = {"Hide Graphic (Grid Only)", "Show Bar-Type Graphic",
+                         "Show Pie-Type Graphic"};
+  for (int i = 0; i < 3; ++i) {
+    auto* b = new QRadioButton(tr(types[i]), strip);
+    b->setObjectName(QString("optOptGraphType%1").arg(i));
+    typeGroup_->addButton(b, i);
+    row->addWidget(b);
+  }
+  row->addSpacing(12);
+  sortGroup_ = new QButtonGroup(strip);
+  const char* sorts[] = {"Sort by Name", "Sort by Value"};
+  for (int i = 0; i < 2; ++i) {
+    auto* b = new QRadioButton(tr(sorts[i]), strip);
+    b->setObjectName(QString("optOptGraphSort%1").arg(i + 1));
+    sortGroup_->addButton(b, i + 1);
+    row->addWidget(b);
+  }
+  row->addSpacing(12);
+  row->addWidget(new QLabel(tr("Max Items:"), strip));
+  maxItems_ = new QSpinBox(strip);
+  maxItems_->setObjectName("txtGraphMaxItems");
+  maxItems_->setRange(0, kGraphMaxItemsLimit);
+  maxItems_->setToolTip(tr("Limit the number of items to plot (0: unlimited)"));
+  maxItems_->setSpecialValueText(tr("all"));
+  row->addWidget(maxItems_);
+  row->addStretch(1);
+  auto* save = new QPushButton(tr("Export..."), strip);
+  save->setObjectName("cmdOptGridSave");
+  save->setToolTip(tr("Save the table as comma- or tab-separated text"));
+  auto* excel = new QPushButton(tr("View in Spreadsheet"), strip);
+  excel->setObjectName("cmdOptGridViewInExcel");
+  excel->setToolTip(tr("Open the table in the desktop's spreadsheet program"));
+  row->addWidget(save);
+  row->addWidget(excel);
+  connect(save, &QPushButton::clicked, this, &GridPage::exportRequested);
+  connect(excel, &QPushButton::clicked, this, &GridPage::viewInSpreadsheetRequested);
+  connect(typeGroup_, &QButtonGroup::idClicked, this, [this](int) { OnOptionChanged(false); });
+  connect(sortGroup_, &QButtonGroup::idClicked, this, [this](int) { OnOptionChanged(true); });
+  connect(maxItems_, &QSpinBox::valueChanged, this, [this](int) { OnOptionChanged(false); });
+  return strip;
+}
+
+void GridPage::SetGraphOptions(const GraphOptions& options) {
+  options_ = options;
+  settingOptions_ = true;
+  if (QAbstractButton* b = typeGroup_->button(options.GraphType)) b->setChecked(true);
+  if (QAbstractButton* b = sortGroup_->button(options.GraphSortKey)) b->setChecked(true);
+  maxItems_->setValue(options.GraphMaxItems);
+  settingOptions_ = false;
+  ApplyChartVisibility();
+}
+
+void GridPage::OnOptionChanged(bool fSortOnly) {
+  if (settingOptions_) return;
+  options_.GraphType = typeGroup_->checkedId();
+  options_.GraphSortKey = sortGroup_->checkedId();
+  options_.GraphMaxItems = maxItems_->value();
+  ApplyChartVisibility();
+  if (fSortOnly) {
+    DoChartSortOnly(description_, options_.GraphSortKey);
+  } else if (description_.IsReset && arrays_.ChartArrayBar.empty() &&
+             arrays_.ChartArrayPie.empty()) {
+    // Nothing to plot: the empty chart stays.
+  } else {
+    description_ = DoChart(arrays_, options_, activeTab_, displayInfoType_);
+  }
+  if (options_.GraphType != kGraphTypeNone) chart_->Draw(description_);
+  emit graphOptionsChanged();
+}
+
+void GridPage::ApplyChartVisibility() {
+  chart_->setVisible(options_.GraphType != kGraphTypeNone);
+  if (options_.GraphType != kGraphTypeNone) SetGraphRatio(ratio_);
+}
+
+void GridPage::ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType) {
+  activeTab_ = activeTab;
+  displayInfoType_ = displayInfoType;
+  const bool compared = !build.Headers.SessionNames.empty();
+  grid_->SetCompared(compared);
+  UpdateChart(build, arrays_, description_, options_, activeTab, displayInfoType);
+  grid_->ShowTable(std::move(build.Grid));
+  if (compared) {
+    headers_->PrepareFakeHeaders(build.Headers);
+  } else {
+    headers_->Release();
+  }
+  if (options_.GraphType != kGraphTypeNone && build.Chart != ChartUpdate::None) {
+    chart_->Draw(description_);
+  }
+}
+
+void GridPage::ResetChart(bool fEraseArrays) {
+  description_ = zol::ResetChart(arrays_, fEraseArrays);
+  chart_->Draw(description_);
+}
+
+double GridPage::GraphRatio() const {
+  const QList<int> sizes = split_->sizes();
+  const int total = sizes.value(0) + sizes.value(1);
+  return total > 0 ? static_cast<double>(sizes.value(0)) / total : ratio_;
+}
+
+void GridPage::SetGraphRatio(double ratio) {
+  ratio_ = ClampRatio(ratio);
+  const int total = 10000;
+  split_->setSizes({static_cast<int>(total * ratio_), static_cast<int>(total * (1 - ratio_))});
+}
+
+}  // namespace zol

@@ -1,0 +1,76 @@
+#pragma once
+
+// The page of the grid tabs (picValues): the grid with its header of headers
+// for compared sessions, the chart below it behind a splitter, and the option
+// strip (picOptGraph): chart kind, chart order, most items, export and the
+// spreadsheet. A build is shown whole: table, headers and chart together.
+
+#include <QWidget>
+
+#include "grid/chart.h"
+#include "grid/grid_build.h"
+
+class QButtonGroup;
+class QSpinBox;
+class QSplitter;
+class QPushButton;
+
+namespace zol {
+
+class ChartPane;
+class GridView;
+class SessionHeaderBar;
+
+class GridPage : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit GridPage(QWidget* parent = nullptr);
+
+  GridView* Grid() const { return grid_; }
+  ChartPane* Chart() const { return chart_; }
+  SessionHeaderBar* Headers() const { return headers_; }
+  QWidget* OptionStrip() const { return strip_; }
+
+  // Shows a build made for tab `activeTab` and measure `displayInfoType`.
+  void ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType);
+  // The empty chart (ResetChart), the arrays erased or kept.
+  void ResetChart(bool fEraseArrays);
+
+  const GraphOptions& graphOptions() const { return options_; }
+  void SetGraphOptions(const GraphOptions& options);
+
+  double GraphRatio() const;
+  void SetGraphRatio(double ratio);
+
+ signals:
+  void graphOptionsChanged();
+  void graphRatioChanged(double ratio);
+  void exportRequested();
+  void viewInSpreadsheetRequested();
+
+ private:
+  QWidget* MakeOptionStrip();
+  void OnOptionChanged(bool fSortOnly);
+  // GraphType 0 hides the chart and lets the grid fill the page.
+  void ApplyChartVisibility();
+
+  GridView* grid_;
+  SessionHeaderBar* headers_;
+  ChartPane* chart_;
+  QSplitter* split_;
+  QWidget* strip_;
+  QButtonGroup* typeGroup_ = nullptr;
+  QButtonGroup* sortGroup_ = nullptr;
+  QSpinBox* maxItems_ = nullptr;
+
+  GraphOptions options_;
+  ChartArrays arrays_;
+  ChartDescription description_;
+  std::int32_t activeTab_ = 0;
+  std::int32_t displayInfoType_ = 0;
+  double ratio_ = 0.5;
+  bool settingOptions_ = false;
+};
+
+}  // namespace zol

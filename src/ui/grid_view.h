@@ -1,0 +1,72 @@
+#pragma once
+
+// A grid on screen (lvValues): a table view over a GridTableModel with the
+// click chain of the grids. A single click waits for the double-click time
+// before it counts, so that a double click never runs the single click's
+// action first; a right click opens the context menu at once. A click on a
+// header sorts the table on that column.
+
+#include <QTableView>
+#include <QTimer>
+
+#include "grid/grid_sort.h"
+#include "grid/table.h"
+
+namespace zol {
+
+class GridTableModel;
+
+// What lvValues_GetHitTest learns of the last press.
+struct GridHit {
+  int Index = 0;     // row, from 1; 0 for none
+  int SubIndex = 0;  // column, from 1
+  std::string ColumnText;
+  std::string Text;
+  Qt::MouseButton Button = Qt::NoButton;
+};
+
+class GridView : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit GridView(QWidget* parent = nullptr);
+
+  GridTableModel* Model() const { return model_; }
+  const Table& table() const;
+
+  // Swaps in a newly built table: columns sized and placed as the table says,
+  // its selected row selected. The view doesn't repaint until it is all done.
+  void ShowTable(Table table);
+  // Sorts on column `column` (from 1) as a header click does. `compared`
+  // keeps the colours of a compared grid.
+  void SortOn(int column, bool compared);
+  void SetCompared(bool compared) { compared_ = compared; }
+  SortMemory& Memory() { return memory_; }
+
+  const GridHit& LastHit() const { return hit_; }
+  // The double-click time, 500 ms when the system gives less than 100.
+  static int DoubleClickTime();
+
+ signals:
+  // kind: 1 single click, 2 right click, 3 double click; row and column from 1.
+  void gridClicked(int kind, int row, int column);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  void GetHitTest(const QPoint& pos, Qt::MouseButton button);
+  void ApplyColumns();
+  void OnSectionMoved();
+
+  GridTableModel* model_;
+  QTimer timDblClick_;
+  bool ftimDblClick_ = false;
+  GridHit hit_;
+  SortMemory memory_;
+  bool compared_ = false;
+};
+
+}  // namespace zol

@@ -1,0 +1,109 @@
+#include "ui/gui_prompter.h"
+
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <algorithm>
+#include <climits>
+
+#include "ui/qt_text.h"
+
+namespace zol {
+
+namespace {
+
+QMessageBox::Icon IconOf(MessageKind kind) {
+  switch (kind) {
+    case MessageKind::Information:
+      return QMessageBox::Information;
+    case MessageKind::Exclamation:
+      return QMessageBox::Warning;
+    case MessageKind::Critical:
+      return QMessageBox::Critical;
+    case MessageKind::Question:
+      return QMessageBox::Question;
+  }
+  return QMessageBox::NoIcon;
+}
+
+Answer AnswerOf(int button) {
+  if (button == QMessageBox::Yes) return Answer::Yes;
+  if (button == QMessageBox::No) return Answer::No;
+  return Answer::Cancel;
+}
+
+int Clamp(long value) {
+  return static_cast<int>(std::clamp<long>(value, 0, INT_MAX));
+}
+
+}  // namespace
+
+GuiPrompter::GuiPrompter(QWidget* parent, StatusArea* status, bool* abortFlag)
+    : parent_(parent), status_(status), abort_(abortFlag) {
+  sincePump_.start();
+}
+
+void GuiPrompter::ShowMessage(const std::string& text, MessageKind kind) {
+  QMessageBox box(IconOf(kind), kMessageTitle, Q(text), QMessageBox::Ok, parent_);
+  box.exec();
+}
+
+Answer GuiPrompter::Ask(const std::string& text, bool withCancel) {
+  QMessageBox box(QMessageBox::Question, kMessageTitle, Q(text),
+                  QMessageBox::Yes | QMessageBox::No |
+                      (withCancel ? QMessageBox::Cancel : QMessageBox::NoButton),
+                  parent_);
+  return AnswerOf(box.exec());
+}
+
+DontShowReply GuiPrompter::AskDontShowAgain(const std::string& title, const std::string& text) {
+  QMessageBox box(QMessageBox::Question, Q(title), Q(text), QMessageBox::Yes | QMessageBox::No,
+                  parent_);
+  auto* dontShow = new QCheckBox(QObject::tr("Don't show this message again"), &box);
+  box.setCheckBox(dontShow);
+  const Answer answer = AnswerOf(box.exec());
+  return {answer, dontShow->isChecked()};
+}
+
+void GuiPrompter::ShowProgress(bool visible) {
+  if (!status_) return;
+  status_->ShowProgress(visible);
+  if (!visible) status_->ProgressBar1()->setValue(0);
+}
+
+void GuiPrompter::SetProgressText(const std::string& text) {
+  if (!status_) return;
+  status_->lblProgress()->setText(Q(text));
+  PumpPaintsNowAndThen();
+}
+
+void GuiPrompter::SetProgressMax(long max) {
+  if (status_) status_->ProgressBar1()->setMaximum(std::max(1, Clamp(max)));
+}
+
+void GuiPrompter::SetProgressValue(long value) {
+  if (!status_) return;
+  QProgressBar* bar = status_->ProgressBar1();
+  if (!bar->isVisible() && value > 0) status_->ShowProgress(true);
+  bar->setValue(std::min(Clamp(value), bar->maximum()));
+  PumpPaintsNowAndThen();
+}
+
+void GuiPrompter::DoEvents() {
+  QCoreApplication::processEvents();
+  sincePump_.restart();
+}
+
+void GuiPrompter::RequestAbort() {
+  if (abort_) *abort_ = true;
+}
+
+void GuiPrompter::PumpPaintsNowAndThen() {
+  if (sincePump_.elapsed() < 40) return;
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+  sincePump_.restart();
+}
+
+}  // namespace zol

@@ -1,0 +1,605 @@
+// The main window: its widgets and their layout, the start (Form_Load) and
+// the end (Form_Unload) with the settings, the toolbar's dispatch, and files
+// dropped on the window.
+
+#include "ui/main_window.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileDialog>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QProcess>
+#include <QScreen>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStandardPaths>
+#include <QStatusBar>
+#include <QTabBar>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "base/app_paths.h"
+#include "base/files.h"
+#include "base/ini_file.h"
+#include "base/paths.h"
+#include "base/text.h"
+#include "base/version.h"
+#include "catalogue/file_history.h"
+#include "catalogue/session_catalogue.h"
+#include "catalogue/timing_filters.h"
+#include "compare/save_merged.h"
+#include "grid/chart.h"
+#include "grid/grid_builders.h"
+#include "project/project_info.h"
+#include "source_view/font_metrics.h"
+#include "source_view/html_options.h"
+#include "source_view/timing_colours.h"
+#include "ui/busy_scope.h"
+#include "ui/grid_page.h"
+#include "ui/grid_view.h"
+#include "ui/gui_prompter.h"
+#include "ui/icons.h"
+#include "ui/main_toolbar.h"
+#include "ui/options_dialog.h"
+#include "ui/project_tree_view.h"
+#include "ui/qt_font_metrics.h"
+#include "ui/qt_text.h"
+#include "ui/session_list_model.h"
+#include "ui/session_list_view.h"
+#include "ui/source_pane.h"
+#include "ui/status_area.h"
+#include "ui/title_strip_widget.h"
+
+namespace zol {
+
+namespace {
+
+constexpr const char* kSection = "Profiler";
+constexpr const char* kTabNames[kTabCount] = {"Projects", "Modules", "Procedures", "Lines",
+                                              "Source"};
+constexpr const char* kTabIcons[kTabCount] = {"SESSION", "TYPE1", "PROC2", "TYPE9", "TYPE5"};
+
+// The instrumenter of the suite, when it is installed beside this program or
+// on the path.
+QString FindInstrumenter() {
+  const QString name = "zolmark-instrumenter";
+  const QString beside = QCoreApplication::applicationDirPath() + "/" + name;
+  if (QFileInfo(beside).isExecutable()) return beside;
+  return QStandardPaths::findExecutable(name);
+}
+
+}  // namespace
+
+void RunGuarded(QWidget* parent, const std::function<void()>& action) {
+  try {
+    action();
+  } catch (const std::exception& e) {
+    QMessageBox::critical(
+        parent, kMessageTitle,
+        QObject::tr("The operation could not be completed:\n%1").arg(Q(e.what())));
+  }
+}
+
+MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
+    : ws_(ws),
+      tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); },
+                                      [this] {
+                                        if (!suppressRefresh_) tbsScope_Click();
+                                      },
+                                      [this] { ClearViews(); }}) {
+  setObjectName("frmProfiler");
+  setWindowTitle(kMessageTitle);
+  setWindowIcon(ZolIcon("SESSION"));
+  setAcceptDrops(true);
+  BuildWidgets();
+  prompter_ = std::make_shared<GuiPrompter>(this, status_, &ws_.abort);
+  ws_.SetPrompter(prompter_);
+  ConnectWidgets();
+  qApp->installEventFilter(this);
+  Form_Load(start);
+}
+
+MainWindow::~MainWindow() {
+  qApp->removeEventFilter(this);
+  // The core may outlive the window; it must not call into a dead one.
+  ws_.SetPrompter(std::make_shared<SilentPrompter>());
+}
+
+// --- Layout ---
+
+void MainWindow::BuildWidgets() {
+  toolbar_ = new MainToolbar(this);
+  addToolBar(Qt::TopToolBarArea, toolbar_);
+  cVS_ = new QSplitter(Qt::Horizontal, this);
+  cVS_->setObjectName("picVSplit");
+  cVS_->addWidget(BuildLeftPane());
+  cVS_->addWidget(BuildRightPane());
+  cVS_->setChildrenCollapsible(false);
+  setCentralWidget(cVS_);
+  status_ = new StatusArea(this);
+  statusBar()->addWidget(status_, 1);
+  statusBar()->setSizeGripEnabled(true);
+  mnuPopup_ = new QMenu(this);
+  mnuPopup_->setObjectName("mnuPopup");
+  mnuPopup_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(5); })
+      ->setObjectName("mnuPopupSource");
+  QAction* flow = mnuPopup_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"));
+  flow->setObjectName("mnuPopupFlow");
+  flow->setEnabled(false);
+  flow->setToolTip(tr("The flow chart is not part of this version"));
+}
+
+QWidget* MainWindow::BuildLeftPane() {
+  cHS_ = new QSplitter(Qt::Vertical, this);
+  cHS_->setObjectName("picHSplit");
+  treeView_ = new ProjectTreeView(tree_, cHS_);
+  sessionModel_ = new SessionListModel(this);
+  sessionList_ = new SessionListView(sessionModel_, cHS_);
+  cHS_->addWidget(treeView_);
+  cHS_->addWidget(sessionList_);
+  cHS_->setChildrenCollapsible(false);
+  return cHS_;
+}
+
+QWidget* MainWindow::BuildRightPane() {
+  auto* right = new QWidget(this);
+  auto* layout = new QVBoxLayout(right);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  title_ = new TitleStripWidget(right);
+  tabs_ = new QTabBar(right);
+  tabs_->setObjectName("tbsScope");
+  tabs_->setDrawBase(true);
+  tabs_->setExpanding(false);
+  for (int i = 0; i < kTabCount; ++i) tabs_->addTab(ZolIcon(kTabIcons[i]), tr(kTabNames[i]));
+  pages_ = new QStackedWidget(right);
+  gridPage_ = new GridPage(pages_);
+  sourcePane_ = new SourcePane(pages_);
+  pages_->addWidget(gridPage_);
+  pages_->addWidget(sourcePane_);
+  layout->addWidget(title_);
+  layout->addWidget(tabs_);
+  layout->addWidget(pages_, 1);
+  return right;
+}
+
+void MainWindow::ConnectWidgets() {
+  connect(toolbar_, &MainToolbar::buttonClicked, this, &MainWindow::OnToolbarButton);
+  connect(toolbar_->DropDown("OPEN"), &QMenu::aboutToShow, this, &MainWindow::FillOpenMenu);
+  connect(toolbar_->DropDown("ADDSESSION"), &QMenu::aboutToShow, this,
+          &MainWindow::FillAddSessionMenu);
+  connect(tabs_, &QTabBar::currentChanged, this, [this] {
+    if (!Busy()) RunGuarded(this, [this] { tbsScope_Click(); });
+  });
+  connect(treeView_, &ProjectTreeView::nodeClicked, this,
+          [this](const QString& key) { ClickTreeNode(key.toStdString()); });
+
+  // The list's ticks and names go through the catalogue; the list is rebuilt
+  // afterwards, never edited in place.
+  connect(
+      sessionModel_, &SessionListModel::checkToggled, this,
+      [this](const QString& key, bool checked) {
+        RunGuarded(this, [&] { lvwSessionsItemCheck(key.toStdString(), checked); });
+      },
+      Qt::QueuedConnection);
+  connect(
+      sessionModel_, &SessionListModel::renameRequested, this,
+      [this](const QString& key, const QString& name) {
+        lvwSessions_AfterLabelEdit(key.toStdString(), name);
+      },
+      Qt::QueuedConnection);
+  connect(sessionList_, &SessionListView::sortRequested, this, [this](int column) {
+    sessionSort_.Click(column);
+    ws_.Active_lvwSessions_Column = sessionSort_.Column;
+    Refresh(ws_);
+  });
+  connect(sessionList_, &SessionListView::removeRequested, this,
+          [this](const QString& key) { RemoveRow(key.toStdString()); });
+  connect(sessionList_, &SessionListView::destroyRequested, this,
+          [this](const QString& key) { DestroyRow(key.toStdString()); });
+  connect(sessionList_, &SessionListView::selectAllRequested, this,
+          [this] { SelectAllRows(true); });
+  connect(sessionList_, &SessionListView::unselectAllRequested, this,
+          [this] { SelectAllRows(false); });
+  connect(sessionList_, &SessionListView::removeAllRequested, this, &MainWindow::RemoveAllSessions);
+  connect(sessionList_, &SessionListView::destroyAllRequested, this,
+          &MainWindow::DestroyAllSessions);
+
+  connect(gridPage_->Grid(), &GridView::gridClicked, this, [this](int kind, int row, int column) {
+    RunGuarded(this, [&] { lvValues_Clicked(kind, row, column); });
+  });
+  connect(gridPage_, &GridPage::graphOptionsChanged, this, [this] {
+    try {
+      SaveGraphOptions(gridPage_->graphOptions(), GetIniFile(ws_.appFolder));
+    } catch (const std::exception&) {
+      // A settings file that can't be written costs the choice, not the chart.
+    }
+  });
+  connect(gridPage_, &GridPage::graphRatioChanged, this, [this](double ratio) {
+    options_.Y_ratio_Graph = ratio;
+    try {
+      SaveGraphRatio(ratio, GetIniFile(ws_.appFolder));
+    } catch (const std::exception&) {
+    }
+  });
+  connect(gridPage_, &GridPage::exportRequested, this,
+          [this] { RunGuarded(this, [this] { ExportGrid(); }); });
+  connect(gridPage_, &GridPage::viewInSpreadsheetRequested, this,
+          [this] { RunGuarded(this, [this] { ViewGridInSpreadsheet(); }); });
+
+  sourcePane_->Browser()->beforeNavigate = [this](const std::string& url) {
+    return OnSourceLink(url);
+  };
+  connect(sourcePane_, &SourcePane::optionsChanged, this, &MainWindow::OnSourceOptionsChanged);
+  connect(sourcePane_, &SourcePane::fontChanged, this, &MainWindow::OnSourceFontChanged);
+
+  connect(cVS_, &QSplitter::splitterMoved, this, [this] {
+    const QList<int> s = cVS_->sizes();
+    if (s.value(0) + s.value(1) > 0)
+      options_.X_ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
+  });
+  connect(cHS_, &QSplitter::splitterMoved, this, [this] {
+    const QList<int> s = cHS_->sizes();
+    if (s.value(0) + s.value(1) > 0)
+      options_.Y_ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
+  });
+  connect(status_, &StatusArea::cancelRequested, this, [this] { prompter_->RequestAbort(); });
+
+  timLoadSession_.setObjectName("timLoadSession");
+  timLoadSession_.setInterval(500);
+  connect(&timLoadSession_, &QTimer::timeout, this,
+          [this] { RunGuarded(this, [this] { AutoLoadSessions(); }); });
+}
+
+// --- Start and end ---
+
+void MainWindow::Form_Load(const StartOptions& start) {
+  ws_.fDuringLoad = true;
+  // The font of the source text: the IDE's on its own platform; here the
+  // settings', or its default.
+  const std::string ini = GetIniFile(ws_.appFolder);
+  const std::string font = VBGetPrivateProfileString(kSection, "FontHTML", "Courier New", ini);
+  const auto size = ParseNumberText(VBGetPrivateProfileString(kSection, "FontSizeHTML", "10", ini));
+  SetFontHTML(ws_, QtFontMetrics(), font,
+              size && *size >= 6 && *size <= 36 ? static_cast<std::int32_t>(*size) : 10);
+  sourcePane_->ShowFont(ws_.FontHTML, ws_.FontSizeHTML);
+  LoadOptions();
+  if (start.tab >= 1 && start.tab <= kTabCount) ws_.Active_tbsTab = start.tab;
+
+  instrumenterInstalled_ = !FindInstrumenter().isEmpty();
+  toolbar_->SetInstrumenterInstalled(instrumenterInstalled_);
+  toolbar_->PressMeasure(ws_.DisplayInfoType);
+  title_->UpdateAnalyzis(ws_.DisplayInfoType);
+
+  // A blank grid stands ready before any session is picked.
+  SortMemory blankSort;
+  gridPage_->ShowBuild(ShowLines(ws_, GridSelectionOf(ws_), blankSort, true), 4,
+                       ws_.DisplayInfoType);
+  gridPage_->ResetChart(true);
+  sessionSort_.Column = ws_.Active_lvwSessions_Column;
+  Refresh(ws_);
+
+  {
+    const QSignalBlocker block(tabs_);
+    tabs_->setCurrentIndex(ws_.Active_tbsTab - 1);
+  }
+  tbsScope_Click();  // ends fDuringLoad
+  tbsScope_Click();  // shows the page of the tab
+  ApplyWindowPlace();
+  if (start.minimised) setWindowState(windowState() | Qt::WindowMinimized);
+  timLoadSession_.start();
+  OpenStartFiles(start);
+}
+
+void MainWindow::LoadOptions() {
+  const std::string ini = GetIniFile(ws_.appFolder);
+  options_ = LoadWindowOptions(ini);
+  ws_.DisplayInfoType = options_.DisplayInfoType;
+  ws_.Active_tbsTab = options_.Active_tbsTab >= 1 && options_.Active_tbsTab <= kTabCount
+                          ? options_.Active_tbsTab
+                          : 3;
+  ws_.Active_lvwSessions_Column = options_.Active_lvwSessions_Column;
+  ws_.fColored = options_.fColored;
+  ws_.LastExportFileType = options_.LastExportFileType;
+  ws_.Filters = options_.Filters;
+  ws_.DefaultPlan = options_.DefaultPlan;
+  LoadColors(ws_, false, ini);
+  LoadOptionsHtml(ws_, ini);
+  gridPage_->SetGraphOptions(LoadGraphOptions(ini));
+  gridPage_->SetGraphRatio(options_.Y_ratio_Graph);
+}
+
+void MainWindow::ApplyWindowPlace() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QRect room = screen ? screen->availableGeometry() : QRect(0, 0, 1280, 800);
+  const int w = std::max(640, room.width() * (options_.Width > 0 ? options_.Width : 750) / 1000);
+  const int h = std::max(420, room.height() * (options_.Height > 0 ? options_.Height : 750) / 1000);
+  resize(std::min(w, std::max(640, room.width())), std::min(h, std::max(420, room.height())));
+  move(room.left() + room.width() * options_.Left / 1000,
+       room.top() + room.height() * options_.Top / 1000);
+  if (options_.WindowState == 2) setWindowState(Qt::WindowMaximized);
+  ApplyRatios();
+}
+
+void MainWindow::ApplyRatios() {
+  const int total = 10000;
+  cVS_->setSizes({int(total * options_.X_ratio), int(total * (1 - options_.X_ratio))});
+  cHS_->setSizes({int(total * (1 - options_.Y_ratio)), int(total * options_.Y_ratio)});
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  ApplyRatios();
+}
+
+void MainWindow::StoreWindowPlace() {
+  const QScreen* screen = QGuiApplication::primaryScreen();
+  const QRect room = screen ? screen->availableGeometry() : QRect(0, 0, 1280, 800);
+  options_.WindowState = isMinimized() ? 1 : isMaximized() ? 2 : 0;
+  if (options_.WindowState != 0 || room.width() <= 0 || room.height() <= 0) return;
+  const QRect g = normalGeometry();
+  options_.Left = (g.left() - room.left()) * 1000 / room.width();
+  options_.Top = (g.top() - room.top()) * 1000 / room.height();
+  options_.Width = g.width() * 1000 / room.width();
+  options_.Height = g.height() * 1000 / room.height();
+}
+
+void MainWindow::SaveOptions() {
+  StoreWindowPlace();
+  options_.DisplayInfoType = ws_.DisplayInfoType;
+  options_.Active_tbsTab = ws_.Active_tbsTab;
+  options_.Active_lvwSessions_Column = ws_.Active_lvwSessions_Column;
+  options_.fColored = ws_.fColored;
+  options_.LastExportFileType = ws_.LastExportFileType;
+  options_.Filters = ws_.Filters;
+  options_.DefaultPlan = ws_.DefaultPlan;
+  const std::string ini = GetIniFile(ws_.appFolder);
+  try {
+    SaveWindowOptions(options_, ini);
+    SaveGraphOptions(gridPage_->graphOptions(), ini);
+  } catch (const std::exception& e) {
+    ws_.prompter().ShowMessage(std::string("The settings could not be saved: ") + e.what(),
+                               MessageKind::Exclamation);
+  }
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (Busy()) {
+    // An operation is under way: it is asked to stop, and the window stays.
+    prompter_->RequestAbort();
+    event->ignore();
+    return;
+  }
+  if (!closing_) Form_Unload();
+  event->accept();
+}
+
+void MainWindow::Form_Unload() {
+  closing_ = true;
+  timLoadSession_.stop();
+  SaveOptions();
+  KillRtfPath(ws_);
+  ws_.tempFiles.DeleteTempFiles();
+}
+
+// --- Busy state ---
+
+void MainWindow::SetBusy(bool busy) {
+  if (busy) {
+    if (busy_++ == 0) QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else if (busy_ > 0 && --busy_ == 0) {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (busy_ == 0) return false;
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::Wheel:
+    case QEvent::Drop:
+      break;
+    default:
+      return false;
+  }
+  auto* widget = qobject_cast<QWidget*>(watched);
+  // Dialogs that the operation itself shows (its messages) take input.
+  if (!widget || widget->window() != this) return false;
+  if (widget == status_->CancelButton()) return false;
+  if (event->type() == QEvent::KeyPress &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    prompter_->RequestAbort();
+  }
+  return true;
+}
+
+// --- Files dropped on the window ---
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!Busy() && event->mimeData()->hasUrls()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  if (Busy()) return;
+  std::vector<std::string> files;
+  for (const QUrl& url : event->mimeData()->urls()) {
+    if (url.isLocalFile()) files.push_back(FromQPath(url.toLocalFile()));
+  }
+  event->acceptProposedAction();
+  RunGuarded(this, [&] {
+    BusyScope busy(*this);
+    for (const std::string& file : files) AddSessionFile(file);
+    AfterCatalogueChange();
+  });
+}
+
+// --- Toolbar ---
+
+void MainWindow::OnToolbarButton(const QString& keyText) {
+  if (Busy()) return;
+  const std::string key = keyText.toStdString();
+  RunGuarded(this, [&] {
+    for (int m = 0; m < 5; ++m) {
+      if (key == kMeasureKeys[m]) return SetMeasure(m);
+    }
+    if (key == "OPEN") return ProfileProject("");
+    if (key == "CONSOLE") {
+      if (!instrumenterInstalled_) {
+        return ws_.prompter().ShowMessage(kInstrumenterMissing, MessageKind::Information);
+      }
+      QProcess::startDetached(FindInstrumenter(), {"--console"});
+      return;
+    }
+    if (key == "ADDSESSION") return OpenSessionFile(false);
+    if (key == "SAVEMERGED") return SaveMergedSession();
+    if (key == "CLEAR") return RemoveAllSessions();
+    if (key == "BACK") return BrowseBack();
+    if (key == "FWD") return BrowseFwd();
+    if (key == "FILTERS") return ApplyFilters();
+    if (key == "OPTIONS") return ShowOptionsDialog();
+    if (key == "ABOUT") return ShowAbout();
+    if (key == "HELP") return ShowHelp();
+  });
+}
+
+void MainWindow::FillOpenMenu() {
+  QMenu* menu = toolbar_->DropDown("OPEN");
+  menu->clear();
+  QAction* heading =
+      menu->addAction(QString("==Profile with default plan (%1): ==").arg(Q(ws_.DefaultPlan)));
+  heading->setEnabled(false);
+  for (const std::string& file : RetrieveFileHistory(ws_, "ProfileProjects")) {
+    if (file.empty()) continue;
+    QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
+    connect(a, &QAction::triggered, this,
+            [this, file] { RunGuarded(this, [&] { ProfileProject(file); }); });
+  }
+}
+
+void MainWindow::FillAddSessionMenu() {
+  QMenu* menu = toolbar_->DropDown("ADDSESSION");
+  menu->clear();
+  auto addList = [&](const char* heading, const char* history) {
+    menu->addAction(heading)->setEnabled(false);
+    for (const std::string& file : RetrieveFileHistory(ws_, history)) {
+      if (file.empty()) continue;
+      QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
+      a->setData(QPath(file));
+      a->setToolTip(QPath(file));
+      connect(a, &QAction::triggered, this,
+              [this, a] { Toolbar1_ButtonMenuClick(a->data().toString()); });
+    }
+  };
+  addList("========== Load a recent session: ===========", "HistorySession");
+  addList("==== Load all sessions related to original projects: ====", "HistoryProject");
+}
+
+void MainWindow::Toolbar1_ButtonMenuClick(const QString& entry) {
+  if (Busy()) return;
+  RunGuarded(this, [&] {
+    BusyScope busy(*this);
+    const std::string file = FromQPath(entry);
+    const QString lower = entry.toLower();
+    if (lower.endsWith(".pfl") || lower.endsWith(".pfd")) {
+      AddSession(ws_, *this, file, true);
+      AddToFileHistory(ws_, file);
+    } else {
+      AddSessionFile(file);
+    }
+    AfterCatalogueChange();
+  });
+}
+
+void MainWindow::ProfileProject(const std::string& project) {
+  if (!instrumenterInstalled_) {
+    ws_.prompter().ShowMessage(kInstrumenterMissing, MessageKind::Information);
+    return;
+  }
+  std::string file = project;
+  if (file.empty()) {
+    file = FromQPath(QFileDialog::getOpenFileName(this, tr("Profile project"), QString(),
+                                                  "VB6 Projects (*.vbp *.vbg)"));
+  }
+  if (file.empty()) return;
+  AddToFileHistory(ws_, file, "ProfileProjects");
+  QProcess::startDetached(FindInstrumenter(), {"--plan", Q(ws_.DefaultPlan), QPath(file)});
+}
+
+void MainWindow::ShowOptionsDialog() {
+  StoreWindowPlace();
+  options_.fColored = ws_.fColored;
+  options_.Filters = ws_.Filters;
+  options_.DefaultPlan = ws_.DefaultPlan;
+  OptionsDialog dialog(options_, this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  options_ = dialog.Result();
+  ws_.fColored = options_.fColored;
+  ws_.Filters = options_.Filters;
+  ws_.DefaultPlan = options_.DefaultPlan;
+  tree_.tvUpdateColor();
+  SyncTree();
+  SaveOptions();
+}
+
+void MainWindow::ShowAbout() {
+  QMessageBox::about(
+      this, tr("About the Zolmark Profiler"),
+      tr("<h3>%1 %2</h3><p>The results browser of the Zolmark code profiler for Visual Basic 6 "
+         "projects: hits, own time, time with children and coverage per line, procedure, module, "
+         "project and run; merged and compared runs; coloured source.</p>"
+         "<p>Settings: %3</p>")
+          .arg(kMessageTitle, kAppVersion, QPath(GetIniFile(ws_.appFolder)).toHtmlEscaped()));
+}
+
+void MainWindow::ShowHelp() {
+  QString topic;
+  QString tips;
+  switch (ws_.Active_tbsTab) {
+    case 5:
+      topic = "Zolmark Profiler Source view.htm";
+      tips =
+          tr("Click a statement for its menu. The check boxes choose the figures shown beside "
+             "the code and how it is coloured; the legend is at the end of the page.");
+      break;
+    default:
+      topic = "Zolmark Profiler Grid view.htm";
+      tips =
+          tr("Click a row to go one level down (modules, procedures, lines, source); "
+             "double-click it to see its source; right-click it for its menu. Click a "
+             "header to sort; a second click reverses the order.");
+      break;
+  }
+  QMessageBox::information(
+      this, tr("Help"),
+      tr("%1\n\nTick sessions in the list at the bottom left to load them; two or more ticked "
+         "offer merged and compared views at the top of the tree. The toolbar's measure "
+         "buttons choose what the views show.\n\n(The help file, topic \"%2\", is not "
+         "installed.)")
+          .arg(tips, topic));
+}
+
+void MainWindow::SaveMergedSession() {
+  const QString file =
+      QFileDialog::getSaveFileName(this, tr("Save merged sessions"), QString(), "Sessions (*.pfd)");
+  if (file.isEmpty()) return;
+  BusyScope busy(*this);
+  zol::SaveMergedSession(ws_, FromQPath(file), &tree_);
+  AfterCatalogueChange();
+}
+
+void MainWindow::ApplyFilters() {
+  BusyScope busy(*this);
+  ApplyFilter(ws_, *this, ws_.Filters);
+  AfterCatalogueChange();
+}
+
+}  // namespace zol

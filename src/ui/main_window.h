@@ -1,0 +1,230 @@
+#pragma once
+
+// The program's main window (frmProfiler): the project tree above the session
+// list on the left, the strip of scope tabs over one page at a time on the
+// right, the toolbar above and the status strip below. It is the session pane
+// of the catalogue (the core tells it what changed) and the view of the
+// navigation history (the core asks it to show a place again).
+//
+// Everything runs on the one user-interface thread. Long operations let
+// events run through the prompter; while one is under way the window is
+// "busy": clicks are ignored, and only the stop button and Esc are heard.
+
+#include <QMainWindow>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "catalogue/session_pane.h"
+#include "grid/grid_sort.h"
+#include "session/workspace.h"
+#include "source_view/nav_history.h"
+#include "source_view/view_state.h"
+#include "ui/gui_project_tree.h"
+#include "ui/session_list_sort.h"
+#include "ui/window_options.h"
+
+class QSplitter;
+class QStackedWidget;
+class QTabBar;
+class QMenu;
+
+namespace zol {
+
+class GridPage;
+class GuiPrompter;
+class MainToolbar;
+class ProjectTreeView;
+class SessionListModel;
+class SessionListView;
+class SourcePane;
+class StatusArea;
+class TitleStripWidget;
+
+// The scope tabs this window has: Projects, Modules, Procedures, Lines,
+// Source.
+inline constexpr int kTabCount = 5;
+
+struct StartOptions {
+  // Session files of the command line: entered and ticked.
+  std::vector<std::string> files;
+  // A tree node to select once they are loaded ("S1M2P3", "COMPARE").
+  std::string selectKey;
+  // A scope tab to show at start, 1 to 5 (0: the one of the settings).
+  int tab = 0;
+  // The command line held "noshow": the window starts minimised.
+  bool minimised = false;
+};
+
+class MainWindow : public QMainWindow, public SessionPane, public NavView {
+  Q_OBJECT
+
+ public:
+  // `ws` lives as long as the window; its prompter becomes the window's own.
+  MainWindow(Workspace& ws, const StartOptions& start = {});
+  ~MainWindow() override;
+
+  Workspace& ws() { return ws_; }
+  GuiProjectTree& Tree() { return tree_; }
+  const NavHistory& Nav() const { return nav_; }
+
+  // Widgets, for the tests and the screenshots.
+  MainToolbar* Toolbar1() const { return toolbar_; }
+  ProjectTreeView* tvProjects() const { return treeView_; }
+  SessionListView* lvwSessions() const { return sessionList_; }
+  QTabBar* tbsScope() const { return tabs_; }
+  GridPage* picValues() const { return gridPage_; }
+  SourcePane* picCode() const { return sourcePane_; }
+  TitleStripWidget* Title() const { return title_; }
+  StatusArea* picStatus() const { return status_; }
+  const std::string& LastDisplay() const { return tbsScope_Click_LastDisplay_; }
+
+  // The central dispatcher: shows the page of the selected tab and has it
+  // draw the selection.
+  void tbsScope_Click();
+  // Selects scope tab `tab` (1 to 5), which draws its page.
+  void SelectScopeTab(int tab);
+  // A click on the tree node `key`, as the user makes it.
+  void ClickTreeNode(const std::string& key);
+  // A click of kind 1 (single), 2 (right) or 3 (double) on a grid cell, row
+  // and column from 1, as the grid's click chain reports it.
+  void lvValues_Clicked(int tClickKind, int row, int column);
+  // The measure buttons: DisplayInfoType 0 to 4.
+  void SetMeasure(int displayInfoType);
+  void BrowseBack();
+  void BrowseFwd();
+
+  // Session pane actions.
+  void lvwSessionsItemCheck(const std::string& key, bool checked);
+  // Renames the row's session or group; false (the user told why) if refused.
+  bool lvwSessions_AfterLabelEdit(const std::string& key, const QString& newName);
+  void RemoveRow(const std::string& key);
+  void DestroyRow(const std::string& key);
+  void SelectAllRows(bool checked);
+  void RemoveAllSessions();
+  void DestroyAllSessions();
+  // Enters a file dropped or chosen: sessions, projects, project groups.
+  void AddSessionFile(const std::string& file);
+  void OpenSessionFile(bool fMustClearBefore);
+  // Takes up the names that another start left in the settings.
+  int AutoLoadSessions();
+  // The navigation place of the moment is recorded; for a redraw that isn't
+  // a step of the user's (the tests' starting point).
+  void OpenStartFiles(const StartOptions& start);
+
+  // Saves the settings (SaveOptions and the chart options).
+  void SaveOptions();
+
+  // --- SessionPane ---
+  void CheckRow(Workspace& ws, const std::string& key) override;
+  void UncheckRow(Workspace& ws, const std::string& key) override;
+  void UnSelectSession(Workspace& ws, std::int32_t cs) override;
+  void UnSelectSessionGroup(Workspace& ws, std::int32_t sg) override;
+  void ResetViews(Workspace& ws, ViewReset how) override;
+  void Refresh(Workspace& ws) override;
+  void BringToFront() override;
+  void SetBusy(bool busy) override;
+
+  // --- NavView ---
+  void SelectTreeNode(const NavPlace& place) override;
+  void PressMeasureButton(const std::string& key) override;
+  void SelectTab(std::int32_t tab) override;
+  void EnableNavButtons(bool back, bool forward) override;
+
+  bool Busy() const { return busy_ > 0; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  // Layout and start.
+  void BuildWidgets();
+  QWidget* BuildLeftPane();
+  QWidget* BuildRightPane();
+  void ConnectWidgets();
+  void Form_Load(const StartOptions& start);
+  void LoadOptions();
+  void ApplyWindowPlace();
+  void StoreWindowPlace();
+  void ApplyRatios();
+  void Form_Unload();
+
+  // Toolbar.
+  void OnToolbarButton(const QString& key);
+  void FillOpenMenu();
+  void FillAddSessionMenu();
+  void Toolbar1_ButtonMenuClick(const QString& entry);
+  void ProfileProject(const std::string& project);
+  void ShowOptionsDialog();
+  void ShowAbout();
+  void ShowHelp();
+  void SaveMergedSession();
+  void ApplyFilters();
+
+  // Views.
+  void ShowGridTab(int tab);
+  void rchCode_UpdateView(std::int32_t tSession, std::int32_t tModule, std::int32_t tProcedure,
+                          std::int32_t tLine);
+  void UpdateTitle();
+  void ClearViews();
+  void ShowPopupMenu();
+  void ViewIn(int tab);
+  // Moves the tree to session `cs`, module and procedure, without a click.
+  void MoveTreeTo(std::int32_t cs, std::int32_t cMod, std::int32_t cPro);
+  bool OnSourceLink(const std::string& url);
+  void OnSourceOptionsChanged();
+  void OnSourceFontChanged(const QString& family, int size);
+  void ExportGrid();
+  void ViewGridInSpreadsheet();
+
+  // Sessions.
+  void SyncTree();
+  // Puts every ticked session and group back into the tree, after a removal
+  // emptied it.
+  void RebuildTreeFromTicks();
+  void AfterCatalogueChange();
+
+  Workspace& ws_;
+  std::shared_ptr<GuiPrompter> prompter_;
+  GuiProjectTree tree_;
+  NavHistory nav_;
+  SourcePageCache pageCache_;
+  WindowOptions options_;
+  SessionListSort sessionSort_;
+  std::string tbsScope_Click_LastDisplay_;
+  std::string helpTopic_;
+  bool instrumenterInstalled_ = false;
+  int busy_ = 0;
+  bool closing_ = false;
+  bool treeEmptied_ = false;
+  // The tree is moved to a place without the page drawing it (the page that
+  // follows draws it).
+  bool suppressRefresh_ = false;
+
+  MainToolbar* toolbar_ = nullptr;
+  ProjectTreeView* treeView_ = nullptr;
+  SessionListModel* sessionModel_ = nullptr;
+  SessionListView* sessionList_ = nullptr;
+  QTabBar* tabs_ = nullptr;
+  QStackedWidget* pages_ = nullptr;
+  GridPage* gridPage_ = nullptr;
+  SourcePane* sourcePane_ = nullptr;
+  TitleStripWidget* title_ = nullptr;
+  StatusArea* status_ = nullptr;
+  QSplitter* cVS_ = nullptr;  // left pane | pages
+  QSplitter* cHS_ = nullptr;  // tree / session list
+  QMenu* mnuPopup_ = nullptr;
+  QTimer timLoadSession_;
+};
+
+// Runs `action` as an entry point of the window: a failure that reaches it is
+// shown to the user with its reason instead of ending the program.
+void RunGuarded(QWidget* parent, const std::function<void()>& action);
+
+}  // namespace zol

@@ -1,0 +1,357 @@
+// The main window's pages: the central dispatcher tbsScope_Click, the grids'
+// click chain and context menu, the source page and its links, the measures,
+// the navigation through places seen, the export of a grid.
+
+#include <QCursor>
+#include <QDesktopServices>
+#include <QFileDialog>
+#include <QMenu>
+#include <QStackedWidget>
+#include <QTabBar>
+#include <QUrl>
+
+#include "base/app_paths.h"
+#include "base/files.h"
+#include "base/ini_file.h"
+#include "base/temp_files.h"
+#include "base/text.h"
+#include "grid/grid_builders.h"
+#include "grid/grid_click.h"
+#include "grid/grid_export.h"
+#include "source_view/font_metrics.h"
+#include "source_view/html_options.h"
+#include "source_view/source_links.h"
+#include "ui/busy_scope.h"
+#include "ui/grid_page.h"
+#include "ui/grid_view.h"
+#include "ui/gui_prompter.h"
+#include "ui/main_toolbar.h"
+#include "ui/main_window.h"
+#include "ui/project_tree_view.h"
+#include "ui/qt_font_metrics.h"
+#include "ui/qt_text.h"
+#include "ui/session_header_bar.h"
+#include "ui/source_pane.h"
+#include "ui/title_strip_widget.h"
+
+namespace zol {
+
+namespace {
+
+constexpr std::int32_t kComparedGroups = -9999;
+
+// The digit of the measure in the key of the last display: 1 coverage, 2 the
+// own times, 3 the times with children.
+char MeasureDigit(std::int32_t displayInfoType) {
+  if (displayInfoType == 4) return '1';
+  return displayInfoType <= 1 ? '2' : '3';
+}
+
+const char* HelpTopic(int tab) {
+  switch (tab) {
+    case 5:
+      return "\\Zolmark Help File.chm::/Zolmark Profiler Source view.htm";
+    case 6:
+      return "\\Zolmark Help File.chm::/Zolmark Profiler Flowchart view.htm";
+    case 7:
+      return "\\Zolmark Help File.chm::/Zolmark Profiler Reports and Exports.htm";
+    default:
+      return "\\Zolmark Help File.chm::/Zolmark Profiler Grid view.htm";
+  }
+}
+
+}  // namespace
+
+// --- The dispatcher ---
+
+void MainWindow::tbsScope_Click() {
+  if (ws_.fDuringLoad) {
+    sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
+    ws_.fDuringLoad = false;
+    return;
+  }
+  const int tab = tabs_->currentIndex() + 1;
+  ws_.Active_tbsTab = tab;
+  pages_->setCurrentWidget(tab == 5 ? static_cast<QWidget*>(sourcePane_) : gridPage_);
+  helpTopic_ = HelpTopic(tab);
+  sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
+
+  const std::string key = tree_.Nodes().SelectedKey();
+  if (tree_.Nodes().Count() == 0 || key.empty()) return;
+  if (ws_.fOnlyGroups && key != kCompareKey) return;
+  if (tab != 5 && tab != 6) {
+    tbsScope_Click_LastDisplay_ =
+        key + "-" + std::to_string(tab) + "-" + MeasureDigit(ws_.DisplayInfoType);
+  }
+  gridPage_->Headers()->Release();
+  {
+    BusyScope busy(*this);
+    if (tab == 5) {
+      rchCode_UpdateView(ws_.cs, ws_.cMod, ws_.cPro, ws_.cLine);
+      ws_.cLine = 0;
+    } else {
+      ShowGridTab(tab);
+    }
+  }
+  if (!nav_.fDuringNav()) nav_.NewNav(ws_, *this);
+}
+
+void MainWindow::ShowGridTab(int tab) {
+  UpdateTitle();
+  const GridSelection sel = GridSelectionOf(ws_);
+  GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory(), tab);
+  ws_.prompter().ShowProgress(false);
+  ws_.prompter().SetProgressText("");
+  gridPage_->ShowBuild(std::move(build), tab, ws_.DisplayInfoType);
+}
+
+void MainWindow::SelectScopeTab(int tab) {
+  if (tab < 1 || tab > kTabCount) return;
+  if (tabs_->currentIndex() == tab - 1) {
+    tbsScope_Click();
+  } else {
+    const QSignalBlocker block(tabs_);
+    tabs_->setCurrentIndex(tab - 1);
+    tbsScope_Click();
+  }
+}
+
+void MainWindow::UpdateTitle() {
+  title_->Show(zol::UpdateTitle(ws_, ws_.cs, ws_.cMod, ws_.cPro));
+}
+
+void MainWindow::ClearViews() {
+  pageCache_.Forget();
+  title_->Clear();
+  SortMemory blankSort;
+  GridSelection none;
+  none.DisplayInfoType = ws_.DisplayInfoType;
+  gridPage_->ShowBuild(ShowLines(ws_, none, blankSort, true), 4, ws_.DisplayInfoType);
+  gridPage_->ResetChart(true);
+  sourcePane_->Browser()->ShowNotice("");
+  nav_.Clear();
+  nav_.UpdateNavToolbar(*this);
+}
+
+// --- The tree ---
+
+void MainWindow::ClickTreeNode(const std::string& key) {
+  if (Busy()) return;
+  RunGuarded(this, [&] {
+    {
+      BusyScope busy(*this);
+      tree_.NodeClicked(key);
+    }
+    SyncTree();
+  });
+}
+
+void MainWindow::MoveTreeTo(std::int32_t cs, std::int32_t cMod, std::int32_t cPro) {
+  std::string session = "S" + std::to_string(cs);
+  for (std::int32_t sg = 1; sg <= ws_.nSessionGroup && ws_.SessionGroup.InRange(sg); ++sg) {
+    if (cs != 0 && ws_.SessionGroup(sg).GroupMergedSession == cs)
+      session = "G" + std::to_string(sg);
+  }
+  std::string exact = session;
+  if (cMod != 0) exact += "M" + std::to_string(cMod);
+  if (cPro != 0) exact += "P" + std::to_string(cPro);
+  std::string key = exact;
+  if (!tree_.Nodes().Find(key)) key = session;
+  if (!tree_.Nodes().Find(key)) key = cs < 0 ? kCompareKey : cs == 0 ? kMergeKey : "";
+  if (key.empty() || !tree_.Nodes().Find(key)) return;
+  suppressRefresh_ = true;
+  tree_.NodeClicked(key);
+  suppressRefresh_ = false;
+  if (key != exact) {
+    // The tree has no node for the place itself: the place stands as given.
+    ws_.cs = cs;
+    ws_.cMod = cMod;
+    ws_.cPro = cPro;
+  }
+  SyncTree();
+}
+
+// --- Grids ---
+
+void MainWindow::lvValues_Clicked(int tClickKind, int row, int column) {
+  if (Busy()) return;
+  if (!ws_.Project.InRange(ws_.cp)) return;
+  const Table& table = gridPage_->Grid()->table();
+  if (row < 1 || row > table.RowCount()) return;
+  const ClickTarget target = zol::lvValues_Clicked(ws_.Project(ws_.cp), table, row, column);
+  ws_.cModTmp = target.cModTmp;
+  ws_.cProTmp = target.cProTmp;
+  ws_.cLineTmp = target.cLineTmp;
+  if (tClickKind == kRightClick) {
+    ShowPopupMenu();
+    return;
+  }
+  ws_.cMod = target.cModTmp;
+  ws_.cPro = target.cProTmp;
+  ws_.cLine = target.cLineTmp;
+  MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
+  ws_.cLine = target.cLineTmp;
+  SelectScopeTab(TabAfterClick(tClickKind, ws_.Active_tbsTab));
+}
+
+void MainWindow::ShowPopupMenu() {
+  mnuPopup_->popup(QCursor::pos());
+}
+
+void MainWindow::ViewIn(int tab) {
+  if (Busy()) return;
+  RunGuarded(this, [&] {
+    ws_.cMod = ws_.cModTmp;
+    ws_.cPro = ws_.cProTmp;
+    MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
+    ws_.cLine = ws_.cLineTmp;
+    SelectScopeTab(tab);
+  });
+}
+
+void MainWindow::ExportGrid() {
+  const Table& table = gridPage_->Grid()->table();
+  if (table.RowCount() == 0) {
+    ws_.prompter().ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
+    return;
+  }
+  const QString csv = "Text, Comma delimited (*.csv)";
+  const QString txt = "Text, Tab delimited (*.txt)";
+  QString filter = ws_.LastExportFileType == 1 ? csv : txt;
+  const QString file = QFileDialog::getSaveFileName(this, tr("Export the table"), QString(),
+                                                    csv + ";;" + txt, &filter);
+  if (file.isEmpty()) return;
+  std::string name = FromQPath(file);
+  if (QFileInfo(file).suffix().isEmpty()) name += filter == csv ? ".csv" : ".txt";
+  lvValues_Export(table, name, ws_.prompter(), ws_.LastExportFileType);
+}
+
+void MainWindow::ViewGridInSpreadsheet() {
+  const Table& table = gridPage_->Grid()->table();
+  if (table.RowCount() == 0) {
+    ws_.prompter().ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
+    return;
+  }
+  std::string file = GetTempFileName("", "tmp", false, ws_.tempFiles);
+  file = file.substr(0, file.size() - 4) + ".csv";
+  ws_.tempFiles.AddToDeleteOnExit(file, false);
+  if (!ExportTable(table, file, true, ws_.prompter())) return;
+  if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QPath(file)))) {
+    ws_.prompter().ShowMessage(
+        "No program of this desktop opens CSV files. The table is in:\n" + file,
+        MessageKind::Information);
+  }
+}
+
+// --- Source ---
+
+void MainWindow::rchCode_UpdateView(std::int32_t tSession, std::int32_t tModule,
+                                    std::int32_t tProcedure, std::int32_t tLine) {
+  UpdateTitle();
+  SourceBrowser* browser = sourcePane_->Browser();
+  if (!pageCache_.NeedsReload({tSession, tModule, tProcedure, tLine, ws_.DisplayInfoType})) return;
+  if (auto text = SourceUnavailableText(ws_, tSession)) {
+    browser->ShowNotice(*text);
+    return;
+  }
+  if (!ws_.Session.InRange(tSession) || !ws_.Session(tSession).Loaded) {
+    browser->ShowNotice("");
+    return;
+  }
+  const Project& project = ws_.Project(ws_.Session(tSession).Project);
+  std::int32_t module = tModule;
+  std::int32_t procedure = tProcedure;
+  if (module == 0 && procedure != 0 && project.Procedure.InRange(procedure)) {
+    module = project.Procedure(procedure).BelongToModule;
+  }
+  // A session or a project alone shows its first module.
+  if (module == 0) module = 1;
+  wbCode_LoadFile(ws_, tSession, module, procedure, *browser);
+  if (tLine != 0 && project.CodeLine.InRange(tLine)) {
+    browser->ScrollToStatement(module, project.CodeLine(tLine).BelongToProcedure, tLine);
+  }
+}
+
+bool MainWindow::OnSourceLink(const std::string& url) {
+  const LinkDecision decision = wbCode_BeforeNavigate2(ws_, url);
+  if (decision.openMenu) {
+    sourcePane_->setFocus();
+    ShowPopupMenu();
+  }
+  return !decision.cancel;
+}
+
+void MainWindow::OnSourceOptionsChanged() {
+  ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)] = sourcePane_->Options();
+  try {
+    SaveOptionsHtml(ws_);
+  } catch (const std::exception&) {
+    // The page still follows the choice; only the settings file missed it.
+  }
+  pageCache_.Forget();
+  if (ws_.Active_tbsTab == 5 && !tree_.Nodes().SelectedKey().empty()) {
+    RunGuarded(this, [this] { rchCode_UpdateView(ws_.cs, ws_.cMod, ws_.cPro, 0); });
+  }
+}
+
+void MainWindow::OnSourceFontChanged(const QString& family, int size) {
+  SetFontHTML(ws_, QtFontMetrics(), ToCp1252(family), size);
+  try {
+    const std::string ini = GetIniFile(ws_.appFolder);
+    VBWritePrivateProfileString("Profiler", "FontHTML", ws_.FontHTML, ini);
+    VBWritePrivateProfileString("Profiler", "FontSizeHTML", std::to_string(ws_.FontSizeHTML), ini);
+  } catch (const std::exception&) {
+  }
+  if (!sourcePane_->Browser()->PageFile().empty() && FileExist(ws_.HtmlFile)) {
+    RunGuarded(this, [this] { UpdateHtml(ws_, *sourcePane_->Browser()); });
+  }
+}
+
+// --- Measures and navigation ---
+
+void MainWindow::SetMeasure(int displayInfoType) {
+  if (displayInfoType < 0 || displayInfoType > 4) return;
+  ws_.DisplayInfoType = displayInfoType;
+  toolbar_->PressMeasure(displayInfoType);
+  tree_.tvUpdateColor();
+  SyncTree();
+  title_->UpdateAnalyzis(displayInfoType);
+  tbsScope_Click();
+}
+
+void MainWindow::BrowseBack() {
+  if (Busy()) return;
+  nav_.BrowseBack(ws_, *this);
+}
+
+void MainWindow::BrowseFwd() {
+  if (Busy()) return;
+  nav_.BrowseFwd(ws_, *this);
+}
+
+void MainWindow::SelectTreeNode(const NavPlace& place) {
+  MoveTreeTo(place.Session, place.Module, place.Procedure);
+  ws_.cLine = place.Line;
+}
+
+void MainWindow::PressMeasureButton(const std::string& key) {
+  for (int m = 0; m < 5; ++m) {
+    if (key == kMeasureKeys[m]) {
+      toolbar_->PressMeasure(m);
+      tree_.tvUpdateColor();
+      SyncTree();
+      title_->UpdateAnalyzis(m);
+    }
+  }
+}
+
+void MainWindow::SelectTab(std::int32_t tab) {
+  SelectScopeTab(tab);
+}
+
+void MainWindow::EnableNavButtons(bool back, bool forward) {
+  toolbar_->Button("BACK")->setEnabled(back);
+  toolbar_->Button("FWD")->setEnabled(forward);
+}
+
+}  // namespace zol

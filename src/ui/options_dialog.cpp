@@ -1,0 +1,58 @@
+#include "ui/options_dialog.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QVBoxLayout>
+
+#include "base/text.h"
+#include "ui/qt_text.h"
+
+namespace zol {
+
+OptionsDialog::OptionsDialog(const WindowOptions& options, QWidget* parent)
+    : QDialog(parent),
+      options_(options),
+      colored_(new QCheckBox(tr("Colour the project tree by rank"), this)),
+      filters_(new QPlainTextEdit(this)),
+      plan_(new QLineEdit(this)) {
+  setObjectName("frmOptions");
+  setWindowTitle(tr("Options"));
+  colored_->setChecked(options.fColored);
+  QString filters = Q(options.Filters);
+  filters.replace("\r\n", "\n");
+  filters_->setPlainText(filters);
+  filters_->setToolTip(
+      tr("One text per line: the own time of every line whose source holds it is set to 0 by "
+         "\"Apply Filters\" (waiting in a message box, say)."));
+  plan_->setText(Q(options.DefaultPlan));
+  auto* form = new QFormLayout();
+  form->addRow(colored_);
+  form->addRow(tr("Timing filters:"), filters_);
+  form->addRow(tr("Default instrumentation plan:"), plan_);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  auto* layout = new QVBoxLayout(this);
+  layout->addLayout(form);
+  layout->addWidget(buttons);
+  resize(460, 320);
+}
+
+WindowOptions OptionsDialog::Result() const {
+  WindowOptions o = options_;
+  o.fColored = colored_->isChecked();
+  QStringList lines = filters_->toPlainText().split('\n');
+  QStringList kept;
+  for (const QString& line : lines) {
+    if (!line.isEmpty()) kept << line;
+  }
+  o.Filters = ToCp1252(kept.join("\r\n"));
+  o.DefaultPlan = ToCp1252(plan_->text());
+  return o;
+}
+
+}  // namespace zol

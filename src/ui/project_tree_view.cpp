@@ -1,0 +1,104 @@
+#include "ui/project_tree_view.h"
+
+#include <QHeaderView>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include "catalogue/project_tree.h"
+#include "ui/project_tree_model.h"
+
+namespace zol {
+
+ProjectTreeView::ProjectTreeView(const ProjectTree& tree, QWidget* parent)
+    : QTreeView(parent), tree_(tree), model_(new ProjectTreeModel(tree, this)) {
+  setObjectName("tvProjects");
+  setModel(model_);
+  setHeaderHidden(true);
+  setUniformRowHeights(true);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  header()->setStretchLastSection(false);
+  // The nodes carry their own colours on white, whatever the desktop's theme.
+  QPalette pal = palette();
+  pal.setColor(QPalette::Base, Qt::white);
+  pal.setColor(QPalette::Text, Qt::black);
+  setPalette(pal);
+  connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) { OnCurrentChanged(current); });
+  connect(this, &QTreeView::clicked, this, &ProjectTreeView::OnClicked);
+}
+
+void ProjectTreeView::mousePressEvent(QMouseEvent* event) {
+  reportedByCurrentChange_ = false;
+  QTreeView::mousePressEvent(event);
+}
+
+void ProjectTreeView::OnCurrentChanged(const QModelIndex& current) {
+  if (syncing_ || !current.isValid()) return;
+  reportedByCurrentChange_ = true;
+  emit nodeClicked(QString::fromStdString(model_->KeyOf(current)));
+}
+
+void ProjectTreeView::OnClicked(const QModelIndex& index) {
+  // A click that made the node current has been reported already; a click on
+  // the node that was current redraws its view all the same.
+  if (reportedByCurrentChange_) {
+    reportedByCurrentChange_ = false;
+    return;
+  }
+  if (!syncing_ && index.isValid()) emit nodeClicked(QString::fromStdString(model_->KeyOf(index)));
+}
+
+std::set<std::string> ProjectTreeView::ExpandedKeys() const {
+  std::set<std::string> keys;
+  tree_.Nodes().ForEach([&](const TreeNode& node) {
+    const QModelIndex index = model_->IndexOfKey(node.Key);
+    if (index.isValid() && isExpanded(index)) keys.insert(node.Key);
+  });
+  return keys;
+}
+
+void ProjectTreeView::ApplyExpansion(const std::set<std::string>& expandedBefore,
+                                     const std::set<std::string>& keysBefore) {
+  // Nodes the user could open or close keep the state the user gave them;
+  // new nodes (and the merged branch that gets its children on its first
+  // click) open as the tree's model says.
+  tree_.Nodes().ForEach([&](const TreeNode& node) {
+    const bool known = keysBefore.count(node.Key) != 0;
+    const bool open = known ? expandedBefore.count(node.Key) != 0 : node.Expanded;
+    if (open) setExpanded(model_->IndexOfKey(node.Key), true);
+  });
+}
+
+void ProjectTreeView::Sync() {
+  syncing_ = true;
+  std::set<std::string> keysBefore;
+  tree_.Nodes().ForEach([&](const TreeNode& node) {
+    // Only a node that could be opened has a state the user gave it.
+    const QModelIndex index = model_->IndexOfKey(node.Key);
+    if (index.isValid() && model_->rowCount(index) > 0) keysBefore.insert(node.Key);
+  });
+  const std::set<std::string> expandedBefore = ExpandedKeys();
+  const int scroll = verticalScrollBar()->value();
+  if (model_->Sync()) {
+    ApplyExpansion(expandedBefore, keysBefore);
+    verticalScrollBar()->setValue(scroll);
+  } else {
+    viewport()->update();
+  }
+  const std::string& selected = tree_.Nodes().SelectedKey();
+  const QModelIndex index = model_->IndexOfKey(selected);
+  if (index.isValid()) {
+    if (index != currentIndex()) {
+      setCurrentIndex(index);
+      scrollTo(index);
+    }
+  } else {
+    clearSelection();
+    setCurrentIndex({});
+  }
+  syncing_ = false;
+}
+
+}  // namespace zol

@@ -1,0 +1,24 @@
+#pragma once
+
+// Texts at the Qt boundary. The core keeps the single-byte code page of the
+// files it reads (Windows-1252); Qt speaks Unicode. Paths are another matter:
+// a path names a file on this disk, so it stays in the system's encoding.
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace zol {
+
+// A Windows-1252 text of the core for display.
+QString Q(std::string_view cp1252);
+
+// A text typed by the user, for the core. Characters that the code page lacks
+// become "?".
+std::string ToCp1252(const QString& text);
+
+// A path of the core for display and for Qt's file calls, and back.
+QString QPath(const std::string& path);
+std::string FromQPath(const QString& path);
+
+}  // namespace zol

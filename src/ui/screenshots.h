@@ -1,0 +1,17 @@
+#pragma once
+
+// Pictures of the main window, one per scope tab, for the documentation and
+// for checking the look of a change by eye.
+
+#include <QString>
+#include <QStringList>
+
+namespace zol {
+
+class MainWindow;
+
+// Shows each tab in turn and saves the window as "<n>-<tab>.png" in
+// `folder`; returns the files written.
+QStringList SaveTabScreenshots(MainWindow& window, const QString& folder);
+
+}  // namespace zol

@@ -1,0 +1,118 @@
+#include "ui/session_header_bar.h"
+
+#include <QScrollBar>
+#include <QTableView>
+#include <cmath>
+
+#include "ui/qt_text.h"
+
+namespace zol {
+
+namespace {
+
+// Guards the two arranging routines against each other: resizing one side
+// sends the very signals that would arrange the other again.
+class ArrangeGuard {
+ public:
+  explicit ArrangeGuard(bool& flag) : flag_(flag), entered_(!flag) { flag_ = true; }
+  ~ArrangeGuard() {
+    if (entered_) flag_ = false;
+  }
+  bool Entered() const { return entered_; }
+
+ private:
+  bool& flag_;
+  bool entered_;
+};
+
+}  // namespace
+
+SessionHeaderBar::SessionHeaderBar(QTableView* grid, QWidget* parent)
+    : QHeaderView(Qt::Horizontal, parent), grid_(grid) {
+  setObjectName("lvValuesFakeHeader");
+  setModel(&names_);
+  setSectionsClickable(false);
+  setSectionsMovable(false);
+  setStretchLastSection(false);
+  setDefaultAlignment(Qt::AlignCenter);
+  setMinimumSectionSize(1);
+  QFont bold = font();
+  bold.setBold(true);
+  setFont(bold);
+  hide();
+  QHeaderView* gridHeader = grid_->horizontalHeader();
+  connect(gridHeader, &QHeaderView::sectionResized, this, [this] { ArrangeHeaders(); });
+  connect(gridHeader, &QHeaderView::sectionMoved, this, [this] { ArrangeHeaders(); });
+  connect(this, &QHeaderView::sectionResized, this, [this] { ArrangeList(); });
+  connect(grid_->horizontalScrollBar(), &QScrollBar::valueChanged, this,
+          [this](int value) { setOffset(value); });
+}
+
+void SessionHeaderBar::PrepareFakeHeaders(const FakeHeaders& headers) {
+  headers_ = headers;
+  {
+    ArrangeGuard guard(fDuringArrange_);
+    names_.clear();
+    QStringList labels{QString()};
+    for (const std::string& name : headers_.SessionNames) labels << Q(name);
+    names_.setColumnCount(static_cast<int>(labels.size()));
+    names_.setHorizontalHeaderLabels(labels);
+    // The leading columns' section only stands in for their width.
+    setSectionResizeMode(0, QHeaderView::Fixed);
+  }
+  show();
+  ArrangeHeaders();
+  setOffset(grid_->horizontalScrollBar()->value());
+}
+
+void SessionHeaderBar::Release() {
+  headers_ = FakeHeaders{};
+  hide();
+}
+
+int SessionHeaderBar::GridColumnAt(int visual) const {
+  return grid_->horizontalHeader()->logicalIndex(visual);
+}
+
+void SessionHeaderBar::ArrangeHeaders() {
+  if (headers_.SessionNames.empty()) return;
+  ArrangeGuard guard(fDuringArrange_);
+  if (!guard.Entered()) return;
+  QHeaderView* gridHeader = grid_->horizontalHeader();
+  int tLeft = 0;
+  for (int v = 0; v < headers_.FirstColumn && v < gridHeader->count(); ++v) {
+    tLeft += gridHeader->sectionSize(GridColumnAt(v));
+  }
+  resizeSection(0, tLeft);
+  int tCurrentCol = headers_.FirstColumn;
+  for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()); ++i) {
+    int tColWidth = 0;
+    for (int k = 0; k < headers_.NumberOfColumnsPerSession; ++k, ++tCurrentCol) {
+      if (tCurrentCol < gridHeader->count())
+        tColWidth += gridHeader->sectionSize(GridColumnAt(tCurrentCol));
+    }
+    if (i < count()) resizeSection(i, tColWidth);
+  }
+}
+
+void SessionHeaderBar::ArrangeList() {
+  const int perSession = headers_.NumberOfColumnsPerSession;
+  if (perSession <= 0) return;
+  ArrangeGuard guard(fDuringArrange_);
+  if (!guard.Entered()) return;
+  QHeaderView* gridHeader = grid_->horizontalHeader();
+  int tCurrentCol = headers_.FirstColumn;
+  for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()) && i < count(); ++i) {
+    const int fakeWidth = sectionSize(i);
+    const int tColWidth =
+        static_cast<int>(std::lround(static_cast<double>(fakeWidth) / perSession));
+    for (int k = 0; k < perSession; ++k, ++tCurrentCol) {
+      if (tCurrentCol >= gridHeader->count()) break;
+      // The last column of the run takes what the others leave.
+      const int width = k + 1 < perSession ? tColWidth : fakeWidth - tColWidth * (perSession - 1);
+      gridHeader->resizeSection(GridColumnAt(tCurrentCol), std::max(width, 1));
+    }
+  }
+}
+
+}  // namespace zol

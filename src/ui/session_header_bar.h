@@ -1,0 +1,45 @@
+#pragma once
+
+// The header of headers above a compared grid: one wide section per session,
+// spanning exactly that session's run of columns, and one in front for the
+// leading columns. The two stay in step both ways: when a grid column is
+// resized or moved the sessions' sections follow, and when the user drags a
+// session's section its columns share the new width.
+
+#include <QHeaderView>
+#include <QStandardItemModel>
+
+#include "grid/grid_build.h"
+
+class QTableView;
+
+namespace zol {
+
+class SessionHeaderBar : public QHeaderView {
+  Q_OBJECT
+
+ public:
+  // `grid` is the table view the bar stands above.
+  SessionHeaderBar(QTableView* grid, QWidget* parent = nullptr);
+
+  // Shows the sessions' names over their runs of columns (PrepareFakeHeaders).
+  void PrepareFakeHeaders(const FakeHeaders& headers);
+  // Takes the bar away (no compared grid on display).
+  void Release();
+
+  // Sizes the sessions' sections from the grid's columns.
+  void ArrangeHeaders();
+  // Sizes the grid's columns from the sessions' sections.
+  void ArrangeList();
+
+ private:
+  // The grid's logical columns in the order shown.
+  int GridColumnAt(int visual) const;
+
+  QTableView* grid_;
+  QStandardItemModel names_;
+  FakeHeaders headers_;
+  bool fDuringArrange_ = false;
+};
+
+}  // namespace zol
