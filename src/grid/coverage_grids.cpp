@@ -34,6 +34,17 @@ double WholePercent(double fraction) {
   return std::floor(100 * fraction);
 }
 
+// The critical coverage column where the project has critical code; 0 without.
+int AddCriticalColumn(Table& t, bool containsCritical) {
+  return containsCritical ? t.AddColumn(kCriticalHeader, Alignment::Right) : 0;
+}
+
+// The line and procedure columns of the module and project tables.
+void AddCoverageColumns(Table& t) {
+  AddValueColumns(t, {"# Lines", "Hit Lines", "Line Coverage", "Left Lines", "# Proc.", "Hit Proc.",
+                      "Proc. Coverage", "Left Proc."});
+}
+
 struct CriticalSums {
   double hits = 0;
   double lines = 0;
@@ -65,8 +76,7 @@ void FillProcedureCoverage(Row& row, const Procedure& proc, const ProcedureValue
 
 void AddProcedureCoverageTotal(Table& t, const ModuleValue& rec, double totalHits,
                                const CriticalSums& sums, int critical, int bars) {
-  Row& total = t.AddRow(std::string(kTotalKey), "");
-  total.At(kPProcedure).Text = kTotalKey;
+  Row& total = AddTotalRow(t, kPProcedure);
   for (int c = kPHits; c <= kPLeft; ++c) total.At(c).Text = kNoValue;
   total.At(kPLines).Text = "0";
   if (rec.TotalLines != 0) {
@@ -137,17 +147,11 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
   t.ImageList = ImageListKind::Nothing;
   t.AddColumn("Module");
   t.AddColumn("Procedure");
-  t.AddColumn("Hits", Alignment::Right);
-  t.AddColumn("# Lines", Alignment::Right);
-  t.AddColumn("Hit Lines", Alignment::Right);
-  t.AddColumn("Coverage", Alignment::Right);
-  t.AddColumn("Left Lines", Alignment::Right);
-  const int critical =
-      project.ContainsCritical ? t.AddColumn(kCriticalHeader, Alignment::Right) : 0;
+  AddValueColumns(t, {"Hits", "# Lines", "Hit Lines", "Coverage", "Left Lines"});
+  const int critical = AddCriticalColumn(t, project.ContainsCritical);
   const int lastValue = critical != 0 ? critical : kPLeft;
-  const int projectCol = AddProjectColumn(t, sel);
-  const int bars = AddBarsColumn(t, 7);
-  ShowProjectColumnFirst(t, projectCol);
+  const FrameColumns cols = AddFrameColumns(t, sel, 7);
+  const int bars = cols.bars;
 
   ChartArrays& chart = build.Arrays;
   double totalHits = 0;
@@ -159,11 +163,7 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
     if (!shown) continue;
     chart.Add(proc.Name, WholePercent(pv.Coverage), pv.Hits);
 
-    Row& row = t.AddRow("", project.Module(proc.BelongToModule).Name);
-    row.Tag = i;
-    row.At(kPProcedure).Text = proc.Name;
-    if (projectCol != 0)
-      row.At(projectCol).Text = ModuleProjectName(ws, project, proc.BelongToModule);
+    Row& row = AddProcedureRow(t, ws, project, i, cols.project);
     if (proc.IsDead) {
       MarkDeadRow(row, kPHits, lastValue, 0);
       if (critical != 0 && proc.IsCritical) row.At(critical).Text = kNoValue;
@@ -179,9 +179,7 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
     const ModuleValue& rec = sel.cMod == 0 ? session.SessionValue : session.ModuleValue(sel.cMod);
     AddProcedureCoverageTotal(t, rec, totalHits, sums, critical, bars);
   }
-  chart.SetTitles("Procedure Coverage", "Procedure Hits (1 call = 1 hit)");
-  build.Chart = ChartUpdate::Draw;
-  FinishGrid(t, sort, kPCoverage);
+  FinishWithChart(build, sort, kPCoverage, "Procedure Coverage", "Procedure Hits (1 call = 1 hit)");
   return build;
 }
 
@@ -193,43 +191,30 @@ GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, Sor
   Table& t = build.Grid;
   t.ImageList = ImageListKind::ModuleIcons;
   t.AddColumn("Module");
-  t.AddColumn("# Lines", Alignment::Right);
-  t.AddColumn("Hit Lines", Alignment::Right);
-  t.AddColumn("Line Coverage", Alignment::Right);
-  t.AddColumn("Left Lines", Alignment::Right);
-  t.AddColumn("# Proc.", Alignment::Right);
-  t.AddColumn("Hit Proc.", Alignment::Right);
-  t.AddColumn("Proc. Coverage", Alignment::Right);
-  t.AddColumn("Left Proc.", Alignment::Right);
-  const int critical =
-      project.ContainsCritical ? t.AddColumn(kCriticalHeader, Alignment::Right) : 0;
-  const int projectCol = AddProjectColumn(t, sel);
-  const int bars = AddBarsColumn(t, 5);
-  ShowProjectColumnFirst(t, projectCol);
+  AddCoverageColumns(t);
+  const int critical = AddCriticalColumn(t, project.ContainsCritical);
+  const FrameColumns cols = AddFrameColumns(t, sel, 5);
+  const int bars = cols.bars;
 
   ChartArrays& chart = build.Arrays;
   CriticalSums sums;
   for (std::int32_t i = 1; i <= project.ModulesNumber; ++i) {
-    const Module& module = project.Module(i);
     const ModuleValue& mv = session.ModuleValue(i);
-    chart.Add(module.Name, WholePercent(mv.LineCoverage), mv.HitLines);
+    chart.Add(project.Module(i).Name, WholePercent(mv.LineCoverage), mv.HitLines);
 
-    Row& row = t.AddRow("", module.Name, std::to_string(module.Type) + "TYPE");
-    row.Tag = i;
-    if (projectCol != 0) row.At(projectCol).Text = ModuleProjectName(ws, project, i);
+    Row& row = AddModuleRow(t, ws, project, i, cols.project);
     FillModuleCoverage(row, mv, bars);
     if (critical != 0 && mv.TotalLines != 0) row.At(critical).Text = CriticalText(mv, sums);
   }
 
   if (t.RowCount() > 0) {
-    Row& total = t.AddRow(std::string(kTotalKey), std::string(kTotalKey), "SESSION");
+    Row& total = AddTotalRow(t, kMModule, "SESSION");
     FillModuleCoverage(total, session.SessionValue, bars);
     if (critical != 0) total.At(critical).Text = sums.Text();
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
-  chart.SetTitles(kModuleCoverageTitle, "Module Hits (1 line execution = 1 hit)");
-  build.Chart = ChartUpdate::Draw;
-  FinishGrid(t, sort, kMLineCoverage);
+  FinishWithChart(build, sort, kMLineCoverage, kModuleCoverageTitle,
+                  "Module Hits (1 line execution = 1 hit)");
   return build;
 }
 
@@ -256,11 +241,9 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
   Table& t = build.Grid;
   t.ImageList = ImageListKind::Nothing;
   t.AddColumn("Project");
-  for (const char* header : {"# Modules", "# Lines", "Hit Lines", "Line Coverage", "Left Lines",
-                             "# Proc.", "Hit Proc.", "Proc. Coverage", "Left Proc."}) {
-    t.AddColumn(header, Alignment::Right);
-  }
-  const int critical = fContainsCritical ? t.AddColumn(kCriticalHeader, Alignment::Right) : 0;
+  AddValueColumns(t, {"# Modules"});
+  AddCoverageColumns(t);
+  const int critical = AddCriticalColumn(t, fContainsCritical);
   const int bars = AddBarsColumn(t, 6);
 
   // Fills the columns of a project row, or of the total row from the sums.
@@ -307,15 +290,13 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
   }
 
   if (t.RowCount() > 0) {
-    Row& total = t.AddRow(std::string(kTotalKey), std::string(kTotalKey));
+    Row& total = AddTotalRow(t, kProject);
     fill(total, totalModules, totalLines, totalHitLines, totalProcedures, totalHitProcedures);
     if (critical != 0) total.At(critical).Text = sums.Text();
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
-  chart.SetTitles("Project Coverage (% of executed lines)",
+  FinishWithChart(build, sort, kHitLines, "Project Coverage (% of executed lines)",
                   "Project Hits (1 line execution = 1 hit)");
-  build.Chart = ChartUpdate::Draw;
-  FinishGrid(t, sort, kHitLines);
   return build;
 }
 

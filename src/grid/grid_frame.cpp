@@ -56,11 +56,54 @@ int AddBarsColumn(Table& table, int position) {
   return column;
 }
 
+void AddValueColumns(Table& table, std::initializer_list<const char*> headers) {
+  for (const char* header : headers) table.AddColumn(header, Alignment::Right);
+}
+
+FrameColumns AddFrameColumns(Table& table, const GridSelection& sel, int barsPosition) {
+  FrameColumns cols;
+  cols.project = AddProjectColumn(table, sel);
+  cols.bars = AddBarsColumn(table, barsPosition);
+  ShowProjectColumnFirst(table, cols.project);
+  return cols;
+}
+
 const std::string& ModuleProjectName(const Workspace& ws, const Project& project,
                                      std::int32_t module) {
   if (!project.Module.InRange(module)) return kNoName;
   const std::int32_t p = project.Module(module).BelongToProject;
   return ws.Project.InRange(p) ? ws.Project(p).Name : kNoName;
+}
+
+std::string ModuleIcon(const Module& module) {
+  return std::to_string(module.Type) + "TYPE";
+}
+
+Row& AddProcedureRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                     int projectColumn) {
+  const Procedure& proc = project.Procedure(id);
+  Row& row = table.AddRow("", project.Module(proc.BelongToModule).Name);
+  row.Tag = id;
+  row.At(2).Text = proc.Name;
+  if (projectColumn != 0) {
+    row.At(projectColumn).Text = ModuleProjectName(ws, project, proc.BelongToModule);
+  }
+  return row;
+}
+
+Row& AddModuleRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                  int projectColumn) {
+  const Module& module = project.Module(id);
+  Row& row = table.AddRow("", module.Name, ModuleIcon(module));
+  row.Tag = id;
+  if (projectColumn != 0) row.At(projectColumn).Text = ModuleProjectName(ws, project, id);
+  return row;
+}
+
+Row& AddTotalRow(Table& table, int totalColumn, std::string icon) {
+  Row& total = table.AddRow(std::string(kTotalKey), "", std::move(icon));
+  total.At(totalColumn).Text = kTotalKey;
+  return total;
 }
 
 std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSelection& sel) {
@@ -96,6 +139,13 @@ void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool compared
   lvValues_AdjustWidth(table);
   lvValues_Sort(table, sort, defaultColumn, kSortDescending, comparedTable);
   table.SelectedRow = table.RowCount() > 0 ? 1 : 0;
+}
+
+void FinishWithChart(GridBuild& build, SortMemory& sort, int defaultColumn, std::string barTitle,
+                     std::string pieTitle) {
+  build.Arrays.SetTitles(std::move(barTitle), std::move(pieTitle));
+  build.Chart = ChartUpdate::Draw;
+  FinishGrid(build.Grid, sort, defaultColumn);
 }
 
 }  // namespace zol

@@ -6,12 +6,14 @@
 // and the finish (widths, first sort, selection).
 
 #include <cstdint>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "grid/cell_text.h"
+#include "grid/grid_build.h"
 #include "grid/grid_selection.h"
 #include "grid/grid_sort.h"
 #include "grid/table.h"
@@ -65,10 +67,37 @@ int AddBarsColumn(Table& table, int position);
 // Shows the "Project" column first (nothing for column 0). Done after the bars
 // column has its place, so that the bars keep their neighbours.
 void ShowProjectColumnFirst(Table& table, int projectColumn);
+// Adds a right-aligned value column for each header, in order.
+void AddValueColumns(Table& table, std::initializer_list<const char*> headers);
+
+// The columns that follow a table's own: "Project" (0 without) and the bars.
+struct FrameColumns {
+  int project = 0;
+  int bars = 0;
+};
+// Adds the "Project" column of a group's merged session, then the bars column
+// at display position `barsPosition`, and shows the "Project" column first.
+FrameColumns AddFrameColumns(Table& table, const GridSelection& sel, int barsPosition);
+
 // The name of the project that module `module` of `project` came from, for
 // the "Project" column; empty when unknown.
 const std::string& ModuleProjectName(const Workspace& ws, const Project& project,
                                      std::int32_t module);
+
+// The icon key of a module's row: its type, then "TYPE".
+std::string ModuleIcon(const Module& module);
+// The row of procedure `id` of `project`: its module's name as the row text,
+// the ID as tag, its name in column 2, and the name of the project its module
+// came from in `projectColumn` (none for 0).
+Row& AddProcedureRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                     int projectColumn);
+// The row of module `id` of `project`: its name and icon, the ID as tag, and
+// the name of the project it came from in `projectColumn` (none for 0).
+Row& AddModuleRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                  int projectColumn);
+// The total row: key "TOTAL", and the text "TOTAL" in column `totalColumn`
+// (the row text for 1).
+Row& AddTotalRow(Table& table, int totalColumn, std::string icon = {});
 
 // The sessions of the project tables: the session alone, or the members of
 // the group whose merged session it is.
@@ -95,5 +124,9 @@ std::string LineChartName(std::int32_t lineId, std::int32_t tNumberOfZeros,
 // Widths, the sort on `defaultColumn` in descending order, and the first row
 // selected.
 void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable = false);
+// The chart of a build drawn with these titles, and its table finished as by
+// FinishGrid.
+void FinishWithChart(GridBuild& build, SortMemory& sort, int defaultColumn, std::string barTitle,
+                     std::string pieTitle);
 
 }  // namespace zol

@@ -33,12 +33,10 @@ LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fFake) {
   LineColumns cols;
   t.AddColumn("Module");
   t.AddColumn("Procedure");
-  t.AddColumn("Hits", Alignment::Right);
-  t.AddColumn("% Hits", Alignment::Right);
+  AddValueColumns(t, {"Hits", "% Hits"});
   if (timing) {
-    t.AddColumn(child ? "Child Tot. Time" : "Total Time", Alignment::Right);
-    t.AddColumn("% Time", Alignment::Right);
-    t.AddColumn(child ? "Child Avg. Time" : "Average Time", Alignment::Right);
+    AddValueColumns(t, {child ? "Child Tot. Time" : "Total Time", "% Time",
+                        child ? "Child Avg. Time" : "Average Time"});
   }
   cols.line = t.AddColumn("Line");
   cols.lineId = t.AddColumn("Line ID", Alignment::Right);
@@ -116,8 +114,7 @@ void FillLineValues(Row& row, const CodeLine& line, const CodeLineValue& v, std:
 
 void AddLineTotal(Table& t, const LineTotals& totals, std::int32_t dit, int bars) {
   const bool timing = dit != 4;
-  Row& total = t.AddRow(std::string(kTotalKey), "");
-  total.At(kProcedure).Text = kTotalKey;
+  Row& total = AddTotalRow(t, kProcedure);
   const int lastValue = timing ? kAverage : kHitsPct;
   if (totals.hits == 0) {
     for (int c = kHits; c <= lastValue; ++c) total.At(c).Text = kNoValue;

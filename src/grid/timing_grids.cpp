@@ -29,8 +29,7 @@ void FillProcedureValues(Row& row, const ProcedureValue& pv, std::int32_t dit, i
 }
 
 void AddProcedureTotal(Table& t, double totalHits, double totalTime, std::int32_t dit, int bars) {
-  Row& total = t.AddRow(std::string(kTotalKey), "");
-  total.At(kPProcedure).Text = kTotalKey;
+  Row& total = AddTotalRow(t, kPProcedure);
   if (totalHits == 0) {
     for (int c = kPHits; c <= kPAverage; ++c) total.At(c).Text = kNoValue;
   } else {
@@ -58,14 +57,10 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
   t.ImageList = ImageListKind::Nothing;
   t.AddColumn("Module");
   t.AddColumn("Procedure");
-  t.AddColumn("Hits", Alignment::Right);
-  t.AddColumn("% Hits", Alignment::Right);
-  t.AddColumn(child ? "Child Tot. Time" : "Total Time", Alignment::Right);
-  t.AddColumn("% Time", Alignment::Right);
-  t.AddColumn(child ? "Child Avg. Time" : "Average Time", Alignment::Right);
-  const int projectCol = AddProjectColumn(t, sel);
-  const int bars = AddBarsColumn(t, IsAverageMeasure(dit) ? 8 : 6);
-  ShowProjectColumnFirst(t, projectCol);
+  AddValueColumns(t, {"Hits", "% Hits", child ? "Child Tot. Time" : "Total Time", "% Time",
+                      child ? "Child Avg. Time" : "Average Time"});
+  const FrameColumns cols = AddFrameColumns(t, sel, IsAverageMeasure(dit) ? 8 : 6);
+  const int bars = cols.bars;
 
   ChartArrays& chart = build.Arrays;
   double totalHits = 0;
@@ -78,11 +73,7 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
     const double measure = TimingMeasure(pv, dit);
     chart.Add(proc.Name, measure, 1000000 * measure);
 
-    Row& row = t.AddRow("", project.Module(proc.BelongToModule).Name);
-    row.Tag = i;
-    row.At(kPProcedure).Text = proc.Name;
-    if (projectCol != 0)
-      row.At(projectCol).Text = ModuleProjectName(ws, project, proc.BelongToModule);
+    Row& row = AddProcedureRow(t, ws, project, i, cols.project);
     if (proc.IsDead) {
       MarkDeadRow(row, kPHits, kPAverage, bars);
     } else if (pv.Hits != 0) {
@@ -101,9 +92,7 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
   }
   if (t.RowCount() > 0) AddProcedureTotal(t, totalHits, totalTime, dit, bars);
 
-  chart.SetTitles(ProcedureChartTitle(dit), ProcedureChartTitle(dit));
-  build.Chart = ChartUpdate::Draw;
-  FinishGrid(t, sort, kPTime);
+  FinishWithChart(build, sort, kPTime, ProcedureChartTitle(dit), ProcedureChartTitle(dit));
   return build;
 }
 
@@ -116,12 +105,9 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
   Table& t = build.Grid;
   t.ImageList = ImageListKind::ModuleIcons;
   t.AddColumn("Module");
-  t.AddColumn("# Procedures", Alignment::Right);
-  t.AddColumn("Total Time", Alignment::Right);
-  t.AddColumn("% Time", Alignment::Right);
-  const int projectCol = AddProjectColumn(t, sel);
-  const int bars = AddBarsColumn(t, 4);
-  ShowProjectColumnFirst(t, projectCol);
+  AddValueColumns(t, {"# Procedures", "Total Time", "% Time"});
+  const FrameColumns cols = AddFrameColumns(t, sel, 4);
+  const int bars = cols.bars;
 
   ChartArrays& chart = build.Arrays;
   double totalTime = 0;
@@ -130,10 +116,8 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
     const ModuleValue& mv = session.ModuleValue(i);
     chart.Add(module.Name, mv.TotalTime, 1000000 * mv.TotalTime);
 
-    Row& row = t.AddRow("", module.Name, std::to_string(module.Type) + "TYPE");
-    row.Tag = i;
+    Row& row = AddModuleRow(t, ws, project, i, cols.project);
     row.At(kProcedures).Text = std::to_string(mv.TotalProcedures);
-    if (projectCol != 0) row.At(projectCol).Text = ModuleProjectName(ws, project, i);
     if (mv.TotalProcedures != 0) {
       if (mv.HitProcedures != 0) {
         row.At(kTime).Text = TimeText(mv.TotalTime);
@@ -150,7 +134,7 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
 
   if (t.RowCount() > 0) {
     const ModuleValue& sv = session.SessionValue;
-    Row& total = t.AddRow(std::string(kTotalKey), std::string(kTotalKey), "SESSION");
+    Row& total = AddTotalRow(t, kModule, "SESSION");
     if (sv.TotalProcedures != 0) {
       total.At(kProcedures).Text = std::to_string(sv.TotalProcedures);
       total.At(kTime).Text = totalTime != 0 ? TimeText(totalTime) : kNoValue;
@@ -162,9 +146,7 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
 
-  chart.SetTitles(kModuleTimeTitle, kModuleTimeTitle);
-  build.Chart = ChartUpdate::Draw;
-  FinishGrid(t, sort, kTime);
+  FinishWithChart(build, sort, kTime, kModuleTimeTitle, kModuleTimeTitle);
   return build;
 }
 
@@ -174,11 +156,7 @@ GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, Sort
   Table& t = build.Grid;
   t.ImageList = ImageListKind::Unchanged;
   t.AddColumn("Project");
-  t.AddColumn("# Modules", Alignment::Right);
-  t.AddColumn("# Procedures", Alignment::Right);
-  t.AddColumn("# Lines", Alignment::Right);
-  t.AddColumn("Total Time", Alignment::Right);
-  t.AddColumn("% Time", Alignment::Right);
+  AddValueColumns(t, {"# Modules", "# Procedures", "# Lines", "Total Time", "% Time"});
   const int bars = AddBarsColumn(t, 6);
 
   ChartArrays& chart = build.Arrays;
@@ -212,7 +190,7 @@ GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, Sort
   for (Row& row : t.Rows()) row.At(kTimePct).Text = ShareText(row.Text(kTime), totalTime);
 
   if (t.RowCount() > 0) {
-    Row& total = t.AddRow(std::string(kTotalKey), std::string(kTotalKey));
+    Row& total = AddTotalRow(t, kProject);
     total.At(kModules).Text = CStr(totalModules);
     total.At(kProcedures).Text = CStr(totalProcedures);
     total.At(kLines).Text = CStr(totalLines);
@@ -227,10 +205,8 @@ GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, Sort
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
 
-  chart.SetTitles("Total Time spent in full project (seconds)",
+  FinishWithChart(build, sort, kLines, "Total Time spent in full project (seconds)",
                   "Total Time spent in full project (seconds)");
-  build.Chart = ChartUpdate::Draw;
-  FinishGrid(t, sort, kLines);
   return build;
 }
 
