@@ -45,6 +45,44 @@ std::string PercentOrEmpty(double part, double whole) {
   return whole == 0 ? std::string() : PercentText(part / whole);
 }
 
+// A row for each procedure of the selection that has a value of kind `Obj` in
+// a compared session: module and procedure names, the ID as tag, and a chart
+// row named "module.procedure". `fill(row, chartValues, procedure, id)` puts
+// in the sessions' values; the chart row follows the row.
+template <typename Fill>
+void AddProcedureRows(ComparedGrid& g, const GridSelection& sel, std::int32_t Obj, Fill fill) {
+  const Project& project = g.ShownProject();
+  for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
+    const Procedure& proc = project.Procedure(i);
+    if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
+    if (!g.Needed(i, Obj)) continue;
+    const std::string& moduleName = project.Module(proc.BelongToModule).Name;
+    Row& row = g.AddRow(moduleName);
+    row.Tag = i;
+    row.At(2).Text = proc.Name;
+    ChartRow chart{QualifiedName(moduleName, proc.Name), std::vector<double>(g.SessionCount(), 0)};
+    fill(row, chart.Values, proc, i);
+    g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+}
+
+// A row for every module of the shown project, with its icon (the table takes
+// module icons), the ID as tag, and a chart row of its name.
+// `fill(row, chartValues, id)` puts in the sessions' values.
+template <typename Fill>
+void AddModuleRows(ComparedGrid& g, Fill fill) {
+  g.Grid().ImageList = ImageListKind::ModuleIcons;
+  const Project& project = g.ShownProject();
+  for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
+    const Module& module = project.Module(m);
+    Row& row = g.AddRow(module.Name, ModuleIcon(module));
+    row.Tag = m;
+    ChartRow chart{module.Name, std::vector<double>(g.SessionCount(), 0)};
+    fill(row, chart.Values, m);
+    g.Chart().ChartArrayBar.push_back(std::move(chart));
+  }
+}
+
 }  // namespace
 
 GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& sel) {
@@ -52,32 +90,23 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
   const bool child = dit > 1;
   ComparedGrid g(ws, sel, {"Module", "Procedure"},
                  {child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
-  const Project& project = g.ShownProject();
 
   const int n = g.SessionCount();
   std::vector<double> tHits(n, 0);
   std::vector<double> tTotalTime(n, 0);
-  for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
-    const Procedure& proc = project.Procedure(i);
-    if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
-    if (!g.Needed(i, kNeededProcedure)) continue;
-    const std::string& moduleName = project.Module(proc.BelongToModule).Name;
-    Row& row = g.AddRow(moduleName);
-    row.Tag = i;
-    row.At(2).Text = proc.Name;
-    ChartRow chart{QualifiedName(moduleName, proc.Name), std::vector<double>(n, 0)};
-    for (int k = 0; k < n; ++k) {
-      const ProcedureValue* pv = g.Procedure(k, i);
-      if (!pv) continue;
-      chart.Values[k] = TimingMeasure(*pv, dit);
-      if (pv->Hits == 0) continue;
-      SetTimes(g, row, k, 0, child ? pv->ChildTotalTime : pv->TotalTime,
-               child ? pv->ChildAverageTime : pv->AverageTime);
-      tHits[k] += pv->Hits;
-      tTotalTime[k] += CellValue(g.RunCell(row, k, 0).Text);
-    }
-    g.Chart().ChartArrayBar.push_back(std::move(chart));
-  }
+  AddProcedureRows(g, sel, kNeededProcedure,
+                   [&](Row& row, std::vector<double>& chart, const Procedure&, std::int32_t i) {
+                     for (int k = 0; k < n; ++k) {
+                       const ProcedureValue* pv = g.Procedure(k, i);
+                       if (!pv) continue;
+                       chart[k] = TimingMeasure(*pv, dit);
+                       if (pv->Hits == 0) continue;
+                       SetTimes(g, row, k, 0, child ? pv->ChildTotalTime : pv->TotalTime,
+                                child ? pv->ChildAverageTime : pv->AverageTime);
+                       tHits[k] += pv->Hits;
+                       tTotalTime[k] += CellValue(g.RunCell(row, k, 0).Text);
+                     }
+                   });
 
   if (g.Grid().RowCount() > 0 && dit <= 1) {
     Row& total = g.AddTotalRow(2);
@@ -152,35 +181,27 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
 
 GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection& sel) {
   ComparedGrid g(ws, sel, {"Module", "Procedure"}, {"Coverage", "Critical Cov."});
-  const Project& project = g.ShownProject();
 
   const int n = g.SessionCount();
   std::vector<double> tLines(n, 0);
   std::vector<double> criticalHits(n, 0);
   std::vector<double> criticalLines(n, 0);
-  for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
-    const Procedure& proc = project.Procedure(i);
-    if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
-    if (!g.Needed(i, kNeededCoverage)) continue;
-    const std::string& moduleName = project.Module(proc.BelongToModule).Name;
-    Row& row = g.AddRow(moduleName);
-    row.Tag = i;
-    row.At(2).Text = proc.Name;
-    ChartRow chart{QualifiedName(moduleName, proc.Name), std::vector<double>(n, 0)};
-    for (int k = 0; k < n; ++k) {
-      const ProcedureValue* pv = g.Procedure(k, i);
-      if (!pv || pv->TotalLines == 0) continue;
-      chart.Values[k] = std::floor(100 * pv->Coverage);
-      g.RunCell(row, k, 0).Text = PercentText(pv->Coverage);
-      tLines[k] += pv->TotalLines;
-      if (proc.IsCritical) {
-        g.RunCell(row, k, 1).Text = g.RunCell(row, k, 0).Text;
-        criticalHits[k] += pv->HitLines;
-        criticalLines[k] += pv->TotalLines;
-      }
-    }
-    g.Chart().ChartArrayBar.push_back(std::move(chart));
-  }
+  AddProcedureRows(
+      g, sel, kNeededCoverage,
+      [&](Row& row, std::vector<double>& chart, const Procedure& proc, std::int32_t i) {
+        for (int k = 0; k < n; ++k) {
+          const ProcedureValue* pv = g.Procedure(k, i);
+          if (!pv || pv->TotalLines == 0) continue;
+          chart[k] = std::floor(100 * pv->Coverage);
+          g.RunCell(row, k, 0).Text = PercentText(pv->Coverage);
+          tLines[k] += pv->TotalLines;
+          if (proc.IsCritical) {
+            g.RunCell(row, k, 1).Text = g.RunCell(row, k, 0).Text;
+            criticalHits[k] += pv->HitLines;
+            criticalLines[k] += pv->TotalLines;
+          }
+        }
+      });
 
   if (g.Grid().RowCount() > 0) {
     Row& total = g.AddTotalRow(2);
@@ -198,30 +219,22 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
 
 GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel) {
   ComparedGrid g(ws, sel, {"Module"}, {"Tot.Time"});
-  g.Grid().ImageList = ImageListKind::ModuleIcons;
-  const Project& project = g.ShownProject();
 
   const int n = g.SessionCount();
   std::vector<bool> timed(n, false);
-  for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
-    const Module& module = project.Module(m);
-    Row& row = g.AddRow(module.Name, std::to_string(module.Type) + "TYPE");
-    row.Tag = m;
-    ChartRow chart{module.Name, std::vector<double>(n, 0)};
+  AddModuleRows(g, [&](Row& row, std::vector<double>& chart, std::int32_t m) {
     for (int k = 0; k < n; ++k) {
       const ModuleValue* mv = g.Module(k, m);
       if (!mv) continue;
-      chart.Values[k] = mv->TotalTime;
+      chart[k] = mv->TotalTime;
       if (mv->HitProcedures == 0) continue;
       g.RunCell(row, k, 0).Text = TimeText(mv->TotalTime);
       timed[k] = true;
     }
-    g.Chart().ChartArrayBar.push_back(std::move(chart));
-  }
+  });
 
   if (g.Grid().RowCount() > 0) {
-    Row& total = g.AddTotalRow(1);
-    total.Icon = "SESSION";
+    Row& total = g.AddTotalRow(1, "SESSION");
     for (int k = 0; k < n; ++k) {
       if (timed[k]) g.RunCell(total, k, 0).Text = TimeText(g.Own(k).SessionValue.TotalTime);
     }
@@ -231,8 +244,6 @@ GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel
 
 GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel) {
   ComparedGrid g(ws, sel, {"Module"}, {"Line Cov.", "Proc. Cov.", "Crit. Cov."});
-  g.Grid().ImageList = ImageListKind::ModuleIcons;
-  const Project& project = g.ShownProject();
 
   const auto fill = [&](Row& row, int k, const ModuleValue& v) {
     g.RunCell(row, k, 0).Text = PercentOrEmpty(v.HitLines, v.TotalLines);
@@ -240,23 +251,17 @@ GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& s
     g.RunCell(row, k, 2).Text = PercentOrEmpty(v.CriticalHitLines, v.CriticalTotalLines);
   };
   const int n = g.SessionCount();
-  for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
-    const Module& module = project.Module(m);
-    Row& row = g.AddRow(module.Name, std::to_string(module.Type) + "TYPE");
-    row.Tag = m;
-    ChartRow chart{module.Name, std::vector<double>(n, 0)};
+  AddModuleRows(g, [&](Row& row, std::vector<double>& chart, std::int32_t m) {
     for (int k = 0; k < n; ++k) {
       const ModuleValue* mv = g.Module(k, m);
       if (!mv) continue;
-      chart.Values[k] = std::floor(100 * mv->LineCoverage);
+      chart[k] = std::floor(100 * mv->LineCoverage);
       fill(row, k, *mv);
     }
-    g.Chart().ChartArrayBar.push_back(std::move(chart));
-  }
+  });
 
   if (g.Grid().RowCount() > 0) {
-    Row& total = g.AddTotalRow(1);
-    total.Icon = "SESSION";
+    Row& total = g.AddTotalRow(1, "SESSION");
     for (int k = 0; k < n; ++k) fill(total, k, g.Own(k).SessionValue);
   }
   return g.Finish(kModuleCoverageTitle, true);

@@ -65,10 +65,8 @@ Cell& ComparedGrid::RunCell(Row& row, int k, int j) {
   return row.At(leading_ + k * perSession_ + j + 1);
 }
 
-Row& ComparedGrid::AddTotalRow(int totalColumn) {
-  Row& total = build_.Grid.AddRow(std::string(kTotalKey), "");
-  total.At(totalColumn).Text = kTotalKey;
-  return total;
+Row& ComparedGrid::AddTotalRow(int totalColumn, std::string icon) {
+  return zol::AddTotalRow(build_.Grid, totalColumn, std::move(icon));
 }
 
 GridBuild ComparedGrid::Finish(const std::string& title, bool pieUnavailable) {

@@ -41,7 +41,7 @@ class ComparedGrid {
   ChartArrays& Chart() { return build_.Arrays; }
 
   // The total row: bold, "TOTAL" in blue in column `totalColumn`.
-  Row& AddTotalRow(int totalColumn);
+  Row& AddTotalRow(int totalColumn, std::string icon = {});
 
   // Colours the runs (first cell green, the others dark red), sizes the
   // columns, selects the first row, and sets the chart titles and headers.
