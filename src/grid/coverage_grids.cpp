@@ -143,10 +143,7 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
   const Session& session = ws.Session(sel.cs);
 
   GridBuild build;
-  Table& t = build.Grid;
-  t.ImageList = ImageListKind::Nothing;
-  t.AddColumn("Module");
-  t.AddColumn("Procedure");
+  Table& t = StartTable(build, ImageListKind::Nothing, {"Module", "Procedure"});
   AddValueColumns(t, {"Hits", "# Lines", "Hit Lines", "Coverage", "Left Lines"});
   const int critical = AddCriticalColumn(t, project.ContainsCritical);
   const int lastValue = critical != 0 ? critical : kPLeft;
@@ -188,9 +185,7 @@ GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, Sor
   const Session& session = ws.Session(sel.cs);
 
   GridBuild build;
-  Table& t = build.Grid;
-  t.ImageList = ImageListKind::ModuleIcons;
-  t.AddColumn("Module");
+  Table& t = StartTable(build, ImageListKind::ModuleIcons, {"Module"});
   AddCoverageColumns(t);
   const int critical = AddCriticalColumn(t, project.ContainsCritical);
   const FrameColumns cols = AddFrameColumns(t, sel, 5);
@@ -238,9 +233,7 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
   }
 
   GridBuild build;
-  Table& t = build.Grid;
-  t.ImageList = ImageListKind::Nothing;
-  t.AddColumn("Project");
+  Table& t = StartTable(build, ImageListKind::Nothing, {"Project"});
   AddValueColumns(t, {"# Modules"});
   AddCoverageColumns(t);
   const int critical = AddCriticalColumn(t, fContainsCritical);

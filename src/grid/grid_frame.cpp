@@ -56,6 +56,14 @@ int AddBarsColumn(Table& table, int position) {
   return column;
 }
 
+Table& StartTable(GridBuild& build, ImageListKind images,
+                  std::initializer_list<const char*> leading) {
+  Table& table = build.Grid;
+  table.ImageList = images;
+  for (const char* header : leading) table.AddColumn(header);
+  return table;
+}
+
 void AddValueColumns(Table& table, std::initializer_list<const char*> headers) {
   for (const char* header : headers) table.AddColumn(header, Alignment::Right);
 }

@@ -67,6 +67,9 @@ int AddBarsColumn(Table& table, int position);
 // Shows the "Project" column first (nothing for column 0). Done after the bars
 // column has its place, so that the bars keep their neighbours.
 void ShowProjectColumnFirst(Table& table, int projectColumn);
+// The build's table with its image list and its leading, left-aligned columns.
+Table& StartTable(GridBuild& build, ImageListKind images,
+                  std::initializer_list<const char*> leading);
 // Adds a right-aligned value column for each header, in order.
 void AddValueColumns(Table& table, std::initializer_list<const char*> headers);
 

@@ -53,10 +53,7 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
   const Session& session = ws.Session(sel.cs);
 
   GridBuild build;
-  Table& t = build.Grid;
-  t.ImageList = ImageListKind::Nothing;
-  t.AddColumn("Module");
-  t.AddColumn("Procedure");
+  Table& t = StartTable(build, ImageListKind::Nothing, {"Module", "Procedure"});
   AddValueColumns(t, {"Hits", "% Hits", child ? "Child Tot. Time" : "Total Time", "% Time",
                       child ? "Child Avg. Time" : "Average Time"});
   const FrameColumns cols = AddFrameColumns(t, sel, IsAverageMeasure(dit) ? 8 : 6);
@@ -102,9 +99,7 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
   const Session& session = ws.Session(sel.cs);
 
   GridBuild build;
-  Table& t = build.Grid;
-  t.ImageList = ImageListKind::ModuleIcons;
-  t.AddColumn("Module");
+  Table& t = StartTable(build, ImageListKind::ModuleIcons, {"Module"});
   AddValueColumns(t, {"# Procedures", "Total Time", "% Time"});
   const FrameColumns cols = AddFrameColumns(t, sel, 4);
   const int bars = cols.bars;
@@ -153,9 +148,7 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
 GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
   enum { kProject = 1, kModules, kProcedures, kLines, kTime, kTimePct };
   GridBuild build;
-  Table& t = build.Grid;
-  t.ImageList = ImageListKind::Unchanged;
-  t.AddColumn("Project");
+  Table& t = StartTable(build, ImageListKind::Unchanged, {"Project"});
   AddValueColumns(t, {"# Modules", "# Procedures", "# Lines", "Total Time", "% Time"});
   const int bars = AddBarsColumn(t, 6);
 
