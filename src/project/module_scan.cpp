@@ -31,6 +31,17 @@ void CheckId(std::int32_t id, const char* what) {
   }
 }
 
+// Item `id` of a table that grows with the IDs met: where `id` is past
+// `count`, the table is extended to it and `count` follows.
+template <typename T>
+T& GrowTo(Array1<T>& items, std::int32_t& count, std::int32_t id) {
+  if (id > count) {
+    count = id;
+    items.ReDimPreserve(id);
+  }
+  return items(id);
+}
+
 }  // namespace
 
 // The physical lines of a text, split at LF with a CR before it dropped, so
@@ -233,22 +244,12 @@ void ProjectScan::TakeProcedureHead() {
 
 CodeLine& ProjectScan::GrowCodeLine(std::int32_t id) {
   CheckId(id, "line");
-  Project& p = ws_.Project(cp_);
-  if (id > ws_.LinesNumber) {
-    ws_.LinesNumber = id;
-    p.CodeLine.ReDimPreserve(id);
-  }
-  return p.CodeLine(id);
+  return GrowTo(ws_.Project(cp_).CodeLine, ws_.LinesNumber, id);
 }
 
 zol::Procedure& ProjectScan::GrowProcedure(std::int32_t id) {
   CheckId(id, "procedure");
-  Project& p = ws_.Project(cp_);
-  if (id > ws_.ProceduresNumber) {
-    ws_.ProceduresNumber = id;
-    p.Procedure.ReDimPreserve(id);
-  }
-  return p.Procedure(id);
+  return GrowTo(ws_.Project(cp_).Procedure, ws_.ProceduresNumber, id);
 }
 
 zol::RTFLine& ProjectScan::Rtf(std::int32_t position) {
