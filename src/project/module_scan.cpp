@@ -158,12 +158,7 @@ void ProjectScan::TakeLineProbe(std::int32_t id, bool behind) {
   --currentPosition;
   if (behind) {
     // The probe stands behind its line: the ID belongs to the line before.
-    CodeLine& c = GrowCodeLine(id);
-    c.Text = Trim(tLastFirstLine);
-    c.BelongToProcedure = currentProc;
-    c.Position = tLastLinePosition;
-    Rtf(tLastLinePosition) = {kRtfCodeLine, id};
-    CurrentLine = 0;
+    PlaceCodeLine(id, tLastFirstLine, tLastLinePosition);
   }
   if (currentProc != 0) ws_.Project(cp_).Procedure(currentProc).IsCovered = true;
 }
@@ -192,12 +187,7 @@ void ProjectScan::TakeEntry(std::int32_t id, bool critical, bool dead, bool time
 void ProjectScan::TakeRewrittenLine(std::int32_t id) {
   CurrentLine = id;
   const std::string original = RewrittenOriginal(tOriginalLine);
-  CodeLine& c = GrowCodeLine(id);
-  c.Text = Trim(original);
-  c.BelongToProcedure = currentProc;
-  c.Position = linePosition;
-  Rtf(linePosition) = {kRtfCodeLine, id};
-  CurrentLine = 0;
+  PlaceCodeLine(id, original, linePosition);
   cleaned_ << original << kLineBreak;
   fDontWriteNextLine = true;
 }
@@ -205,15 +195,9 @@ void ProjectScan::TakeRewrittenLine(std::int32_t id) {
 void ProjectScan::TakeCode() {
   if (CurrentLine > 0) {
     // The line a probe announced.
-    CodeLine& c = GrowCodeLine(CurrentLine);
-    c.Text = Trim(tFirstLine);
-    c.BelongToProcedure = currentProc;
-    c.Position = linePosition;
-    zol::RTFLine& r = Rtf(linePosition);
-    r = {kRtfCodeLine, CurrentLine};
+    CodeLine& c = PlaceCodeLine(CurrentLine, tFirstLine, linePosition);
     c.IsProcedureExit = IsProcedureExitText(c.Text);
-    if (c.IsProcedureExit) r.LineType = kRtfProcedureEnd;
-    CurrentLine = 0;
+    if (c.IsProcedureExit) Rtf(linePosition).LineType = kRtfProcedureEnd;
   } else {
     TakeProcedureHead();
   }
@@ -245,6 +229,17 @@ void ProjectScan::TakeProcedureHead() {
 CodeLine& ProjectScan::GrowCodeLine(std::int32_t id) {
   CheckId(id, "line");
   return GrowTo(ws_.Project(cp_).CodeLine, ws_.LinesNumber, id);
+}
+
+CodeLine& ProjectScan::PlaceCodeLine(std::int32_t id, const std::string& text,
+                                     std::int32_t position) {
+  CodeLine& c = GrowCodeLine(id);
+  c.Text = Trim(text);
+  c.BelongToProcedure = currentProc;
+  c.Position = position;
+  Rtf(position) = {kRtfCodeLine, id};
+  CurrentLine = 0;
+  return c;
 }
 
 zol::Procedure& ProjectScan::GrowProcedure(std::int32_t id) {

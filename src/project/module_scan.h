@@ -39,6 +39,9 @@ class ProjectScan {
   void TakeProcedureHead();
 
   CodeLine& GrowCodeLine(std::int32_t id);
+  // Line `id` of the current procedure, with its trimmed text, at `position`
+  // of the module's page; the line that a probe announced is then served.
+  CodeLine& PlaceCodeLine(std::int32_t id, const std::string& text, std::int32_t position);
   zol::Procedure& GrowProcedure(std::int32_t id);
   zol::RTFLine& Rtf(std::int32_t position);
 
