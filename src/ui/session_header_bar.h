@@ -26,6 +26,7 @@ class SessionHeaderBar : public QHeaderView {
   void PrepareFakeHeaders(const FakeHeaders& headers);
   // Takes the bar away (no compared grid on display).
   void Release();
+  const FakeHeaders& Shown() const { return headers_; }
 
   // Sizes the sessions' sections from the grid's columns.
   void ArrangeHeaders();
