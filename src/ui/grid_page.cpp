@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "ui/chart_pane.h"
+#include "ui/flow_layout.h"
 #include "ui/grid_view.h"
 #include "ui/session_header_bar.h"
 #include "ui/window_options.h"
@@ -44,9 +45,8 @@ GridPage::GridPage(QWidget* parent)
   });
 
   strip_ = MakeOptionStrip();
-  // The strip may be cut on a narrow page rather than widen the window.
-  strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  strip_->setMinimumHeight(strip_->sizeHint().height());
+  // The strip wraps onto a second row on a narrow page.
+  strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(2);
@@ -58,8 +58,7 @@ GridPage::GridPage(QWidget* parent)
 QWidget* GridPage::MakeOptionStrip() {
   auto* strip = new QWidget(this);
   strip->setObjectName("picOptGraph");
-  auto* row = new QHBoxLayout(strip);
-  row->setContentsMargins(4, 2, 4, 2);
+  auto* row = new FlowLayout(strip);
   typeGroup_ = new QButtonGroup(strip);
   const char* types[] = {"Hide Graphic (Grid Only)", "Show Bar-Type Graphic",
                          "Show Pie-Type Graphic"};
@@ -86,7 +85,6 @@ QWidget* GridPage::MakeOptionStrip() {
   maxItems_->setToolTip(tr("Limit the number of items to plot (0: unlimited)"));
   maxItems_->setSpecialValueText(tr("all"));
   row->addWidget(maxItems_);
-  row->addStretch(1);
   auto* save = new QPushButton(tr("Export..."), strip);
   save->setObjectName("cmdOptGridSave");
   save->setToolTip(tr("Save the table as comma- or tab-separated text"));

@@ -4,11 +4,14 @@
 
 #include <QCursor>
 #include <QDesktopServices>
+#include <QElapsedTimer>
 #include <QFileDialog>
 #include <QMenu>
 #include <QStackedWidget>
 #include <QTabBar>
 #include <QUrl>
+#include <cstdio>
+#include <cstdlib>
 
 #include "base/app_paths.h"
 #include "base/files.h"
@@ -60,6 +63,12 @@ const char* HelpTopic(int tab) {
   }
 }
 
+// ZOLMARK_TIMING_LOG set (to anything) prints how long each page took to draw.
+bool TimingLogOn() {
+  static const bool on = std::getenv("ZOLMARK_TIMING_LOG") != nullptr;
+  return on;
+}
+
 }  // namespace
 
 // --- The dispatcher ---
@@ -84,6 +93,8 @@ void MainWindow::tbsScope_Click() {
         key + "-" + std::to_string(tab) + "-" + MeasureDigit(ws_.DisplayInfoType);
   }
   gridPage_->Headers()->Release();
+  QElapsedTimer drawing;
+  drawing.start();
   {
     BusyScope busy(*this);
     if (tab == 5) {
@@ -92,6 +103,10 @@ void MainWindow::tbsScope_Click() {
     } else {
       ShowGridTab(tab);
     }
+  }
+  if (TimingLogOn()) {
+    std::fprintf(stderr, "zolmark-profiler: tab %d of %s drawn in %lld ms\n", tab, key.c_str(),
+                 static_cast<long long>(drawing.elapsed()));
   }
   if (!nav_.fDuringNav()) nav_.NewNav(ws_, *this);
 }

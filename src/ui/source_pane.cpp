@@ -16,6 +16,7 @@
 
 #include "base/files.h"
 #include "base/text.h"
+#include "ui/flow_layout.h"
 #include "ui/page_display.h"
 #include "ui/qt_text.h"
 
@@ -89,8 +90,8 @@ bool SourceBrowser::ScrollToStatement(std::int32_t module, std::int32_t procedur
 SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBrowser(this)) {
   setObjectName("picCode");
   strip_ = MakeOptionStrip();
-  strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-  strip_->setMinimumHeight(strip_->sizeHint().height());
+  // The strip wraps onto a second row on a narrow page.
+  strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(2);
@@ -101,8 +102,7 @@ SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBr
 QWidget* SourcePane::MakeOptionStrip() {
   auto* strip = new QWidget(this);
   strip->setObjectName("picOptCode");
-  auto* row = new QHBoxLayout(strip);
-  row->setContentsMargins(4, 2, 4, 2);
+  auto* row = new FlowLayout(strip);
   const char* names[] = {"Hits", "Avg. Time", "Total Time", "Avg. Children", "Total Children"};
   const char* objects[] = {"chkHits", "chkAvgTime", "chkTotalTime", "chkAvgChildTime",
                            "chkTotalChildTime"};
@@ -143,7 +143,6 @@ QWidget* SourcePane::MakeOptionStrip() {
   };
   connect(font_, &QFontComboBox::currentFontChanged, this, emitFont);
   connect(size_, &QSpinBox::valueChanged, this, emitFont);
-  row->addStretch(1);
   auto* print = new QPushButton(tr("Print..."), strip);
   print->setObjectName("cmdOptCodePrint");
   auto* preview = new QPushButton(tr("Print Preview..."), strip);

@@ -1,0 +1,183 @@
+// bench_tab_switch: whether the desktop program stays responsive on a large
+// session. A Visual Basic project of --lines probed statements (100,000 by
+// default: modules of 50 procedures of 20 statements) is written, instrumented
+// and run by the simulator; the main window then opens its log (scan, replay,
+// statistics, session file, tree) on Qt's offscreen platform, and each scope
+// tab is shown in turn --repeat times, with the whole session selected so
+// that the Lines tab lists every line. Each switch is timed from the click to
+// the end of the repaint that follows; the best and the median per tab are
+// printed. The target: a switch to any tab in well under a second.
+//
+//   bench_tab_switch [--lines N] [--repeat N] [--dir FOLDER]
+
+#include <QApplication>
+#include <QTabBar>
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "grid/table.h"
+#include "project/project_info.h"
+#include "support/fixture_run.h"
+#include "support/instrumenter.h"
+#include "ui/grid_page.h"
+#include "ui/grid_view.h"
+#include "ui/main_window.h"
+#include "ui/qt_font_metrics.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+namespace fs = std::filesystem;
+
+constexpr int kProceduresPerModule = 50;
+constexpr int kStatementsPerProcedure = 20;
+
+struct Options {
+  int lines = 100000;
+  int repeat = 5;
+  std::string dir = "bench-data";
+};
+
+Options ParseOptions(int argc, char** argv) {
+  Options o;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--lines" && i + 1 < argc) {
+      o.lines = std::max(kStatementsPerProcedure, std::atoi(argv[++i]));
+    } else if (arg == "--repeat" && i + 1 < argc) {
+      o.repeat = std::max(1, std::atoi(argv[++i]));
+    } else if (arg == "--dir" && i + 1 < argc) {
+      o.dir = argv[++i];
+    } else {
+      std::fprintf(stderr, "usage: bench_tab_switch [--lines N] [--repeat N] [--dir FOLDER]\n");
+      std::exit(2);
+    }
+  }
+  return o;
+}
+
+void Write(const fs::path& file, const std::string& text) {
+  fs::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << text;
+}
+
+// The original project: plain modules of plain procedures.
+std::string WriteOriginalProject(const fs::path& folder, int lines) {
+  const int procedures = (lines + kStatementsPerProcedure - 1) / kStatementsPerProcedure;
+  const int modules = (procedures + kProceduresPerModule - 1) / kProceduresPerModule;
+  std::string vbp = "Type=Exe\r\n";
+  for (int m = 1; m <= modules; ++m) {
+    const std::string name = "Mod" + std::to_string(m);
+    vbp += "Module=" + name + "; " + name + ".bas\r\n";
+    std::string bas = "Attribute VB_Name = \"" + name + "\"\r\nOption Explicit\r\n\r\n";
+    for (int p = 1; p <= kProceduresPerModule; ++p) {
+      bas += "Public Sub Work" + std::to_string(m) + "_" + std::to_string(p) +
+             "(ByVal n As Long)\r\n    Dim total As Long\r\n";
+      for (int s = 1; s <= kStatementsPerProcedure - 2; ++s) {
+        bas += "    total = total + n * " + std::to_string(s) + "\r\n";
+      }
+      bas += "    Debug.Assert total >= 0\r\nEnd Sub\r\n\r\n";
+    }
+    Write(folder / (name + ".bas"), bas);
+  }
+  vbp += "Name=\"Big\"\r\nMajorVer=1\r\nMinorVer=0\r\nRevisionVer=0\r\n";
+  Write(folder / "Big.vbp", vbp);
+  return (folder / "Big.vbp").string();
+}
+
+// The instrumented project and a log of a run of it, made once per size.
+std::string PrepareLog(const Options& o) {
+  const fs::path root = fs::absolute(fs::path(o.dir) / ("tabswitch-" + std::to_string(o.lines)));
+  const fs::path log = root / "instrumented" / "Run.pfl";
+  const fs::path keep = root / "Run.pfl.keep";
+  if (!fs::exists(keep)) {
+    std::fprintf(stderr, "writing the project and its run into %s ...\n", root.c_str());
+    fs::remove_all(root);
+    const std::string original = WriteOriginalProject(root / "original", o.lines);
+    const std::string vbp = (root / "instrumented" / "Big.vbp").string();
+    zol::fixture::InstrumentProject(original, vbp);
+    zol::Project project = zol::testing::ScanFixtureProject(vbp, (root / "scan").string());
+    project.ProjectFile = "C:\\Runs\\Big.vbp";
+    zol::testing::SimulatedLogShape shape;
+    shape.run.probes = std::max<std::int64_t>(2'000'000, o.lines * 20LL);
+    // Shallow calls, so that the run keeps starting afresh in procedures
+    // drawn anywhere in the project and nearly every line runs.
+    shape.run.callChance = 0.01;
+    shape.run.callDepth = 2;
+    shape.run.diveChance = 0;
+    zol::testing::WriteSimulatedLog(keep.string(), project, shape);
+  }
+  // A load turns the log into a session file: each run starts from the log.
+  fs::remove(root / "instrumented" / "Run.pfd");
+  fs::copy_file(keep, log, fs::copy_options::overwrite_existing);
+  return log.string();
+}
+
+double Milliseconds(Clock::time_point since) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const Options o = ParseOptions(argc, argv);
+  const std::string log = PrepareLog(o);
+  ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  QApplication app(argc, argv);
+  zol::InstallFontSubstitutions();
+
+  zol::Workspace ws;
+  ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
+  fs::create_directories(ws.appFolder);
+  zol::ResetRtfPath(ws);
+
+  zol::StartOptions start;
+  start.files = {log};
+  start.selectKey = "S1";
+  start.tab = 3;
+  const auto openStart = Clock::now();
+  zol::MainWindow window(ws, start);
+  window.resize(1400, 900);
+  window.show();
+  QApplication::processEvents();
+  const double openMs = Milliseconds(openStart);
+  const zol::Project& p = ws.Project(ws.Session(1).Project);
+  std::printf(
+      "session of %d lines, %d procedures, %d modules: opened in %.0f ms "
+      "(scan, replay, statistics, session file, tree, first page)\n",
+      p.LinesNumber, p.ProceduresNumber, p.ModulesNumber, openMs);
+
+  const char* names[] = {"", "Projects", "Modules", "Procedures", "Lines", "Source"};
+  // Total time lists what ran; coverage lists every probed line and procedure.
+  for (int measure : {0, 4}) {
+    window.SetMeasure(measure);
+    std::map<int, std::vector<double>> times;
+    std::map<int, int> rows;
+    for (int r = 0; r < o.repeat; ++r) {
+      for (int tab : {1, 2, 3, 4, 5}) {
+        const auto t0 = Clock::now();
+        window.tbsScope()->setCurrentIndex(tab - 1);  // as a click on the tab does
+        QApplication::processEvents();
+        window.repaint();
+        times[tab].push_back(Milliseconds(t0));
+        rows[tab] = tab == 5 ? 0 : window.picValues()->Grid()->table().RowCount();
+      }
+    }
+    std::printf("tab switch, whole session selected, measure %s (best / median of %d, ms; rows):\n",
+                measure == 4 ? "coverage" : "total time", o.repeat);
+    for (auto& [tab, ms] : times) {
+      std::sort(ms.begin(), ms.end());
+      std::printf("  %-11s %8.1f %8.1f %8d\n", names[tab], ms.front(), ms[ms.size() / 2],
+                  rows[tab]);
+    }
+  }
+  window.close();
+  return 0;
+}
