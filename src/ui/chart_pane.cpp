@@ -104,6 +104,11 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
   chart->addSeries(series);
   auto* names = new QBarCategoryAxis();
   names->append(categories);
+  // Every item keeps its name, in a smaller type when there are many.
+  names->setTruncateLabels(false);
+  QFont labels = names->labelsFont();
+  if (d.Items.size() > 12) labels.setPointSizeF(std::max(6.5, labels.pointSizeF() * 0.85));
+  names->setLabelsFont(labels);
   chart->addAxis(names, Qt::AlignLeft);
   series->attachAxis(names);
   auto* values = new QValueAxis();

@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QPainter>
 #include <QPixmap>
 #include <QTabBar>
 
+#include "ui/icons.h"
 #include "ui/main_window.h"
 
 namespace zol {
@@ -21,7 +23,30 @@ QStringList SaveTabScreenshots(MainWindow& window, const QString& folder) {
         QDir(folder).filePath(QString("%1-%2.png").arg(tab).arg(tabs->tabText(tab - 1).toLower()));
     if (window.grab().save(file)) written << file;
   }
+  const QString sheet = QDir(folder).filePath("icons.png");
+  if (SaveIconSheet(sheet)) written << sheet;
   return written;
+}
+
+bool SaveIconSheet(const QString& file) {
+  const QStringList keys = ZolIconKeys();
+  constexpr int kCell = 150;
+  constexpr int kRow = 44;
+  constexpr int kPerLine = 6;
+  const int lines = (static_cast<int>(keys.size()) + kPerLine - 1) / kPerLine;
+  QPixmap sheet(kCell * kPerLine, kRow * lines);
+  sheet.fill(Qt::white);
+  QPainter p(&sheet);
+  for (int i = 0; i < keys.size(); ++i) {
+    const int x = (i % kPerLine) * kCell + 6;
+    const int y = (i / kPerLine) * kRow + 6;
+    const QIcon icon = ZolIcon(keys[i].toStdString());
+    p.drawPixmap(x, y + 8, icon.pixmap(16, 16));
+    p.drawPixmap(x + 22, y, icon.pixmap(32, 32));
+    p.drawText(QRect(x + 58, y, kCell - 60, 32), Qt::AlignVCenter, keys[i]);
+  }
+  p.end();
+  return sheet.save(file);
 }
 
 }  // namespace zol

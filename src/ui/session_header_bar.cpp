@@ -39,6 +39,9 @@ SessionHeaderBar::SessionHeaderBar(QTableView* grid, QWidget* parent)
   QFont bold = font();
   bold.setBold(true);
   setFont(bold);
+  // One line of names, as high as the grid's own header.
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  setFixedHeight(QFontMetrics(bold).height() + 10);
   hide();
   QHeaderView* gridHeader = grid_->horizontalHeader();
   connect(gridHeader, &QHeaderView::sectionResized, this, [this] { ArrangeHeaders(); });
