@@ -80,9 +80,9 @@ QMenu* MainToolbar::DropDown(const std::string& key) const {
 
 void MainToolbar::PressMeasure(int measure) {
   if (measure < 0 || measure > 4) return;
-  QAction* a = Button(kMeasureKeys[measure]);
-  const QSignalBlocker block(a);
-  a->setChecked(true);
+  // No action runs: the window listens to "triggered", which a check made
+  // here doesn't send; the group still hears of it and lets the others go.
+  Button(kMeasureKeys[measure])->setChecked(true);
 }
 
 void MainToolbar::SetInstrumenterInstalled(bool installed) {

@@ -1,0 +1,130 @@
+// More of the window's behaviour: files dropped on it, files left by another
+// start, the measure buttons, the chart's option strip and the grids' sort.
+
+#include <gtest/gtest.h>
+
+#include <QActionGroup>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QMimeData>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTabBar>
+#include <QUrl>
+
+#include "base/app_paths.h"
+#include "base/ini_file.h"
+#include "base/text.h"
+#include "grid/chart.h"
+#include "ui/chart_pane.h"
+#include "ui/grid_page.h"
+#include "ui/grid_view.h"
+#include "ui/main_toolbar.h"
+#include "ui/qt_text.h"
+#include "ui/session_list_model.h"
+#include "ui/session_list_view.h"
+#include "ui/ui_test_support.h"
+
+namespace zol {
+namespace {
+
+using testing::DemoWindow;
+using testing::WaitFor;
+
+TEST(WindowActions, DroppedFilesEnterTheListUnticked) {
+  DemoWindow w({});
+  auto* mime = new QMimeData();
+  mime->setUrls({QUrl::fromLocalFile(QPath(w.demo.File("Monday.pfl"))),
+                 QUrl::fromLocalFile(QPath(w.demo.File("Friday.pfl")))});
+  // A drop comes after the drag has entered the window and been accepted.
+  QDragEnterEvent enter(QPoint(100, 100), Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(w.window.get(), &enter);
+  ASSERT_TRUE(enter.isAccepted());
+  QDropEvent drop(QPointF(100, 100), Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(w.window.get(), &drop);
+  const auto& rows = w.window->lvwSessions()->Model()->Rows();
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_FALSE(rows[0].Checked);
+  // Entering reads headers only: the logs are still there.
+  EXPECT_TRUE(QFileInfo::exists(QPath(w.demo.File("Monday.pfl"))));
+  delete mime;
+}
+
+TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
+  DemoWindow w({});
+  const std::string ini = GetIniFile(w.ws->appFolder);
+  VBWritePrivateProfileString("Profiler", "Session0", w.demo.File("Tuesday.pfl"), ini);
+  SessionListModel* model = w.window->lvwSessions()->Model();
+  ASSERT_TRUE(WaitFor([&] { return model->rowCount() == 1; }));
+  EXPECT_TRUE(model->Rows()[0].Checked);
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session0", "?", ini), "");
+  EXPECT_NE(w.window->Tree().Nodes().Find("S1"), nullptr);
+}
+
+TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
+  DemoWindow w({"Monday.pfl"}, "S1");
+  w.window->SelectScopeTab(3);
+  MainToolbar* bar = w.window->Toolbar1();
+  EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
+  EXPECT_EQ(bar->Button("COVERAGE")->toolTip(), "Display coverage values");
+  bar->Button("COVERAGE")->trigger();
+  EXPECT_EQ(w.ws->DisplayInfoType, 4);
+  EXPECT_TRUE(bar->Button("COVERAGE")->isChecked());
+  EXPECT_FALSE(bar->Button("TOTALTIME")->isChecked());
+  EXPECT_EQ(w.window->LastDisplay(), "S1-3-1");
+  const Table& grid = w.window->picValues()->Grid()->table();
+  EXPECT_EQ(grid.FindColumn("Total Time"), 0);
+  // Back to the total times, through the history.
+  w.window->Toolbar1()->Button("BACK")->trigger();
+  EXPECT_EQ(w.ws->DisplayInfoType, 0);
+  EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
+}
+
+TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
+  DemoWindow w({"Monday.pfl"}, "S1");
+  w.window->SelectScopeTab(3);
+  GridPage* page = w.window->picValues();
+  EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypeBar2d);
+  page->findChild<QRadioButton*>("optOptGraphType2")->click();
+  EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypePie2d);
+  page->findChild<QSpinBox*>("txtGraphMaxItems")->setValue(5);
+  // Five slices and the rest summed as "{Other}".
+  ASSERT_EQ(page->Chart()->Shown().Items.size(), 6u);
+  EXPECT_EQ(page->Chart()->Shown().Items.back().Name, "{Other}");
+  page->findChild<QRadioButton*>("optOptGraphType0")->click();
+  EXPECT_FALSE(page->Chart()->isVisibleTo(page));
+  const std::string ini = GetIniFile(w.ws->appFolder);
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "GraphType", "", ini), "0");
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "GraphMaxItems", "", ini), "5");
+}
+
+TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
+  DemoWindow w({"Monday.pfl"}, "S1");
+  w.window->SelectScopeTab(3);
+  GridView* grid = w.window->picValues()->Grid();
+  const int hits = grid->table().FindColumn("Hits");
+  ASSERT_GT(hits, 0);
+  auto column = [&] {
+    std::vector<double> values;
+    const Table& t = grid->table();
+    for (int r = 1; r <= t.RowCount(); ++r) {
+      const std::string& text = t.RowAt(r).Text(hits);
+      if (t.RowAt(r).Key.empty() && !Trim(text).empty()) values.push_back(std::stod(text));
+    }
+    return values;
+  };
+  emit grid->horizontalHeader()->sectionClicked(hits - 1);
+  const std::vector<double> first = column();
+  ASSERT_GT(first.size(), 2u);
+  emit grid->horizontalHeader()->sectionClicked(hits - 1);
+  std::vector<double> second = column();
+  std::reverse(second.begin(), second.end());
+  EXPECT_EQ(first, second);
+  EXPECT_TRUE(std::is_sorted(first.begin(), first.end()) ||
+              std::is_sorted(first.rbegin(), first.rend()));
+  // The total row stays last in both orders.
+  EXPECT_EQ(grid->table().Rows().back().Key, "TOTAL");
+}
+
+}  // namespace
+}  // namespace zol
