@@ -561,23 +561,15 @@ void MainWindow::ShowAbout() {
 }
 
 void MainWindow::ShowHelp() {
-  QString topic;
-  QString tips;
-  switch (ws_.Active_tbsTab) {
-    case 5:
-      topic = "Zolmark Profiler Source view.htm";
-      tips =
-          tr("Click a statement for its menu. The check boxes choose the figures shown beside "
-             "the code and how it is coloured; the legend is at the end of the page.");
-      break;
-    default:
-      topic = "Zolmark Profiler Grid view.htm";
-      tips =
-          tr("Click a row to go one level down (modules, procedures, lines, source); "
-             "double-click it to see its source; right-click it for its menu. Click a "
-             "header to sort; a second click reverses the order.");
-      break;
-  }
+  // The topic of the page on display, as the help file names it.
+  const QString topic = Q(helpTopic_).section("::/", 1);
+  const QString tips =
+      ws_.Active_tbsTab == 5
+          ? tr("Click a statement for its menu. The check boxes choose the figures shown beside "
+               "the code and how it is coloured; the legend is at the end of the page.")
+          : tr("Click a row to go one level down (modules, procedures, lines, source); "
+               "double-click it to see its source; right-click it for its menu. Click a "
+               "header to sort; a second click reverses the order.");
   QMessageBox::information(
       this, tr("Help"),
       tr("%1\n\nTick sessions in the list at the bottom left to load them; two or more ticked "

@@ -110,8 +110,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void OpenSessionFile(bool fMustClearBefore);
   // Takes up the names that another start left in the settings.
   int AutoLoadSessions();
-  // The navigation place of the moment is recorded; for a redraw that isn't
-  // a step of the user's (the tests' starting point).
+  // The files of the command line: entered, ticked, listed among the recent
+  // sessions; then the node to select, if one is given.
   void OpenStartFiles(const StartOptions& start);
 
   // Saves the settings (SaveOptions and the chart options).
