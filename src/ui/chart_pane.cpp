@@ -113,7 +113,7 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
   series->attachAxis(names);
   auto* values = new QValueAxis();
   values->setRange(0, d.AxisTop > 0 ? d.AxisTop : 1);
-  values->setLabelFormat("%g");
+  values->setLabelFormat("%.10g");  // 1000000, not 1e+06
   values->setTickCount(6);
   chart->addAxis(values, Qt::AlignBottom);
   series->attachAxis(values);
