@@ -590,7 +590,12 @@ void MainWindow::SaveMergedSession() {
 
 void MainWindow::ApplyFilters() {
   BusyScope busy(*this);
-  ApplyFilter(ws_, *this, ws_.Filters);
+  // Unticking and ticking the rows again moves the tree to each session in
+  // turn; the user's own place is shown again with the new values.
+  const std::string place = tree_.Nodes().SelectedKey();
+  if (ApplyFilter(ws_, *this, ws_.Filters) && tree_.Nodes().Find(place)) {
+    tree_.NodeClicked(place);
+  }
   AfterCatalogueChange();
 }
 

@@ -56,7 +56,7 @@ void MainWindow::lvwSessionsItemCheck(const std::string& key, bool checked) {
       if (ws_.SessionGroup(n).Loaded || LoadSessionGroup(ws_, n)) {
         tree_.SelectSessionGroup(n, false);
         // The group's node is selected; its view is drawn as a click would.
-        ClickTreeNode("G" + std::to_string(n));
+        tree_.NodeClicked("G" + std::to_string(n));
       }
     } else {
       tree_.UnSelectSessionGroup(n);
@@ -220,9 +220,9 @@ void MainWindow::ResetViews(Workspace&, ViewReset how) {
     SyncTree();
     return;
   }
-  // Values changed in place: the selection stays and is drawn anew.
-  const std::string selected = tree_.Nodes().SelectedKey();
-  if (!selected.empty()) ClickTreeNode(selected);
+  // Values changed in place: the place the user was at is drawn anew by the
+  // caller once the rows are ticked again (ApplyFilters).
+  SyncTree();
 }
 
 void MainWindow::Refresh(Workspace&) {

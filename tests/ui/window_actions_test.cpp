@@ -29,6 +29,7 @@ namespace zol {
 namespace {
 
 using testing::DemoWindow;
+using testing::MessageBoxCatcher;
 using testing::WaitFor;
 
 TEST(WindowActions, DroppedFilesEnterTheListUnticked) {
@@ -124,6 +125,34 @@ TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
               std::is_sorted(first.rbegin(), first.rend()));
   // The total row stays last in both orders.
   EXPECT_EQ(grid->table().Rows().back().Key, "TOTAL");
+}
+
+TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
+  DemoWindow w({"Monday.pfl"}, "S1M5P21");
+  w.window->SelectScopeTab(4);
+  GridView* grid = w.window->picValues()->Grid();
+  auto timeOf = [&](const std::string& line) {
+    const Table& t = grid->table();
+    const int text = t.FindColumn("Line");
+    const int time = t.FindColumn("Total Time");
+    for (int r = 1; r <= t.RowCount(); ++r) {
+      if (t.RowAt(r).Text(text) == line) return std::stod(t.RowAt(r).Text(time));
+    }
+    return -1.0;
+  };
+  const double before = timeOf("mLines.Add item");
+  ASSERT_GT(before, 0.01);
+  w.ws->Filters = "mLines.Add";
+  MessageBoxCatcher yes(QMessageBox::Yes);
+  w.window->Toolbar1()->Button("FILTERS")->trigger();
+  ASSERT_FALSE(yes.texts.empty());
+  EXPECT_EQ(yes.titles[0], "Apply Filters ?");
+  // The same page, drawn anew from the filtered values.
+  EXPECT_EQ(w.window->tbsScope()->currentIndex() + 1, 4);
+  EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5P21");
+  const double after = timeOf("mLines.Add item");
+  EXPECT_GE(after, 0.0);
+  EXPECT_LT(after, before / 100);
 }
 
 }  // namespace
