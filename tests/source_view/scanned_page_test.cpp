@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <regex>
-
 #include "base/files.h"
 #include "base/scoped_temp_dir.h"
 #include "base/text.h"
@@ -22,11 +20,16 @@ namespace {
 // The source text of a page: the code cells, unescaped, one row after the
 // other. An empty statement is shown as one blank.
 std::vector<std::string> PageLines(const std::string& page) {
-  static const std::regex cell("<PRE>(?:<B>)?(.*?)(?:</B>)?</PRE>");
   std::vector<std::string> lines;
-  for (auto it = std::sregex_iterator(page.begin(), page.end(), cell); it != std::sregex_iterator();
-       ++it) {
-    std::string text = (*it)[1].str();
+  for (std::size_t pos = page.find("<PRE>"); pos != std::string::npos;
+       pos = page.find("<PRE>", pos)) {
+    pos += 5;
+    if (page.compare(pos, 3, "<B>") == 0) pos += 3;
+    const std::size_t end = page.find("</PRE>", pos);
+    if (end == std::string::npos) break;
+    std::string text = page.substr(pos, end - pos);
+    if (text.ends_with("</B>")) text.resize(text.size() - 4);
+    pos = end + 6;
     if (text == " ") text.clear();
     text = Replace(text, "<BR>", "\n");
     text = Replace(text, "&lt;", "<");
