@@ -4,5 +4,11 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 preset="${1:-release}"
 bash scripts/setup.sh
-cmake --preset "$preset" >/dev/null
+# A compiler cache, when the machine has one, makes rebuilds of several
+# checkouts of the tree cheap; the build is the same without it.
+launcher=()
+if command -v ccache >/dev/null 2>&1; then
+  launcher=(-DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
+fi
+cmake --preset "$preset" "${launcher[@]}" >/dev/null
 cmake --build --preset "$preset"

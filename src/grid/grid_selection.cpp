@@ -15,4 +15,33 @@ GridSelection GridSelectionOf(const Workspace& ws) {
   return sel;
 }
 
+namespace {
+// Compared selections keep their columns in the negative session numbers the
+// tree gives them: -1 for ticked sessions, kComparedGroupsSession for ticked
+// groups.
+constexpr std::int32_t kComparedGroupsSession = -9999;
+
+SessionRef SessionRefOf(const Workspace& ws) {
+  if (ws.cs == kComparedGroupsSession) return SessionRef::comparedGroups();
+  if (ws.cs < 0) return SessionRef::compared();
+  const std::int32_t group = GetGroupMergedSession(ws, ws.cs);
+  if (group > 0) return SessionRef::group(group, ws.cs);
+  if (ws.cs == 0 || group == 0) return SessionRef::merged();
+  return SessionRef::single(ws.cs);
+}
+}  // namespace
+
+Selection SelectionOf(const Workspace& ws) {
+  Selection sel;
+  sel.session = SessionRefOf(ws);
+  sel.project = ws.cp;
+  sel.module = ws.cMod;
+  sel.procedure = ws.cPro;
+  sel.line = ws.cLine;
+  sel.tab = ws.Active_tbsTab >= 1 && ws.Active_tbsTab <= 7 ? static_cast<Tab>(ws.Active_tbsTab)
+                                                            : Tab::Procedures;
+  sel.measure = MeasureFromIndex(ws.DisplayInfoType);
+  return sel;
+}
+
 }  // namespace zol

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
@@ -23,5 +24,10 @@ struct GridSelection {
 // The selection of the Workspace: cs, cp, cMod, cPro, DisplayInfoType, and the
 // group of a group's merged session.
 GridSelection GridSelectionOf(const Workspace& ws);
+
+// The selection of the Workspace as a value: the session as a typed reference
+// (single, merged, compared, compared groups, or a group's merged session),
+// with module, procedure, line, page and measure.
+Selection SelectionOf(const Workspace& ws);
 
 }  // namespace zol
