@@ -164,7 +164,7 @@ std::string SvgCanvas::Document() const {
          std::to_string(Width()) + "\" height=\"" + std::to_string(Height()) + "\" viewBox=\"0 0 " +
          std::to_string(Width()) + " " + std::to_string(Height()) +
          "\" font-family=\"Arial, 'Liberation Sans', Helvetica, sans-serif\" "
-         "xml:space=\"preserve\">\n" +
+         "xml:space=\"preserve\" style=\"white-space:pre\">\n" +
          body_ + "</svg>\n";
 }
 

@@ -37,7 +37,7 @@ CommandLine ParseCommandLine(const QApplication& app) {
   parser.addPositionalArgument("files", "Session files (.pfl, .pfd) to load and tick");
   QCommandLineOption select("select", "Tree node to show once loaded (S1M2P3, MERGE, COMPARE)",
                             "key");
-  QCommandLineOption tab("tab", "Scope tab to show: 1 Projects ... 5 Source", "n");
+  QCommandLineOption tab("tab", "Scope tab to show: 1 Projects ... 5 Source, 6 Flow", "n");
   QCommandLineOption shots("screenshot", "Save one PNG per tab into the folder, then end",
                            "folder");
   QCommandLineOption size("size", "Window size for the screenshots, WxH", "size", "1400x900");

@@ -9,8 +9,8 @@
 //                    [--screenshot DIR [--size WxH]]
 //
 // FILE: session files entered and ticked; --select: the tree node to show
-// ("S1M2P3", "MERGE", "COMPARE"); --tab: the scope tab (1 Projects to 5
-// Source); --screenshot: saves one PNG per tab into DIR and ends.
+// ("S1M2P3", "MERGE", "COMPARE"); --tab: the scope tab (1 Projects to 6
+// Flow); --screenshot: saves one PNG per tab into DIR and ends.
 
 namespace zol {
 

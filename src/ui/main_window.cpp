@@ -33,6 +33,7 @@
 #include "catalogue/session_catalogue.h"
 #include "catalogue/timing_filters.h"
 #include "compare/save_merged.h"
+#include "flow/flow_options.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
 #include "project/project_info.h"
@@ -40,6 +41,7 @@
 #include "source_view/html_options.h"
 #include "source_view/timing_colours.h"
 #include "ui/busy_scope.h"
+#include "ui/flow_pane.h"
 #include "ui/grid_page.h"
 #include "ui/grid_view.h"
 #include "ui/gui_prompter.h"
@@ -60,9 +62,10 @@ namespace zol {
 namespace {
 
 constexpr const char* kSection = "Profiler";
-constexpr const char* kTabNames[kTabCount] = {"Projects", "Modules", "Procedures", "Lines",
-                                              "Source"};
-constexpr const char* kTabIcons[kTabCount] = {"SESSION", "TYPE1", "PROC2", "TYPE9", "TYPE5"};
+constexpr const char* kTabNames[kTabCount] = {"Projects", "Modules", "Procedures",
+                                              "Lines",    "Source",  "Flow"};
+constexpr const char* kTabIcons[kTabCount] = {"SESSION", "TYPE1", "PROC2",
+                                              "TYPE9",   "TYPE5", "GRAPHMORE"};
 
 // The instrumenter of the suite, when it is installed beside this program or
 // on the path.
@@ -128,10 +131,8 @@ void MainWindow::BuildWidgets() {
   mnuPopup_->setObjectName("mnuPopup");
   mnuPopup_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(5); })
       ->setObjectName("mnuPopupSource");
-  QAction* flow = mnuPopup_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"));
-  flow->setObjectName("mnuPopupFlow");
-  flow->setEnabled(false);
-  flow->setToolTip(tr("The flow chart is not part of this version"));
+  mnuPopup_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(6); })
+      ->setObjectName("mnuPopupFlow");
 }
 
 QWidget* MainWindow::BuildLeftPane() {
@@ -160,8 +161,10 @@ QWidget* MainWindow::BuildRightPane() {
   pages_ = new QStackedWidget(right);
   gridPage_ = new GridPage(pages_);
   sourcePane_ = new SourcePane(pages_);
+  flowPane_ = new FlowPane(pages_);
   pages_->addWidget(gridPage_);
   pages_->addWidget(sourcePane_);
+  pages_->addWidget(flowPane_);
   layout->addWidget(title_);
   layout->addWidget(tabs_);
   layout->addWidget(pages_, 1);
@@ -237,6 +240,9 @@ void MainWindow::ConnectWidgets() {
   };
   connect(sourcePane_, &SourcePane::optionsChanged, this, &MainWindow::OnSourceOptionsChanged);
   connect(sourcePane_, &SourcePane::fontChanged, this, &MainWindow::OnSourceFontChanged);
+  connect(flowPane_, &FlowPane::optionsChanged, this, &MainWindow::OnFlowOptionsChanged);
+  connect(flowPane_, &FlowPane::nodeClicked, this,
+          [this](int procedure) { OnFlowNodeClicked(procedure); });
 
   connect(cVS_, &QSplitter::splitterMoved, this, [this] {
     const QList<int> s = cVS_->sizes();
@@ -310,6 +316,7 @@ void MainWindow::LoadOptions() {
   ws_.DefaultPlan = options_.DefaultPlan;
   LoadColors(ws_, false, ini);
   LoadOptionsHtml(ws_, ini);
+  flowPane_->SetOptions(LoadFlowOptions(ini));
   gridPage_->SetGraphOptions(LoadGraphOptions(ini));
   gridPage_->SetGraphRatio(options_.Y_ratio_Graph);
 }
@@ -362,6 +369,7 @@ void MainWindow::SaveOptions() {
   try {
     SaveWindowOptions(options_, ini);
     SaveGraphOptions(gridPage_->graphOptions(), ini);
+    SaveFlowOptions(flowPane_->Options(), ini);
   } catch (const std::exception& e) {
     ws_.prompter().ShowMessage(std::string("The settings could not be saved: ") + e.what(),
                                MessageKind::Exclamation);

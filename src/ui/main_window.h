@@ -33,6 +33,7 @@ class QMenu;
 
 namespace zol {
 
+class FlowPane;
 class GridPage;
 class GuiPrompter;
 class MainToolbar;
@@ -44,15 +45,15 @@ class StatusArea;
 class TitleStripWidget;
 
 // The scope tabs this window has: Projects, Modules, Procedures, Lines,
-// Source.
-inline constexpr int kTabCount = 5;
+// Source, Flow.
+inline constexpr int kTabCount = 6;
 
 struct StartOptions {
   // Session files of the command line: entered and ticked.
   std::vector<std::string> files;
   // A tree node to select once they are loaded ("S1M2P3", "COMPARE").
   std::string selectKey;
-  // A scope tab to show at start, 1 to 5 (0: the one of the settings).
+  // A scope tab to show at start, 1 to 6 (0: the one of the settings).
   int tab = 0;
   // The command line held "noshow": the window starts minimised.
   bool minimised = false;
@@ -77,6 +78,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   QTabBar* tbsScope() const { return tabs_; }
   GridPage* picValues() const { return gridPage_; }
   SourcePane* picCode() const { return sourcePane_; }
+  FlowPane* picFlow() const { return flowPane_; }
   TitleStripWidget* Title() const { return title_; }
   StatusArea* picStatus() const { return status_; }
   const std::string& LastDisplay() const { return tbsScope_Click_LastDisplay_; }
@@ -84,7 +86,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   // The central dispatcher: shows the page of the selected tab and has it
   // draw the selection.
   void tbsScope_Click();
-  // Selects scope tab `tab` (1 to 5), which draws its page.
+  // Selects scope tab `tab` (1 to 6), which draws its page.
   void SelectScopeTab(int tab);
   // A click on the tree node `key`, as the user makes it.
   void ClickTreeNode(const std::string& key);
@@ -172,6 +174,11 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void rchCode_UpdateView(std::int32_t tSession, std::int32_t tModule, std::int32_t tProcedure,
                           std::int32_t tLine);
   void UpdateTitle();
+  // Draws the call graph around the selection on the Flow page; a procedure
+  // chosen there becomes the selected one.
+  void Flow_UpdateView();
+  void OnFlowNodeClicked(std::int32_t procedure);
+  void OnFlowOptionsChanged();
   void ClearViews();
   void ShowPopupMenu();
   void ViewIn(int tab);
@@ -215,6 +222,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   QStackedWidget* pages_ = nullptr;
   GridPage* gridPage_ = nullptr;
   SourcePane* sourcePane_ = nullptr;
+  FlowPane* flowPane_ = nullptr;
   TitleStripWidget* title_ = nullptr;
   StatusArea* status_ = nullptr;
   QSplitter* cVS_ = nullptr;  // left pane | pages

@@ -18,13 +18,17 @@
 #include "base/ini_file.h"
 #include "base/temp_files.h"
 #include "base/text.h"
+#include "flow/flow_graph.h"
+#include "flow/flow_options.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_click.h"
 #include "grid/grid_export.h"
+#include "grid/grid_selection.h"
 #include "source_view/font_metrics.h"
 #include "source_view/html_options.h"
 #include "source_view/source_links.h"
 #include "ui/busy_scope.h"
+#include "ui/flow_pane.h"
 #include "ui/grid_page.h"
 #include "ui/grid_view.h"
 #include "ui/gui_prompter.h"
@@ -81,7 +85,9 @@ void MainWindow::tbsScope_Click() {
   }
   const int tab = tabs_->currentIndex() + 1;
   ws_.Active_tbsTab = tab;
-  pages_->setCurrentWidget(tab == 5 ? static_cast<QWidget*>(sourcePane_) : gridPage_);
+  pages_->setCurrentWidget(tab == 5   ? static_cast<QWidget*>(sourcePane_)
+                           : tab == 6 ? static_cast<QWidget*>(flowPane_)
+                                      : gridPage_);
   helpTopic_ = HelpTopic(tab);
   sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
 
@@ -100,6 +106,8 @@ void MainWindow::tbsScope_Click() {
     if (tab == 5) {
       rchCode_UpdateView(ws_.cs, ws_.cMod, ws_.cPro, ws_.cLine);
       ws_.cLine = 0;
+    } else if (tab == 6) {
+      Flow_UpdateView();
     } else {
       ShowGridTab(tab);
     }
@@ -319,6 +327,53 @@ void MainWindow::OnSourceFontChanged(const QString& family, int size) {
   }
   if (!sourcePane_->Browser()->PageFile().empty() && FileExist(ws_.HtmlFile)) {
     RunGuarded(this, [this] { UpdateHtml(ws_, *sourcePane_->Browser()); });
+  }
+}
+
+// --- Flow ---
+
+void MainWindow::Flow_UpdateView() {
+  UpdateTitle();
+  const FlowOptions options = flowPane_->Options();
+  const Selection sel = SelectionOf(ws_);
+  FlowGraph graph = BuildFlowGraph(ws_, sel, options.Depths());
+  if (!graph.Message.empty()) {
+    flowPane_->ShowNotice(FlowNoticeText(graph.Message));
+    return;
+  }
+  if (!graph.HasChart()) {
+    // A module without calls shows nothing.
+    flowPane_->ShowNotice("");
+    return;
+  }
+  // The procedure the chart is about becomes the selected one.
+  ws_.cMod = graph.Module;
+  ws_.cPro = graph.Procedure;
+  UpdateTitle();
+  flowPane_->ShowChart(ws_, std::move(graph), sel.measure);
+}
+
+void MainWindow::OnFlowNodeClicked(std::int32_t procedure) {
+  if (Busy() || !ws_.Project.InRange(ws_.cp)) return;
+  const Project& project = ws_.Project(ws_.cp);
+  if (!project.Procedure.InRange(procedure)) return;
+  RunGuarded(this, [&] {
+    ws_.cMod = project.Procedure(procedure).BelongToModule;
+    ws_.cPro = procedure;
+    MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
+    ws_.cLine = 0;
+    SelectScopeTab(6);
+  });
+}
+
+void MainWindow::OnFlowOptionsChanged() {
+  try {
+    SaveFlowOptions(flowPane_->Options(), GetIniFile(ws_.appFolder));
+  } catch (const std::exception&) {
+    // The chart still follows the choice; only the settings file missed it.
+  }
+  if (ws_.Active_tbsTab == 6 && !tree_.Nodes().SelectedKey().empty() && !Busy()) {
+    RunGuarded(this, [this] { Flow_UpdateView(); });
   }
 }
 

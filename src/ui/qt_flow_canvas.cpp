@@ -7,7 +7,6 @@
 #include <QPolygonF>
 #include <cmath>
 #include <cstdlib>
-#include <memory>
 
 #include "flow/arial_metrics.h"
 #include "flow/flow_chart.h"
@@ -133,7 +132,6 @@ void QtFlowCanvas::PaintTextLine(std::string_view line, double x, double top) {
 
 bool WriteFlowPng(const Workspace& ws, FlowGraph& graph, const FlowOptions& options,
                   Measure measure, const std::string& file, std::string* error) {
-  static std::unique_ptr<QGuiApplication> app;
   if (!QCoreApplication::instance()) {
     if (std::getenv("DISPLAY") == nullptr && std::getenv("WAYLAND_DISPLAY") == nullptr &&
         std::getenv("QT_QPA_PLATFORM") == nullptr) {
@@ -142,7 +140,9 @@ bool WriteFlowPng(const Workspace& ws, FlowGraph& graph, const FlowOptions& opti
     static int argc = 1;
     static char name[] = "zolprof";
     static char* argv[] = {name, nullptr};
-    app = std::make_unique<QGuiApplication>(argc, argv);
+    // Kept to the end of the process: cached icons and fonts die after it.
+    static QGuiApplication* app = new QGuiApplication(argc, argv);
+    (void)app;
   }
   InstallFontSubstitutions();
   QtFlowTextMetrics metrics;
