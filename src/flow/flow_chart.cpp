@@ -204,8 +204,7 @@ class ChartPainter {
     canvas_.SetFontSize(layout_.SmallFontHeight);
     canvas_.SetFontBold(false);
     canvas_.DrawText(ValueLine(session_.ProcedureValue(n.Procedure), measure_), n.x + 2, n.Y,
-                     n.x + n.w - 1, n.Y + n.h,
-                     kTextBottom | kTextSingleLine | kTextEndEllipsis);
+                     n.x + n.w - 1, n.Y + n.h, kTextBottom | kTextSingleLine | kTextEndEllipsis);
 
     if (n.OtherHits != 0) {
       const int x = n.Depth == layout_.MinDepth ? n.x - 20 : n.x + n.w + 7;

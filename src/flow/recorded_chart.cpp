@@ -67,6 +67,18 @@ void RecordingCanvas::PaintTextLine(std::string_view line, double x, double top)
   ops_.push_back(std::move(op));
 }
 
+CanvasRect RecordingCanvas::Extent() const {
+  if (ops_.empty()) return {};
+  CanvasRect e = ops_.front().bounds;
+  for (const Op& op : ops_) {
+    e.left = std::min(e.left, op.bounds.left);
+    e.top = std::min(e.top, op.bounds.top);
+    e.right = std::max(e.right, op.bounds.right);
+    e.bottom = std::max(e.bottom, op.bounds.bottom);
+  }
+  return e;
+}
+
 void RecordingCanvas::Replay(FlowCanvas& target, const CanvasRect& region) const {
   for (const Op& op : ops_) {
     if (!op.bounds.Meets(region)) continue;

@@ -36,14 +36,6 @@ class RecordingCanvas : public FlowCanvas {
   void DrawImage(std::string_view key, int x, int y) override;
   void FillImageInside(std::string_view key, int x, int y, PackedColour colour) override;
 
-  // Paints the operations that meet `region` onto `target`, in their order.
-  void Replay(FlowCanvas& target, const CanvasRect& region) const;
-  std::size_t OperationCount() const { return ops_.size(); }
-
- protected:
-  void PaintTextLine(std::string_view line, double x, double top) override;
-
- private:
   enum class Kind { Fill, Outline, Polyline, Image, ImageFill, Text };
   struct Op {
     Op(Kind k, CanvasRect b) : kind(k), bounds(b) {}
@@ -57,6 +49,16 @@ class RecordingCanvas : public FlowCanvas {
     std::vector<CanvasPoint> points;
   };
 
+  // Paints the operations that meet `region` onto `target`, in their order.
+  void Replay(FlowCanvas& target, const CanvasRect& region) const;
+  const std::vector<Op>& Operations() const { return ops_; }
+  // The smallest rectangle that holds every operation.
+  CanvasRect Extent() const;
+
+ protected:
+  void PaintTextLine(std::string_view line, double x, double top) override;
+
+ private:
   std::vector<Op> ops_;
 };
 

@@ -1,0 +1,125 @@
+// The Flow tab on the demo sessions: reached from the grids' menu, a click on
+// a node moves the chart to that procedure, the option strip redraws and is
+// kept in the settings, and selections without one session say why.
+
+#include "ui/flow_pane.h"
+
+#include <gtest/gtest.h>
+
+#include <QComboBox>
+#include <QLabel>
+#include <QMenu>
+#include <QTabBar>
+#include <QTest>
+
+#include "base/app_paths.h"
+#include "base/ini_file.h"
+#include "ui/grid_page.h"
+#include "ui/grid_view.h"
+#include "ui/title_strip_widget.h"
+#include "ui/ui_test_support.h"
+
+namespace zol {
+namespace {
+
+using testing::DemoWindow;
+using testing::WaitFor;
+
+int ActiveTab(const DemoWindow& w) {
+  return w.window->tbsScope()->currentIndex() + 1;
+}
+
+std::int32_t ProcedureNamed(const Workspace& ws, const std::string& name) {
+  const Project& p = ws.Project(ws.cp);
+  for (std::int32_t i = 1; i <= p.ProceduresNumber; ++i)
+    if (p.Procedure(i).Name == name) return i;
+  return 0;
+}
+
+TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
+  DemoWindow w({"Monday.pfl"}, "S1M5");
+  w.window->SelectScopeTab(3);
+  GridView* grid = w.window->picValues()->Grid();
+  const Table& t = grid->table();
+  int row = 0;
+  for (int r = 1; r <= t.RowCount(); ++r)
+    if (t.RowAt(r).Text(t.FindColumn("Procedure")) == "AsText") row = r;
+  ASSERT_GT(row, 0);
+  grid->scrollTo(grid->model()->index(row - 1, 1));
+  QTest::mouseClick(grid->viewport(), Qt::RightButton, {},
+                    grid->visualRect(grid->model()->index(row - 1, 1)).center());
+  auto* menu = w.window->findChild<QMenu*>("mnuPopup");
+  ASSERT_TRUE(WaitFor([&] { return menu->isVisible(); }));
+  QAction* flow = menu->findChild<QAction*>("mnuPopupFlow");
+  ASSERT_NE(flow, nullptr);
+  EXPECT_EQ(flow->text(), "View in Flow");
+  EXPECT_TRUE(flow->isEnabled());
+  menu->close();
+  flow->trigger();
+
+  EXPECT_EQ(ActiveTab(w), 6);
+  FlowPane* pane = w.window->picFlow();
+  const std::int32_t asText = ProcedureNamed(*w.ws, "AsText");
+  ASSERT_TRUE(pane->ShowsChart());
+  const FlowGraph& graph = pane->Chart()->Graph();
+  EXPECT_EQ(graph.Procedure, asText);
+  EXPECT_EQ(w.ws->cPro, asText);
+  EXPECT_EQ(pane->Chart()->width(), pane->Chart()->Layout().Width);
+  // The selected procedure is in view.
+  const QRect selected = pane->Chart()->SelectedNodeRect();
+  const QRect seen(-pane->Chart()->pos(), pane->ScrollArea()->viewport()->size());
+  EXPECT_TRUE(seen.intersects(selected));
+
+  // A click on a callee's node makes it the chart's procedure.
+  std::int32_t callee = 0;
+  QPoint where;
+  for (const FlowNode& n : graph.Nodes) {
+    if (n.Depth == 1) {
+      callee = n.Procedure;
+      where = QRect(n.x, n.Y, n.w, n.h).center();
+      break;
+    }
+  }
+  ASSERT_NE(callee, 0);
+  QTest::mouseClick(pane->Chart(), Qt::LeftButton, {}, where);
+  ASSERT_TRUE(WaitFor([&] { return pane->Chart()->Graph().Procedure == callee; }));
+  EXPECT_EQ(w.ws->cPro, callee);
+  EXPECT_EQ(w.window->Title()->Texts()[3].toStdString(),
+            w.ws->Project(w.ws->cp).Procedure(callee).Name);
+  EXPECT_EQ(pane->Chart()->Graph().Nodes(1).key, "D0P" + std::to_string(callee));
+}
+
+TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
+  DemoWindow w({"Monday.pfl"}, "S1");
+  w.window->SelectScopeTab(6);
+  FlowPane* pane = w.window->picFlow();
+  ASSERT_TRUE(pane->ShowsChart());
+  auto* left = pane->findChild<QComboBox*>("cboCallDepth0");
+  ASSERT_NE(left, nullptr);
+  EXPECT_EQ(left->itemText(0), "A: Automatic");
+  left->setCurrentIndex(1);
+  EXPECT_EQ(pane->Chart()->Graph().MinDepth, -1);
+  for (const FlowNode& n : pane->Chart()->Graph().Nodes) EXPECT_GE(n.Depth, -1);
+  const std::string ini = GetIniFile(w.ws->appFolder);
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "CallDepth0", "", ini), "1");
+
+  auto* scheme = pane->findChild<QComboBox*>("cboColorSchemeFlow");
+  scheme->setCurrentIndex(0);
+  EXPECT_EQ(pane->Chart()->Layout().DrawWidth, 1);
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "ColorSchemeFlow", "", ini), "1");
+}
+
+TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
+  DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
+  w.window->SelectScopeTab(6);
+  FlowPane* pane = w.window->picFlow();
+  EXPECT_FALSE(pane->ShowsChart());
+  auto* notice = pane->findChild<QLabel*>("lblFlowNotice");
+  ASSERT_NE(notice, nullptr);
+  EXPECT_TRUE(notice->isVisibleTo(pane));
+  EXPECT_EQ(notice->text().toStdString(),
+            "\n    Unavailable (compared sessions)\n\n    Please click the Procedures tab");
+}
+
+}  // namespace
+}  // namespace zol
