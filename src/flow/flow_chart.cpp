@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "base/numbers.h"
@@ -127,7 +128,9 @@ class ChartPainter {
         canvas_(canvas),
         layout_(layout),
         session_(ws.Session(graph.Session)),
-        project_(ws.Project(session_.Project)) {}
+        project_(ws.Project(session_.Project)) {
+    for (std::int32_t i = 1; i <= graph_.nNodes(); ++i) nodeIndex_.emplace(graph_.Nodes(i).key, i);
+  }
 
   void Paint() {
     canvas_.SetSize(layout_.Width, layout_.Height);
@@ -147,10 +150,18 @@ class ChartPainter {
  private:
   bool Coloured() const { return options_.ColorSchemeFlow != kColorNone; }
 
+  std::int32_t GetNode(const std::string& key) const {
+    const auto it = nodeIndex_.find(key);
+    return it == nodeIndex_.end() ? 0 : it->second;
+  }
+
   void PaintSelfCalls(const FlowNode& n) {
     for (const FlowLink& link : graph_.Links) {
-      const std::int32_t from = graph_.GetNode(link.FromNode);
-      const std::int32_t to = graph_.GetNode(link.ToNode);
+      // Only a link from a node to itself joins two nodes of one procedure
+      // (the walks skip self calls): the cheap test first.
+      if (link.FromNode != link.ToNode) continue;
+      const std::int32_t from = GetNode(link.FromNode);
+      const std::int32_t to = GetNode(link.ToNode);
       if (from == 0 || to == 0 || graph_.Nodes(from).Procedure != n.Procedure ||
           graph_.Nodes(to).Procedure != n.Procedure) {
         continue;
@@ -232,8 +243,8 @@ class ChartPainter {
   }
 
   void PaintLink(const FlowLink& link) {
-    const std::int32_t fn = graph_.GetNode(link.FromNode);
-    const std::int32_t tn = graph_.GetNode(link.ToNode);
+    const std::int32_t fn = GetNode(link.FromNode);
+    const std::int32_t tn = GetNode(link.ToNode);
     if (fn == 0 || tn == 0) return;
     const PackedColour colour =
         ValueColour(ws_, measure_, options_.ColorSchemeFlow, link.NumericValue);
@@ -299,6 +310,7 @@ class ChartPainter {
   const ChartLayout& layout_;
   const zol::Session& session_;
   const zol::Project& project_;
+  std::unordered_map<std::string, std::int32_t> nodeIndex_;
 };
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "flow/flow_graph.h"
 
+#include <unordered_map>
 #include <vector>
 
 #include "base/vb_format.h"
@@ -66,7 +67,7 @@ class GraphBuilder {
 
   std::int32_t AddNode(std::int32_t procedure, std::int32_t depth) {
     const std::string key = NodeKey(depth, procedure);
-    std::int32_t index = graph_.GetNode(key);
+    std::int32_t& index = nodeIndex_[key];
     if (index == 0) {
       index = graph_.nNodes() + 1;
       graph_.Nodes.ReDimPreserve(index);
@@ -99,13 +100,7 @@ class GraphBuilder {
 
   std::int32_t AddLink(const std::string& from, const std::string& to, std::int32_t depth) {
     const std::string key = LinkKey(depth, from, to);
-    std::int32_t index = 0;
-    for (std::int32_t i = 1; i <= graph_.nLinks(); ++i) {
-      if (graph_.Links(i).key == key) {
-        index = i;
-        break;
-      }
-    }
+    std::int32_t& index = linkIndex_[key];
     if (index == 0) {
       index = graph_.nLinks() + 1;
       graph_.Links.ReDimPreserve(index);
@@ -225,6 +220,10 @@ class GraphBuilder {
   const zol::Project& project_;
   Measure measure_;
   FlowGraph& graph_;
+  // Keys to indices: the walk looks a node or link up at every pair it
+  // follows, and a recursive chart holds thousands of them.
+  std::unordered_map<std::string, std::int32_t> nodeIndex_;
+  std::unordered_map<std::string, std::int32_t> linkIndex_;
 };
 
 }  // namespace
