@@ -1,4 +1,4 @@
-// bench_flow_chart [ROUNDS]: the call graph, layout and drawing of a chart of
+// bench_flow_chart [ROUNDS [FOLDER]]: the call graph, layout and drawing of a chart of
 // about a thousand nodes, and the repaint of one window-sized region of it
 // as a scroll does.
 //
@@ -7,12 +7,17 @@
 // recursion to the automatic depth of 99 with five nodes per column (991
 // nodes, about 4,000 links). 2,000 further pairs among other procedures make
 // the walks scan a pair list of realistic length.
+//
+// With FOLDER the charts are also written there to be looked at: the whole
+// one (recursive.svg) and one limited to three columns a side
+// (recursive-3.svg, and .png files when Qt is there).
 
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
 
+#include "base/files.h"
 #include "flow/flow_chart.h"
 #include "flow/flow_graph.h"
 #include "flow/recorded_chart.h"
@@ -166,5 +171,22 @@ int main(int argc, char** argv) {
 #if FLOW_BENCH_QT
   std::printf("repaint of a 1200 x 700 view:  %8.2f ms\n", replayMs / rounds);
 #endif
+  if (argc > 2) {
+    const std::string folder = argv[2];
+    for (const zol::CallDepths depths : {zol::CallDepths{}, zol::CallDepths{3, 3}}) {
+      const std::string name = folder + "/recursive" + (depths.callers == 0 ? std::string() : "-3");
+      zol::FlowOptions o = options;
+      o.CallDepth = {depths.callers, depths.callees};
+      zol::FlowGraph graph = zol::BuildFlowGraph(ws, sel, depths);
+      zol::SvgCanvas svg;
+      zol::DrawChart(ws, graph, o, sel.measure, svg);
+      zol::WriteFileAtomic(name + ".svg", svg.Document());
+#if FLOW_BENCH_QT
+      std::string error;
+      if (!zol::WriteFlowPng(ws, graph, o, sel.measure, name + ".png", &error))
+        std::fprintf(stderr, "%s.png: %s\n", name.c_str(), error.c_str());
+#endif
+    }
+  }
   return 0;
 }

@@ -36,6 +36,11 @@ std::string Escape(std::string_view cp1252) {
       case '"':
         out += "&quot;";
         break;
+      // Viewers collapse runs of spaces and drop those at the ends; the
+      // no-break space keeps each one with the same width.
+      case ' ':
+        out += "&#160;";
+        break;
       default:
         out += c;
     }
