@@ -24,9 +24,11 @@ constexpr std::int32_t kComparedGroupsSession = -9999;
 SessionRef SessionRefOf(const Workspace& ws) {
   if (ws.cs == kComparedGroupsSession) return SessionRef::comparedGroups();
   if (ws.cs < 0) return SessionRef::compared();
+  if (ws.cs == 0) return SessionRef::merged();
+  // A group's merged session, or (group 0) the merged selection of ticked
+  // groups: either lives in a slot of its own, which the reference keeps.
   const std::int32_t group = GetGroupMergedSession(ws, ws.cs);
-  if (group > 0) return SessionRef::group(group, ws.cs);
-  if (ws.cs == 0 || group == 0) return SessionRef::merged();
+  if (group >= 0) return SessionRef::group(group, ws.cs);
   return SessionRef::single(ws.cs);
 }
 }  // namespace
@@ -39,7 +41,7 @@ Selection SelectionOf(const Workspace& ws) {
   sel.procedure = ws.cPro;
   sel.line = ws.cLine;
   sel.tab = ws.Active_tbsTab >= 1 && ws.Active_tbsTab <= 7 ? static_cast<Tab>(ws.Active_tbsTab)
-                                                            : Tab::Procedures;
+                                                           : Tab::Procedures;
   sel.measure = MeasureFromIndex(ws.DisplayInfoType);
   return sel;
 }
