@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "flow/flow_fixture.h"
+#include "flow/flow_json.h"
 
 namespace zol {
 namespace {
@@ -238,6 +239,31 @@ TEST(FlowGraphValues, APairNamingAnUnknownProcedureIsRefusedWithItsNumber) {
   } catch (const FlowDataError& e) {
     EXPECT_STREQ(e.what(), "call pair 1 names procedure 9, beyond the 2 procedures of the session");
   }
+}
+
+}  // namespace
+}  // namespace zol
+
+namespace zol {
+namespace {
+
+TEST(FlowGraphJson, TheGraphIsWrittenInCreationOrderWithShortestDoubles) {
+  test::FlowSession f({1, 1});
+  f.Pair(1, 2, 2, 0.1);
+  const FlowGraph g = BuildFlowGraph(f.ws, f.Select(0, 0), {1, 1});
+  EXPECT_EQ(FlowGraphJson(g),
+            "{\"Module\":1,\"Procedure\":1,\"Message\":\"\",\"MinDepth\":-1,\"MaxDepth\":1,"
+            "\"Nodes\":[{\"key\":\"D0P1\",\"ProcNumber\":1,\"Depth\":0,\"SortValue\":0,"
+            "\"ProcedureValue\":0.01,\"OtherHits\":0,\"OtherTime\":0},"
+            "{\"key\":\"D1P2\",\"ProcNumber\":2,\"Depth\":1,\"SortValue\":0.1,"
+            "\"ProcedureValue\":0.02,\"OtherHits\":0,\"OtherTime\":0}],"
+            "\"Links\":[{\"key\":\"D1FD0P1TD1P2\",\"FromNode\":\"D0P1\",\"ToNode\":\"D1P2\","
+            "\"Depth\":1,\"Value\":\"2 calls\\r\\n0.100000s\",\"NumericValue\":0.1}]}");
+  Selection compared = f.Select(0, 0);
+  compared.session = SessionRef::compared();
+  EXPECT_EQ(FlowGraphJson(BuildFlowGraph(f.ws, compared, {})),
+            "{\"Module\":0,\"Procedure\":0,\"Message\":\"Unavailable (compared sessions)\","
+            "\"MinDepth\":0,\"MaxDepth\":0,\"Nodes\":[],\"Links\":[]}");
 }
 
 }  // namespace
