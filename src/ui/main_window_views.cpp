@@ -336,7 +336,18 @@ void MainWindow::Flow_UpdateView() {
   UpdateTitle();
   const FlowOptions options = flowPane_->Options();
   const Selection sel = SelectionOf(ws_);
-  FlowGraph graph = BuildFlowGraph(ws_, sel, options.Depths());
+  FlowGraph graph;
+  try {
+    graph = BuildFlowGraph(ws_, sel, options.Depths());
+  } catch (const FlowDataError& e) {
+    // A session file whose call pairs don't fit its project: said on the
+    // page, the rest of the window goes on.
+    const std::int32_t slot = sel.session.sessionIndex();
+    const std::string file =
+        ws_.Session.InRange(slot) ? ws_.Session(slot).SessionFile : std::string();
+    flowPane_->ShowNotice("\r\n    " + file + ": " + e.what());
+    return;
+  }
   if (!graph.Message.empty()) {
     flowPane_->ShowNotice(FlowNoticeText(graph.Message));
     return;

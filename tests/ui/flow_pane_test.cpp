@@ -121,5 +121,15 @@ TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
             "\n    Unavailable (compared sessions)\n\n    Please click the Procedures tab");
 }
 
+TEST(FlowTab, CallPairsThatDoNotFitTheProjectAreNamedOnThePage) {
+  DemoWindow w({"Monday.pfl"}, "S1");
+  w.ws->Session(1).FlowPair(1).ToProc = 999;
+  w.window->SelectScopeTab(6);
+  FlowPane* pane = w.window->picFlow();
+  EXPECT_FALSE(pane->ShowsChart());
+  const std::string text = pane->findChild<QLabel*>("lblFlowNotice")->text().toStdString();
+  EXPECT_NE(text.find("Monday.pfd: call pair 1 names procedure 999"), std::string::npos) << text;
+}
+
 }  // namespace
 }  // namespace zol
