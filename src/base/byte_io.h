@@ -21,8 +21,10 @@ class TruncatedData : public std::runtime_error {
 
 class ByteWriter {
  public:
+  void U8(std::uint8_t v) { Put(v, 1); }
   void I16(std::int16_t v) { Put(static_cast<std::uint16_t>(v), 2); }
   void I32(std::int32_t v) { Put(static_cast<std::uint32_t>(v), 4); }
+  void I64(std::int64_t v) { Put(static_cast<std::uint64_t>(v), 8); }
   void F32(float v) { Put(std::bit_cast<std::uint32_t>(v), 4); }
   void F64(double v) { Put(std::bit_cast<std::uint64_t>(v), 8); }
   void Bytes(std::string_view b) { out_.append(b); }
@@ -47,8 +49,10 @@ class ByteReader {
  public:
   explicit ByteReader(std::string_view data) : data_(data) {}
 
+  std::uint8_t U8() { return static_cast<std::uint8_t>(Get(1)); }
   std::int16_t I16() { return static_cast<std::int16_t>(Get(2)); }
   std::int32_t I32() { return static_cast<std::int32_t>(Get(4)); }
+  std::int64_t I64() { return static_cast<std::int64_t>(Get(8)); }
   float F32() { return std::bit_cast<float>(static_cast<std::uint32_t>(Get(4))); }
   double F64() { return std::bit_cast<double>(Get(8)); }
   std::string_view Bytes(std::size_t n) {
