@@ -13,6 +13,7 @@
 
 #include <condition_variable>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <mutex>
 #include <string>
@@ -107,6 +108,11 @@ bool Play(const ThreadJob& job, const Settings& settings, Turnstile& turn) {
   return zolprobe_thread_end() == 0;
 }
 
+// The registration names files by their full paths.
+std::string Absolute(const std::string& path) {
+  return std::filesystem::absolute(path).string();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -119,7 +125,7 @@ int main(int argc, char** argv) {
       if (args[i] == "--socket" && hasValue) {
         zolprobe_set_socket(args[++i].c_str());
       } else if (args[i] == "--vbg" && hasValue) {
-        settings.vbg = args[++i];
+        settings.vbg = Absolute(args[++i]);
       } else if (args[i] == "--probes" && hasValue) {
         settings.probes = std::stoll(args[++i]);
       } else if (args[i] == "--seed" && hasValue) {
@@ -130,9 +136,10 @@ int main(int argc, char** argv) {
         const std::size_t colon = args[i].rfind(':');
         if (colon != std::string::npos && colon + 1 < args[i].size() &&
             args[i].find_first_not_of("0123456789", colon + 1) == std::string::npos) {
-          projects.emplace_back(args[i].substr(0, colon), std::stoi(args[i].substr(colon + 1)));
+          projects.emplace_back(Absolute(args[i].substr(0, colon)),
+                                std::stoi(args[i].substr(colon + 1)));
         } else {
-          projects.emplace_back(args[i], 1);
+          projects.emplace_back(Absolute(args[i]), 1);
         }
       }
     }

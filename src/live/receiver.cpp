@@ -46,6 +46,7 @@ struct LiveReceiver::Connection {
   std::vector<unsigned char> in;
   std::size_t inStart = 0;
   std::string out;
+  bool watchingWrites = false;
 };
 
 std::string DefaultSocketFolder() {
@@ -68,7 +69,7 @@ std::string DefaultSocketFolder() {
 }
 
 LiveReceiver::LiveReceiver(EventStore& store, ReceiverOptions options)
-    : store_(store), options_(std::move(options)) {}
+    : store_(store), options_(std::move(options)), readBuffer_(kReadChunk) {}
 
 LiveReceiver::~LiveReceiver() {
   Close();
@@ -230,10 +231,15 @@ bool LiveReceiver::Flush(Connection& c) {
     if (n < 0 && errno == EINTR) continue;
     return false;  // the peer is gone
   }
-  epoll_event ev{};
-  ev.events = EPOLLIN | EPOLLRDHUP | (c.out.empty() ? 0u : static_cast<std::uint32_t>(EPOLLOUT));
-  ev.data.fd = c.fd;
-  ::epoll_ctl(epollFd_, EPOLL_CTL_MOD, c.fd, &ev);
+  // Writes are watched only while answers wait: no system call per message.
+  const bool watch = !c.out.empty();
+  if (watch != c.watchingWrites) {
+    epoll_event ev{};
+    ev.events = EPOLLIN | EPOLLRDHUP | (watch ? static_cast<std::uint32_t>(EPOLLOUT) : 0u);
+    ev.data.fd = c.fd;
+    ::epoll_ctl(epollFd_, EPOLL_CTL_MOD, c.fd, &ev);
+    c.watchingWrites = watch;
+  }
   return true;
 }
 
@@ -284,10 +290,8 @@ void LiveReceiver::Serve(int fd) {
       c.in.erase(c.in.begin(), c.in.begin() + static_cast<std::ptrdiff_t>(c.inStart));
       c.inStart = 0;
     }
-    const std::size_t old = c.in.size();
-    c.in.resize(old + kReadChunk);
-    const ssize_t n = ::recv(fd, c.in.data() + old, kReadChunk, MSG_DONTWAIT);
-    c.in.resize(old + static_cast<std::size_t>(n > 0 ? n : 0));
+    const ssize_t n = ::recv(fd, readBuffer_.data(), readBuffer_.size(), MSG_DONTWAIT);
+    if (n > 0) c.in.insert(c.in.end(), readBuffer_.begin(), readBuffer_.begin() + n);
     if (n == 0) {
       ended = true;
       break;
@@ -303,6 +307,8 @@ void LiveReceiver::Serve(int fd) {
       Drop(fd, fault);
       return;
     }
+    // A short read took all there was: no need to ask again.
+    if (static_cast<std::size_t>(n) < readBuffer_.size()) break;
   }
   if (!Flush(c)) {
     Drop(fd, "");

@@ -113,6 +113,7 @@ class LiveReceiver {
   // The connection each thread registered through (by ProfilerID).
   std::map<std::int32_t, std::uint64_t> threadConnection_;
   std::vector<std::string> closedForFaults_;
+  std::vector<unsigned char> readBuffer_;
 };
 
 }  // namespace zol
