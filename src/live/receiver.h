@@ -81,6 +81,9 @@ class LiveReceiver {
   bool EndActiveThreads();
 
   const std::string& socketPath() const { return socketPath_; }
+  // A descriptor that becomes readable whenever Poll() has work: for a
+  // window's own event loop to watch. -1 while closed.
+  int pollFd() const { return epollFd_; }
   // Status lines of connections closed for bad input, in order.
   const std::vector<std::string>& closedForFaults() const { return closedForFaults_; }
   // Called with every status line (the store's and the receiver's own).

@@ -11,6 +11,7 @@
 #include "base/app_paths.h"
 #include "base/version.h"
 #include "project/project_info.h"
+#include "ui/live_window.h"
 #include "ui/main_window.h"
 #include "ui/qt_font_metrics.h"
 #include "ui/qt_text.h"
@@ -103,6 +104,12 @@ int RunProfiler(int argc, char** argv) {
     for (const QString& f : files) std::printf("%s\n", f.toLocal8Bit().constData());
     window->close();
     return files.isEmpty() ? 1 : 0;
+  }
+  // The receiver of live runs waits, hidden, for a program to register.
+  PaneLiveView liveView(*window);
+  LiveWindow live(ws, window.get(), liveView);
+  if (const std::string fault = live.Start(); !fault.empty()) {
+    std::fprintf(stderr, "Live runs can't be received: %s\n", fault.c_str());
   }
   if (cl.start.minimised) {
     window->showMinimized();
