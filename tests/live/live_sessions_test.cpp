@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "base/app_paths.h"
@@ -198,6 +199,34 @@ TEST_F(LiveSessionsTest, ARecordingComputesAgainToTheSameSessions) {
     EXPECT_EQ(live->Session(cs).FlowPair, replayed->Session(cs).FlowPair) << cs;
   }
 }
+
+#ifdef ZOLPROF_PATH
+// The command line computes a recording as the end of the run would, and
+// prints each file it wrote.
+TEST_F(LiveSessionsTest, ZolprofReplaysARecordingIntoItsFiles) {
+  EventStore store(clock_, 3);
+  testing::PlayRun(store, GroupPlans());
+  const std::string zle = dir_ / "run.zle";
+  SaveRecording(store, zle);
+  fs::create_directories(dir_ / "home");
+  const std::string out = dir_ / "out.txt";
+  const std::string command = "ZOLMARK_HOME='" + (dir_ / "home") + "' " + ZOLPROF_PATH +
+                              " live --replay '" + zle + "' > '" + out + "'";
+  ASSERT_EQ(std::system(command.c_str()), 0) << command;
+  const std::string pa = fs::path(a_.vbp).parent_path().string();
+  const std::string pb = fs::path(b_.vbp).parent_path().string();
+  EXPECT_EQ(LoadFile(out), pa + "/Main 1.pfd\n" + pa + "/Worker 1.pfd\n" + pb + "/Billing 1.pfd\n" +
+                               vbg_ + " 1.pfd\n");
+  const std::string bad = dir_ / "bad.zle";
+  WriteFile(bad, "ZOLEVT1");
+  EXPECT_NE(std::system(("ZOLMARK_HOME='" + (dir_ / "home") + "' " + ZOLPROF_PATH +
+                         " live --replay '" + bad + "' 2> '" + out + "'")
+                            .c_str()),
+            0);
+  EXPECT_NE(LoadFile(out).find("not a recording of a live run"), std::string::npos)
+      << LoadFile(out);
+}
+#endif
 
 TEST_F(LiveSessionsTest, BrokenRecordingsAreRefusedNamingTheFileAndTheFault) {
   EventStore store(clock_, 3);
