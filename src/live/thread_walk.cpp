@@ -20,6 +20,19 @@ namespace zol {
 
 namespace {
 
+// Counter arithmetic wraps instead of overflowing: a recording may hold any
+// values, and a damaged one must give wrong numbers, never undefined
+// behaviour. Live counters are far from the limits.
+std::int64_t Plus(std::int64_t a, std::int64_t b) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) + static_cast<std::uint64_t>(b));
+}
+std::int64_t Minus(std::int64_t a, std::int64_t b) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) - static_cast<std::uint64_t>(b));
+}
+std::int64_t Times(std::int64_t a, std::int64_t b) {
+  return static_cast<std::int64_t>(static_cast<std::uint64_t>(a) * static_cast<std::uint64_t>(b));
+}
+
 // Spans are added to sessions in the unit of the fixed-point values.
 double Units(std::int64_t raw) {
   return static_cast<double>(raw) / 10000.0;
@@ -133,7 +146,8 @@ class Walk {
 
   void CloseRunningLine(std::int64_t lTime) {
     if (CurrentLine <= 0) return;
-    const std::int64_t tTimeToAdd = lTime - CurrentLineStartTime - OverheadOf(CurrentThread);
+    const std::int64_t tTimeToAdd =
+        Minus(Minus(lTime, CurrentLineStartTime), OverheadOf(CurrentThread));
     Guard([&] {
       ws_.Session(CurrentLineSession).CodeLineValue(CurrentLine).TotalTime += Units(tTimeToAdd);
     });
@@ -161,8 +175,8 @@ class Walk {
   }
 
   void Fold(Frame& top, std::int32_t thread, std::int64_t lTime) {
-    top.TotalTime =
-        (lTime - top.EntryTime + top.TotalTime) - top.OverheadsNumber * OverheadOf(thread);
+    top.TotalTime = Minus(Plus(Minus(lTime, top.EntryTime), top.TotalTime),
+                          Times(top.OverheadsNumber, OverheadOf(thread)));
   }
 
   void Enter(std::int32_t thread, std::int32_t lProcID, std::int64_t lTime) {
@@ -231,15 +245,15 @@ class Walk {
   }
 
   void Overhead(std::int64_t lTime) {
-    const std::int64_t tTimeToAdd =
-        store_.QueryPerformanceCounterOverhead + store_.ProfileEvent(nRecord + 1).Time - lTime;
+    const std::int64_t tTimeToAdd = Minus(
+        Plus(store_.QueryPerformanceCounterOverhead, store_.ProfileEvent(nRecord + 1).Time), lTime);
     nRecord += 1;  // the end of the pair is not walked
     for (std::int32_t i = 1; i <= store_.nThread; ++i) {
       const Session& s = SessionOf(i);
       for (std::int32_t j = 1; j <= Depth(i); ++j) {
         Frame& f = Stack[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)];
         Guard([&] {
-          if (!IsCovered(s, f.ProcID)) f.EntryTime += tTimeToAdd;
+          if (!IsCovered(s, f.ProcID)) f.EntryTime = Plus(f.EntryTime, tTimeToAdd);
         });
       }
     }
