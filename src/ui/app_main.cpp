@@ -108,6 +108,8 @@ int RunProfiler(int argc, char** argv) {
   // The receiver of live runs waits, hidden, for a program to register.
   PaneLiveView liveView(*window);
   LiveWindow live(ws, window.get(), liveView);
+  QObject::connect(&live, &LiveWindow::acquiringChanged, window.get(),
+                   [w = window.get()](bool acquiring) { w->SetAutoLoadPaused(acquiring); });
   if (const std::string fault = live.Start(); !fault.empty()) {
     std::fprintf(stderr, "Live runs can't be received: %s\n", fault.c_str());
   }

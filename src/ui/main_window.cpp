@@ -607,4 +607,12 @@ void MainWindow::ApplyFilters() {
   AfterCatalogueChange();
 }
 
+void MainWindow::SetAutoLoadPaused(bool paused) {
+  if (paused) {
+    timLoadSession_.stop();
+  } else {
+    timLoadSession_.start();
+  }
+}
+
 }  // namespace zol

@@ -118,6 +118,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
 
   // Saves the settings (SaveOptions and the chart options).
   void SaveOptions();
+  // While a live run is received, session files left by other programs wait.
+  void SetAutoLoadPaused(bool paused);
 
   // --- SessionPane ---
   void CheckRow(Workspace& ws, const std::string& key) override;
