@@ -203,7 +203,15 @@ class ReportWriter {
   }
 
   SummaryContext Context(std::int32_t session) const {
-    return {session, o_.DataRequested, o_.TopItems, request_.measure};
+    return {session, o_.DataRequested, o_.TopItems, request_.measure, {}, {}, {}, {}};
+  }
+  SummaryContext Context(const ReportItem& item) const {
+    SummaryContext c = Context(item.session);
+    c.name = item.name;
+    c.dateTime = item.dateTime;
+    c.sessionFile = item.sessionFile;
+    c.projectFile = item.projectFile;
+    return c;
   }
 
   void SummaryPage(const ReportItem& item, std::int32_t n) {
@@ -220,7 +228,7 @@ class ReportWriter {
     if (!members.empty()) {
       HtmlWriteString(cc, "<H2 CLASS=\"sessionHead\">Group: " + title + "</H2>", 0);
     }
-    cc.Append(SummarySections(ws_, Context(item.session)));
+    cc.Append(SummarySections(ws_, Context(item)));
     for (std::int32_t member : members) {
       HtmlWriteString(cc,
                       "<H2 CLASS=\"sessionHead\">Member: " +

@@ -22,13 +22,21 @@ namespace {
 
 constexpr std::string_view kCrLf = "\r\n";
 
+// Numbers stand right as in the grids; names and source text stand left.
+std::string CellHtml(const std::string& text) {
+  const std::string html = HtmlPrepareString(text);
+  const bool number =
+      !text.empty() && text.find_first_not_of("0123456789.%/ -") == std::string::npos;
+  return number || text.empty() ? html : "<DIV CLASS=\"text\">" + html + "</DIV>";
+}
+
 // Rows of texts under a head row, made into an HtmlGetArray table (columns
 // from 1, so that the title spans them all).
 class SectionTable {
  public:
   explicit SectionTable(std::vector<std::string> headers) : headers_(std::move(headers)) {}
   void Add(std::vector<std::string> row) {
-    for (std::string& cell : row) cell = HtmlPrepareString(cell);
+    for (std::string& cell : row) cell = CellHtml(cell);
     rows_.push_back(std::move(row));
   }
   // A row whose cells are HTML already.
@@ -143,11 +151,14 @@ std::string GetProjectSummary(const Workspace& ws, const SummaryContext& c) {
   for (std::int32_t i = 1; i <= p.LinesNumber; ++i) lineHits += s.CodeLineValue(i).Hits;
 
   SectionTable t({"Item", "Value"});
-  t.Add({"Session", s.Name});
-  t.Add({"Date", s.DateTime});
-  t.Add({"Project", p.Name});
-  t.Add({"Project File", p.ProjectFile});
-  t.Add({"Session File", s.SessionFile});
+  const auto either = [](const std::string& given, const std::string& own) {
+    return given.empty() ? own : given;
+  };
+  t.Add({"Session", either(c.name, s.Name)});
+  t.Add({"Date", either(c.dateTime, s.DateTime)});
+  if (!p.Name.empty()) t.Add({"Project", p.Name});
+  t.Add({"Project File", either(c.projectFile, p.ProjectFile)});
+  t.Add({"Session File", either(c.sessionFile, s.SessionFile)});
   t.Add({"Modules", std::to_string(p.ModulesNumber)});
   t.Add({"Procedures", std::to_string(p.ProceduresNumber)});
   t.Add({"Lines", std::to_string(p.LinesNumber)});
@@ -403,6 +414,9 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure m
     if (project.ProceduresNumber == 0) break;
     CConcatString cc;
     cc.SetValue(GetHeaderCode(ws, tSession));
+    // Browsers drop the page's own PRE rule (it follows the style markers), so
+    // the source text would take the right alignment of the number cells.
+    HtmlWriteString(cc, "<STYLE TYPE=\"text/css\">PRE { text-align: left; }</STYLE>", 0);
     HtmlWriteString(cc,
                     "<P><B><FONT FACE=\"Arial\">" + HtmlPrepareString(project.Module(m).Name) +
                         "</FONT></B> &nbsp; <A HREF=\"" + prefix +
@@ -418,7 +432,8 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure m
 
     const ModuleValue& mv = ws.Session(tSession).ModuleValue(m);
     toc.AddHtml(
-        {"<A HREF=\"" + name + "\">" + HtmlPrepareString(project.Module(m).Name) + "</A>",
+        {"<DIV CLASS=\"text\"><A HREF=\"" + name + "\">" +
+             HtmlPrepareString(project.Module(m).Name) + "</A></DIV>",
          std::to_string(mv.TotalProcedures), std::to_string(mv.TotalLines),
          mv.TotalLines == 0 ? std::string() : PercentText(double(mv.HitLines) / mv.TotalLines),
          TimeText(mv.TotalTime)});

@@ -22,6 +22,12 @@ struct SummaryContext {
   ReportDataFlags data{true, true, true};
   std::int32_t topItems = 20;
   Measure measure = Measure::Total;  // the time that sections 7 and 8 rank by
+  // What the project summary names the session by, when not its own record's
+  // (a group's merged session is named after the group).
+  std::string name;
+  std::string dateTime;
+  std::string sessionFile;
+  std::string projectFile;
 };
 
 // The eight sections, each the body of its collapsible block: tables made

@@ -18,7 +18,7 @@ TABLE { border-collapse: collapse; margin: 4px 0 12px 0; }
 TD { font-size: 9pt; padding: 2px 6px; text-align: right; vertical-align: top; }
 TD.alcenter { text-align: center; }
 TR[BGCOLOR="666666"] TD, TR[bgcolor="666666"] TD { color: #FFFFFF; font-weight: bold; }
-TD.text, TD:first-child { text-align: left; }
+DIV.text { text-align: left; }
 PRE { margin: 0; font-family: "Courier New", monospace; }
 A { color: #1F4E9E; }
 .tocHead { cursor: pointer; font-weight: bold; font-size: 11pt; color: #1F1F1F;

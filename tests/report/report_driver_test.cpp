@@ -159,7 +159,7 @@ TEST_F(ReportDriverTest, SourcePagesUseTheReportsColumnsWithoutLinks) {
   const std::string toc =
       MakeSourceCodeReport(f.ws, 1, Measure::Total, f.dir.path(), "SourceTOC1", written);
   ASSERT_EQ(written, std::vector<std::string>{f.dir / "SourceTOC1_M1.htm"});
-  EXPECT_NE(toc.find("<A HREF=\"SourceTOC1_M1.htm\">Module1</A>"), std::string::npos);
+  EXPECT_NE(toc.find("<A HREF=\"SourceTOC1_M1.htm\">Module1</A>"), std::string::npos) << toc;
   const std::string page = LoadFile(written[0]);
   EXPECT_EQ(page.find("HREF=\"|"), std::string::npos) << "no links in a report";
   EXPECT_NE(page.find("COLOR=FFFFFF>Hits</FONT>"), std::string::npos);
