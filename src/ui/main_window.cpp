@@ -36,6 +36,7 @@
 #include "flow/flow_options.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
+#include "grid/grid_selection.h"
 #include "project/project_info.h"
 #include "source_view/font_metrics.h"
 #include "source_view/html_options.h"
@@ -51,6 +52,7 @@
 #include "ui/project_tree_view.h"
 #include "ui/qt_font_metrics.h"
 #include "ui/qt_text.h"
+#include "ui/report_pane.h"
 #include "ui/session_list_model.h"
 #include "ui/session_list_view.h"
 #include "ui/source_pane.h"
@@ -165,6 +167,10 @@ QWidget* MainWindow::BuildRightPane() {
   pages_->addWidget(gridPage_);
   pages_->addWidget(sourcePane_);
   pages_->addWidget(flowPane_);
+  reportsTabIndex_ = tabs_->addTab(ZolIcon("TYPE9"), tr("Reports"));
+  reportPane_ = new ReportPane(ws_, pages_);
+  reportPane_->currentSelection = [this] { return SelectionOf(ws_); };
+  pages_->addWidget(reportPane_);
   layout->addWidget(title_);
   layout->addWidget(tabs_);
   layout->addWidget(pages_, 1);
@@ -317,6 +323,7 @@ void MainWindow::LoadOptions() {
   LoadColors(ws_, false, ini);
   LoadOptionsHtml(ws_, ini);
   flowPane_->SetOptions(LoadFlowOptions(ini));
+  reportPane_->LoadOptions(ini);
   gridPage_->SetGraphOptions(LoadGraphOptions(ini));
   gridPage_->SetGraphRatio(options_.Y_ratio_Graph);
 }
@@ -370,6 +377,7 @@ void MainWindow::SaveOptions() {
     SaveWindowOptions(options_, ini);
     SaveGraphOptions(gridPage_->graphOptions(), ini);
     SaveFlowOptions(flowPane_->Options(), ini);
+    reportPane_->SaveOptions(ini);
   } catch (const std::exception& e) {
     ws_.prompter().ShowMessage(std::string("The settings could not be saved: ") + e.what(),
                                MessageKind::Exclamation);

@@ -38,6 +38,7 @@ class GridPage;
 class GuiPrompter;
 class MainToolbar;
 class ProjectTreeView;
+class ReportPane;
 class SessionListModel;
 class SessionListView;
 class SourcePane;
@@ -79,6 +80,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   GridPage* picValues() const { return gridPage_; }
   SourcePane* picCode() const { return sourcePane_; }
   FlowPane* picFlow() const { return flowPane_; }
+  ReportPane* picReports() const { return reportPane_; }
   TitleStripWidget* Title() const { return title_; }
   StatusArea* picStatus() const { return status_; }
   const std::string& LastDisplay() const { return tbsScope_Click_LastDisplay_; }
@@ -225,6 +227,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   GridPage* gridPage_ = nullptr;
   SourcePane* sourcePane_ = nullptr;
   FlowPane* flowPane_ = nullptr;
+  ReportPane* reportPane_ = nullptr;
+  int reportsTabIndex_ = -1;  // its place on the strip, whatever tabs stand before it
   TitleStripWidget* title_ = nullptr;
   StatusArea* status_ = nullptr;
   QSplitter* cVS_ = nullptr;  // left pane | pages

@@ -37,6 +37,7 @@
 #include "ui/project_tree_view.h"
 #include "ui/qt_font_metrics.h"
 #include "ui/qt_text.h"
+#include "ui/report_pane.h"
 #include "ui/session_header_bar.h"
 #include "ui/source_pane.h"
 #include "ui/title_strip_widget.h"
@@ -81,6 +82,13 @@ void MainWindow::tbsScope_Click() {
   if (ws_.fDuringLoad) {
     sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
     ws_.fDuringLoad = false;
+    return;
+  }
+  if (tabs_->currentIndex() == reportsTabIndex_) {
+    // The Reports page draws nothing of the selection; it reads it at "GO!".
+    ws_.Active_tbsTab = IndexOf(Tab::Reports);
+    pages_->setCurrentWidget(reportPane_);
+    helpTopic_ = HelpTopic(IndexOf(Tab::Reports));
     return;
   }
   const int tab = tabs_->currentIndex() + 1;
