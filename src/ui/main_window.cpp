@@ -167,7 +167,7 @@ QWidget* MainWindow::BuildRightPane() {
   pages_->addWidget(gridPage_);
   pages_->addWidget(sourcePane_);
   pages_->addWidget(flowPane_);
-  reportsTabIndex_ = tabs_->addTab(ZolIcon("TYPE9"), tr("Reports"));
+  reportsTabIndex_ = tabs_->addTab(ZolIcon("SAVEMERGED"), tr("Reports"));
   reportPane_ = new ReportPane(ws_, pages_);
   reportPane_->currentSelection = [this] { return SelectionOf(ws_); };
   pages_->addWidget(reportPane_);

@@ -88,7 +88,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   // The central dispatcher: shows the page of the selected tab and has it
   // draw the selection.
   void tbsScope_Click();
-  // Selects scope tab `tab` (1 to 6), which draws its page.
+  // Selects scope tab `tab` (1 to 6, or 7 for the Reports page), which draws its page.
   void SelectScopeTab(int tab);
   // A click on the tree node `key`, as the user makes it.
   void ClickTreeNode(const std::string& key);

@@ -137,12 +137,14 @@ void MainWindow::ShowGridTab(int tab) {
 }
 
 void MainWindow::SelectScopeTab(int tab) {
-  if (tab < 1 || tab > kTabCount) return;
-  if (tabs_->currentIndex() == tab - 1) {
+  const bool reports = tab == IndexOf(Tab::Reports);
+  if (!reports && (tab < 1 || tab > kTabCount)) return;
+  const int index = reports ? reportsTabIndex_ : tab - 1;
+  if (tabs_->currentIndex() == index) {
     tbsScope_Click();
   } else {
     const QSignalBlocker block(tabs_);
-    tabs_->setCurrentIndex(tab - 1);
+    tabs_->setCurrentIndex(index);
     tbsScope_Click();
   }
 }

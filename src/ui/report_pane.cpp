@@ -86,6 +86,11 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   }
   dataRow->addStretch(1);
   static_cast<QVBoxLayout*>(step2->layout())->addLayout(dataRow);
+  // A pressed data button must read as pressed in every style.
+  step2->setStyleSheet(
+      "QToolButton { padding: 3px 10px; }"
+      "QToolButton:checked { background: #cfe0f7; border: 1px solid #4a7cc4; border-radius: 3px; "
+      "}");
   steps->addWidget(step2);
 
   // Step 3: export or report.

@@ -1,0 +1,189 @@
+// bench_report: how long a full report of a large session takes. A Visual
+// Basic project of --lines probed statements (100,000 by default: modules of
+// 50 procedures of 20 statements) is written, instrumented and run by the
+// simulator; its log is loaded, and the report is written --repeat times:
+// the HTML report (contents, summary with top rankings, one source page per
+// module) and the CSV export of modules, procedures and lines. The best and
+// the median time of each are printed, with the size of what was written.
+//
+//   bench_report [--lines N] [--repeat N] [--dir FOLDER]
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "catalogue/session_catalogue.h"
+#include "project/project_info.h"
+#include "report/report_driver.h"
+#include "source_view/font_metrics.h"
+#include "source_view/html_options.h"
+#include "source_view/timing_colours.h"
+#include "support/fixture_run.h"
+#include "support/instrumenter.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+namespace fs = std::filesystem;
+
+constexpr int kProceduresPerModule = 50;
+constexpr int kStatementsPerProcedure = 20;
+
+struct Options {
+  int lines = 100000;
+  int repeat = 3;
+  std::string dir = "bench-data";
+};
+
+Options ParseOptions(int argc, char** argv) {
+  Options o;
+  for (int i = 1; i < argc; ++i) {
+    const std::string arg = argv[i];
+    if (arg == "--lines" && i + 1 < argc) {
+      o.lines = std::max(kStatementsPerProcedure, std::atoi(argv[++i]));
+    } else if (arg == "--repeat" && i + 1 < argc) {
+      o.repeat = std::max(1, std::atoi(argv[++i]));
+    } else if (arg == "--dir" && i + 1 < argc) {
+      o.dir = argv[++i];
+    } else {
+      std::fprintf(stderr, "usage: bench_report [--lines N] [--repeat N] [--dir FOLDER]\n");
+      std::exit(2);
+    }
+  }
+  return o;
+}
+
+void Write(const fs::path& file, const std::string& text) {
+  fs::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << text;
+}
+
+// The original project: plain modules of plain procedures.
+std::string WriteOriginalProject(const fs::path& folder, int lines) {
+  const int procedures = (lines + kStatementsPerProcedure - 1) / kStatementsPerProcedure;
+  const int modules = (procedures + kProceduresPerModule - 1) / kProceduresPerModule;
+  std::string vbp = "Type=Exe\r\n";
+  for (int m = 1; m <= modules; ++m) {
+    const std::string name = "Mod" + std::to_string(m);
+    vbp += "Module=" + name + "; " + name + ".bas\r\n";
+    std::string bas = "Attribute VB_Name = \"" + name + "\"\r\nOption Explicit\r\n\r\n";
+    for (int p = 1; p <= kProceduresPerModule; ++p) {
+      bas += "Public Sub Work" + std::to_string(m) + "_" + std::to_string(p) +
+             "(ByVal n As Long)\r\n    Dim total As Long\r\n";
+      for (int s = 1; s <= kStatementsPerProcedure - 2; ++s) {
+        bas += "    total = total + n * " + std::to_string(s) + "\r\n";
+      }
+      bas += "    Debug.Assert total >= 0\r\nEnd Sub\r\n\r\n";
+    }
+    Write(folder / (name + ".bas"), bas);
+  }
+  vbp += "Name=\"Big\"\r\nMajorVer=1\r\nMinorVer=0\r\nRevisionVer=0\r\n";
+  Write(folder / "Big.vbp", vbp);
+  return (folder / "Big.vbp").string();
+}
+
+// The instrumented project and a log of a run of it, made once per size.
+std::string PrepareLog(const Options& o) {
+  const fs::path root = fs::absolute(fs::path(o.dir) / ("report-" + std::to_string(o.lines)));
+  const fs::path log = root / "instrumented" / "Run.pfl";
+  const fs::path keep = root / "Run.pfl.keep";
+  if (!fs::exists(keep)) {
+    std::fprintf(stderr, "writing the project and its run into %s ...\n", root.c_str());
+    fs::remove_all(root);
+    const std::string original = WriteOriginalProject(root / "original", o.lines);
+    const std::string vbp = (root / "instrumented" / "Big.vbp").string();
+    zol::fixture::InstrumentProject(original, vbp);
+    zol::Project project = zol::testing::ScanFixtureProject(vbp, (root / "scan").string());
+    project.ProjectFile = "C:\\Runs\\Big.vbp";
+    zol::testing::SimulatedLogShape shape;
+    shape.run.probes = std::max<std::int64_t>(2'000'000, o.lines * 20LL);
+    shape.run.callChance = 0.01;
+    shape.run.callDepth = 2;
+    shape.run.diveChance = 0;
+    zol::testing::WriteSimulatedLog(keep.string(), project, shape);
+  }
+  fs::remove(root / "instrumented" / "Run.pfd");
+  fs::copy_file(keep, log, fs::copy_options::overwrite_existing);
+  return log.string();
+}
+
+double Milliseconds(Clock::time_point since) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+}
+
+std::uintmax_t Bytes(const std::vector<std::string>& files) {
+  std::uintmax_t total = 0;
+  for (const std::string& f : files) total += fs::file_size(f);
+  return total;
+}
+
+void Time(zol::Workspace& ws, const zol::ReportRequest& request, int repeat, const char* what) {
+  std::vector<double> ms;
+  zol::ReportOutcome last;
+  for (int r = 0; r < repeat; ++r) {
+    fs::remove_all(request.options.ReportFolder);
+    const auto t0 = Clock::now();
+    last = zol::CreateReport(ws, request);
+    ms.push_back(Milliseconds(t0));
+    if (!last.written) {
+      std::fprintf(stderr, "the report was refused: %s\n", last.refusal.c_str());
+      std::exit(1);
+    }
+  }
+  std::sort(ms.begin(), ms.end());
+  std::printf("  %-44s %8.0f %8.0f   %zu files, %.1f MB\n", what, ms.front(), ms[ms.size() / 2],
+              last.files.size(), Bytes(last.files) / 1e6);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const Options o = ParseOptions(argc, argv);
+  const std::string log = PrepareLog(o);
+  const fs::path root = fs::path(log).parent_path().parent_path();
+
+  zol::Workspace ws;
+  ws.appFolder = (root / "app").string();
+  fs::create_directories(ws.appFolder);
+  zol::ResetRtfPath(ws);
+  zol::LoadColors(ws, true, "");
+  zol::LoadOptionsHtml(ws);
+  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.FontHTML, ws.FontSizeHTML);
+  const std::int32_t cs = zol::AddSession(ws, log);
+  const auto loadStart = Clock::now();
+  if (cs == 0 || !zol::LoadSession(ws, cs)) {
+    std::fprintf(stderr, "the run could not be loaded\n");
+    return 1;
+  }
+  ws.Session(cs).Selected = true;
+  const zol::Project& p = ws.Project(ws.Session(cs).Project);
+  std::printf("session of %d lines, %d procedures, %d modules, loaded in %.0f ms\n", p.LinesNumber,
+              p.ProceduresNumber, p.ModulesNumber, Milliseconds(loadStart));
+
+  zol::ReportRequest request;
+  request.options = zol::DefaultReportOptions(ws.appFolder);
+  request.options.Target = zol::ReportTarget::UserFolder;
+  request.options.ReportFolder = (root / "report").string();
+  request.options.OpenReport = false;
+  request.current = zol::SessionRef::single(cs);
+  ws.OptionsHtml[zol::kReportPageOptions] = zol::DefaultReportPageOptions();
+
+  std::printf("report of the whole session (best / median of %d, ms):\n", o.repeat);
+  request.options.IncludeReportSummary = true;
+  request.options.IncludeHTMLProject = true;
+  Time(ws, request, o.repeat, "HTML: contents, summary, source pages");
+  request.options.IncludeHTMLProject = false;
+  Time(ws, request, o.repeat, "HTML: contents and summary");
+  request.options.DoExport = true;
+  Time(ws, request, o.repeat, "CSV: modules, procedures, lines in one file");
+  request.options.ExportCreateSeparateFile = true;
+  request.options.ExportWhat[zol::kExportSkipUnexecuted] = true;
+  Time(ws, request, o.repeat, "CSV: three files, unexecuted lines left out");
+  ws.tempFiles.DeleteTempFiles();
+  return 0;
+}
