@@ -138,7 +138,7 @@ class ReportWriter {
       HtmlWriteEnd(cc);
       const std::string contents = JoinPath(out_.ReportPath, "Contents.htm");
       Page(cc, contents);
-      out_.FileToOpen.push_back(contents);
+      AddToFileToOpenList(out_, contents);
       if (o_.ReporttoChm) {
         prompter.SetProgressText(kCompilingHelp);
         prompter.ShowMessage(kNoHelpCompiler, MessageKind::Information);
@@ -199,7 +199,7 @@ class ReportWriter {
 
   void Listed(const std::string& file) {
     out_.files.push_back(file);
-    out_.FileToOpen.push_back(file);
+    AddToFileToOpenList(out_, file);
   }
 
   SummaryContext Context(std::int32_t session) const {
@@ -275,6 +275,10 @@ class ReportWriter {
 };
 
 }  // namespace
+
+void AddToFileToOpenList(ReportOutcome& report, const std::string& tFile) {
+  report.FileToOpen.push_back(tFile);
+}
 
 std::string NumberedReportFolder(const std::string& folder, const std::string& name) {
   for (int n = 1;; ++n) {

@@ -39,6 +39,9 @@ struct ReportOutcome {
   std::vector<std::string> FileToOpen;  // what the report opens afterwards
 };
 
+// Appends `tFile` to the files that the report opens afterwards.
+void AddToFileToOpenList(ReportOutcome& report, const std::string& tFile);
+
 // The first n from 1 for which "<folder>/<name> Report <n>" doesn't exist, and
 // that folder.
 std::string NumberedReportFolder(const std::string& folder, const std::string& name);
