@@ -131,14 +131,15 @@ class ReportWriter {
                           !o_.DoExport && o_.IncludeHTMLProject};
       tables += ContentsTable(ws_, entry);
     }
+    // The contents page lists the sessions of an export too, without links.
+    CConcatString cc;
+    cc.SetValue(
+        Replace(LoadResMultiline(kTemplateContents, "Zolmark Profiler Report"), "%BODY%", tables));
+    HtmlWriteEnd(cc);
+    const std::string contents = JoinPath(out_.ReportPath, "Contents.htm");
+    Page(cc, contents);
+    AddToFileToOpenList(out_, contents);
     if (!o_.DoExport) {
-      CConcatString cc;
-      cc.SetValue(Replace(LoadResMultiline(kTemplateContents, "Zolmark Profiler Report"), "%BODY%",
-                          tables));
-      HtmlWriteEnd(cc);
-      const std::string contents = JoinPath(out_.ReportPath, "Contents.htm");
-      Page(cc, contents);
-      AddToFileToOpenList(out_, contents);
       if (o_.ReporttoChm) {
         prompter.SetProgressText(kCompilingHelp);
         prompter.ShowMessage(kNoHelpCompiler, MessageKind::Information);

@@ -80,7 +80,9 @@ TEST_F(ReportDriverTest, ExportsGoToOneFileOrSeparateFilesAndReplaceThem) {
   const std::string one = Runs() + "/Run 1-export.csv";
   WriteFile(one, "old content");
   const ReportOutcome out = Run();
-  EXPECT_EQ(out.files, std::vector<std::string>{one});
+  EXPECT_EQ(out.files, (std::vector<std::string>{one, Runs() + "/Contents.htm"}));
+  EXPECT_NE(LoadFile(Runs() + "/Contents.htm").find("Detailed Reports</B></FONT></TD><TD></TD>"),
+            std::string::npos);
   const std::string text = LoadFile(one);
   EXPECT_EQ(text.rfind("MODULES:\r\n\"Project\",\"Module\"", 0), 0u);
   EXPECT_NE(text.find("\r\n\r\nPROCEDURES:\r\n\"Project\""), std::string::npos);
@@ -92,7 +94,8 @@ TEST_F(ReportDriverTest, ExportsGoToOneFileOrSeparateFilesAndReplaceThem) {
   request.options.ExportWhat = {true, false, true, true};
   const ReportOutcome separate = Run();
   EXPECT_EQ(separate.FileToOpen, (std::vector<std::string>{Runs() + "/Run 1-export-modules.csv",
-                                                           Runs() + "/Run 1-export-lines.csv"}));
+                                                           Runs() + "/Run 1-export-lines.csv",
+                                                           Runs() + "/Contents.htm"}));
   EXPECT_EQ(StrCount(LoadFile(Runs() + "/Run 1-export-lines.csv"), "\r\n"), 7)
       << "heads, five lines with hits, the total";
 }

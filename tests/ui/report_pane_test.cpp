@@ -56,6 +56,12 @@ TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
   EXPECT_EQ(pane->FineTuneFrames()->currentIndex(), 0);
   pane->ReportTypeButton(false)->click();
   EXPECT_EQ(pane->FineTuneFrames()->currentIndex(), 1);
+
+  w.window->SelectScopeTab(3);
+  EXPECT_FALSE(pane->isVisible());
+  w.window->SelectScopeTab(7);
+  EXPECT_TRUE(pane->isVisible());
+  EXPECT_EQ(tabs->currentIndex(), tabs->count() - 1);
 }
 
 TEST(ReportPane, ChoicesAreKeptAndSavedWithTheWindow) {
