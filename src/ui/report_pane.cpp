@@ -18,7 +18,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
-#include "base/files.h"
+#include <exception>
+
 #include "ui/qt_text.h"
 
 namespace zol {
@@ -321,7 +322,8 @@ ReportOutcome ReportPane::Generate() {
   ReportOutcome outcome;
   try {
     outcome = CreateReport(ws_, request);
-  } catch (const FileError& e) {
+  } catch (const std::exception& e) {
+    // The pages written so far stay; the user learns why the rest is missing.
     go_->setEnabled(true);
     ws_.prompter().ShowProgress(false);
     ws_.prompter().ShowMessage(std::string("The report could not be written: ") + e.what(),
