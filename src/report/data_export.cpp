@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "base/files.h"
-#include "base/text.h"
 #include "base/vb_format.h"
 #include "grid/cell_text.h"
 #include "grid/grid_frame.h"

@@ -1,7 +1,6 @@
 #include "report/report_pages.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "base/concat_string.h"
 #include "base/files.h"
