@@ -3,14 +3,29 @@
 // The chart beside the grid (MSChart1), drawn with Qt Charts from the chart
 // description that the core's DoChart makes: what is plotted, in which order,
 // with which title, is all decided there; this pane only draws it.
+//
+// Every name comes from a session and is plain text, though the chart draws
+// its titles and labels as rich text: they are escaped on the way in. A bar
+// chart gives every bar its own readable label: long names are shortened in
+// the middle (the whole name is in the bar's tooltip), and when the pane is
+// too low for all labels the chart grows and the pane scrolls. A pie has a
+// list for its legend beside it, with each slice's colour, value and share.
 
-#include <QChartView>
+#include <QWidget>
+#include <vector>
 
 #include "grid/chart.h"
 
+class QChart;
+class QChartView;
+class QScrollArea;
+class QTableView;
+
 namespace zol {
 
-class ChartPane : public QChartView {
+class ChartLegendModel;
+
+class ChartPane : public QWidget {
   Q_OBJECT
 
  public:
@@ -19,12 +34,29 @@ class ChartPane : public QChartView {
   void Draw(const ChartDescription& chart);
   const ChartDescription& Shown() const { return shown_; }
 
+  QChartView* View() const { return view_; }
+  QScrollArea* Scroller() const { return scroller_; }
+  QTableView* Legend() const { return legend_; }
+  ChartLegendModel* LegendModel() const { return legendModel_; }
+  // The labels of the bar chart's categories, as drawn (after shortening).
+  const QStringList& BarLabels() const { return barLabels_; }
+
+  // The colour of slice `i` of `count`: no two slices share one.
+  static QColor SliceColour(std::size_t i, std::size_t count);
+  // `text` shortened in the middle to `width` pixels of `metrics`.
+  static QString ElideLabel(const QString& text, const QFontMetrics& metrics, int width);
+
  private:
   void DrawBar(QChart* chart, const ChartDescription& d);
   void DrawPie(QChart* chart, const ChartDescription& d);
   void DrawEmpty(QChart* chart, const ChartDescription& d);
 
   ChartDescription shown_;
+  QScrollArea* scroller_;
+  QChartView* view_;
+  QTableView* legend_;
+  ChartLegendModel* legendModel_;
+  QStringList barLabels_;
 };
 
 }  // namespace zol

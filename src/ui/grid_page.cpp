@@ -139,6 +139,9 @@ void GridPage::ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t d
   displayInfoType_ = displayInfoType;
   const bool compared = !build.Headers.SessionNames.empty();
   grid_->SetCompared(compared);
+  // The columns before the sessions' runs (module, procedure, line) stay in
+  // view while the sessions' columns scroll.
+  grid_->SetFrozenColumns(compared ? build.Headers.FirstColumn : 0);
   UpdateChart(build, arrays_, description_, options_, activeTab, displayInfoType);
   grid_->ShowTable(std::move(build.Grid));
   if (compared) {

@@ -62,9 +62,10 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
   const std::size_t cell = static_cast<std::size_t>(index.column());
   switch (role) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
-      if (role == Qt::ToolTipRole && column == barsColumn_) return {};
       return cell < row.Cells.size() ? Q(row.Cells[cell].Text) : QString();
+    case Qt::ToolTipRole:
+      if (column == barsColumn_ || cell >= row.Cells.size()) return {};
+      return PlainToolTip(Q(row.Cells[cell].Text));
     case Qt::FontRole:
       if (column == barsColumn_) return BarsFont();
       if (cell < row.Cells.size() && row.Cells[cell].Bold) {

@@ -4,6 +4,8 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QResizeEvent>
+#include <QScrollBar>
 #include <QStyleHints>
 #include <algorithm>
 
@@ -11,6 +13,65 @@
 #include "ui/grid_table_model.h"
 
 namespace zol {
+
+FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(grid) {
+  setObjectName("lvValuesFrozen");
+  setModel(grid->model());
+  setSelectionModel(grid->selectionModel());
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setSelectionMode(QAbstractItemView::SingleSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setFocusPolicy(Qt::NoFocus);
+  setShowGrid(false);
+  setAlternatingRowColors(true);
+  setWordWrap(false);
+  setTextElideMode(Qt::ElideRight);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  verticalHeader()->setDefaultSectionSize(grid->verticalHeader()->defaultSectionSize());
+  horizontalHeader()->setSectionsMovable(false);
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setStretchLastSection(false);
+  horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  horizontalHeader()->setSortIndicatorShown(true);
+  // A thin line sets the frozen columns apart from those that scroll.
+  setFrameShape(QFrame::NoFrame);
+  setStyleSheet("QTableView#lvValuesFrozen { border-right: 1px solid palette(mid); }");
+  connect(horizontalHeader(), &QHeaderView::sectionClicked, grid,
+          [grid](int logical) { grid->SortOn(logical + 1, grid->Compared()); });
+  // Widths set here are the grid's widths; the columns hidden here (the ones
+  // that scroll) keep theirs.
+  connect(horizontalHeader(), &QHeaderView::sectionResized, grid,
+          [this, grid](int logical, int, int size) {
+            if (size <= 0 || isColumnHidden(logical)) return;
+            if (grid->horizontalHeader()->sectionSize(logical) != size)
+              grid->horizontalHeader()->resizeSection(logical, size);
+          });
+  // The rows scroll together.
+  connect(verticalScrollBar(), &QAbstractSlider::valueChanged, grid->verticalScrollBar(),
+          &QAbstractSlider::setValue);
+  connect(grid->verticalScrollBar(), &QAbstractSlider::valueChanged, verticalScrollBar(),
+          &QAbstractSlider::setValue);
+  hide();
+}
+
+void FrozenColumnsView::mousePressEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->position().toPoint());
+  QTableView::mousePressEvent(event);
+  grid_->PressAt(index, event->button());
+}
+
+void FrozenColumnsView::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->position().toPoint());
+  if (!grid_->DoubleClickAt(index, event->button())) QTableView::mouseDoubleClickEvent(event);
+}
+
+void FrozenColumnsView::wheelEvent(QWheelEvent* event) {
+  // The wheel scrolls the grid, which takes these rows along.
+  QApplication::sendEvent(grid_->viewport(), event);
+}
 
 GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableModel(this)) {
   setObjectName("lvValues");
@@ -32,9 +93,21 @@ GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableMo
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setStretchLastSection(false);
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  horizontalHeader()->setSortIndicatorShown(true);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
           [this](int logical) { SortOn(logical + 1, compared_); });
   connect(horizontalHeader(), &QHeaderView::sectionMoved, this, &GridView::OnSectionMoved);
+  frozen_ = new FrozenColumnsView(this);
+  viewport()->stackUnder(frozen_);
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int logical, int, int size) {
+            if (frozenCount_ > 0 && frozen_->columnWidth(logical) != size)
+              frozen_->setColumnWidth(logical, size);
+            UpdateFrozenGeometry();
+          });
+  connect(horizontalHeader(), &QHeaderView::sectionMoved, this, [this] {
+    if (frozenCount_ > 0) UpdateFrozenColumns();
+  });
 
   timDblClick_.setSingleShot(true);
   connect(&timDblClick_, &QTimer::timeout, this, [this] {
@@ -58,12 +131,108 @@ void GridView::ShowTable(Table table) {
   ftimDblClick_ = false;
   model_->SetTable(std::move(table));
   ApplyColumns();
+  UpdateFrozenColumns();
+  FitFrozenColumns(0.5);
+  horizontalHeader()->setSortIndicator(-1, Qt::DescendingOrder);
+  frozen_->horizontalHeader()->setSortIndicator(-1, Qt::DescendingOrder);
   const Table& t = model_->table();
   if (t.SelectedRow >= 1 && t.SelectedRow <= t.RowCount()) {
     selectRow(t.SelectedRow - 1);
   }
+  // A new table starts at its top left corner, whatever the last one showed.
   scrollToTop();
+  horizontalScrollBar()->setValue(0);
   setUpdatesEnabled(true);
+}
+
+void GridView::SetFrozenColumns(int count) {
+  frozenCount_ = std::max(0, count);
+  UpdateFrozenColumns();
+}
+
+int GridView::FrozenWidth() const {
+  if (frozenCount_ <= 0 || !frozen_->isVisibleTo(this)) return 0;
+  int width = 0;
+  const QHeaderView* header = horizontalHeader();
+  for (int v = 0; v < frozenCount_ && v < header->count(); ++v)
+    width += header->sectionSize(header->logicalIndex(v));
+  return width;
+}
+
+void GridView::UpdateFrozenColumns() {
+  const int columns = model_->columnCount();
+  if (frozenCount_ <= 0 || frozenCount_ >= columns) {
+    frozen_->hide();
+    return;
+  }
+  const QHeaderView* header = horizontalHeader();
+  for (int logical = 0; logical < columns; ++logical) {
+    const bool leading = header->visualIndex(logical) < frozenCount_;
+    frozen_->setColumnHidden(logical, !leading);
+    if (leading) frozen_->setColumnWidth(logical, header->sectionSize(logical));
+  }
+  // The same order as the grid's leading columns.
+  QHeaderView* own = frozen_->horizontalHeader();
+  for (int visual = 0; visual < frozenCount_; ++visual) {
+    const int from = own->visualIndex(header->logicalIndex(visual));
+    if (from != visual) own->moveSection(from, visual);
+  }
+  frozen_->horizontalHeader()->setFixedHeight(header->height());
+  frozen_->show();
+  UpdateFrozenGeometry();
+}
+
+void GridView::FitFrozenColumns(double share) {
+  // Frozen columns wider than the page would leave no room for the columns
+  // that scroll: the widest of them (the line's text) gives way.
+  const int room = static_cast<int>(viewport()->width() * share);
+  int excess = FrozenWidth() - room;
+  if (excess <= 0 || room <= 0) return;
+  QHeaderView* header = horizontalHeader();
+  int widest = -1;
+  for (int v = 0; v < frozenCount_ && v < header->count(); ++v) {
+    const int logical = header->logicalIndex(v);
+    if (widest < 0 || header->sectionSize(logical) > header->sectionSize(widest)) widest = logical;
+  }
+  if (widest < 0) return;
+  header->resizeSection(widest, std::max(60, header->sectionSize(widest) - excess));
+}
+
+void GridView::UpdateFrozenGeometry() {
+  if (frozenCount_ <= 0 || !frozen_->isVisibleTo(this)) return;
+  frozen_->horizontalHeader()->setFixedHeight(horizontalHeader()->height());
+  frozen_->setGeometry(frameWidth(), frameWidth(), FrozenWidth() + 1,
+                       viewport()->height() + horizontalHeader()->height());
+}
+
+void GridView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  if (event->size().width() < event->oldSize().width()) FitFrozenColumns(0.7);
+  UpdateFrozenGeometry();
+}
+
+void GridView::updateGeometries() {
+  QTableView::updateGeometries();
+  UpdateFrozenGeometry();
+}
+
+void GridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  const int frozenWidth = FrozenWidth();
+  if (frozenWidth <= 0 || !index.isValid()) {
+    QTableView::scrollTo(index, hint);
+    return;
+  }
+  // A frozen column is always in view: only the rows move. Any other column
+  // is brought out from under the frozen ones.
+  QScrollBar* bar = horizontalScrollBar();
+  const int before = bar->value();
+  QTableView::scrollTo(index, hint);
+  if (horizontalHeader()->visualIndex(index.column()) < frozenCount_) {
+    bar->setValue(before);
+    return;
+  }
+  const int left = visualRect(index).left();
+  if (left < frozenWidth) bar->setValue(bar->value() - (frozenWidth - left));
 }
 
 void GridView::ApplyColumns() {
@@ -101,13 +270,33 @@ void GridView::OnSectionMoved() {
 void GridView::SortOn(int column, bool compared) {
   if (model_->table().RowCount() == 0) return;
   setUpdatesEnabled(false);
-  lvValues_Sort(model_->MutableTable(), memory_, column, kSortToggle, compared);
+  Table& table = model_->MutableTable();
+  // The sort carries the selected row along: the highlight stays on the
+  // same item, wherever it lands.
+  const QModelIndexList selected = selectionModel()->selectedRows();
+  table.SelectedRow = selected.isEmpty() ? 0 : selected.front().row() + 1;
+  const std::int32_t order = lvValues_Sort(table, memory_, column, kSortToggle, compared);
   model_->RowsReordered();
+  const Qt::SortOrder shown = order == kSortAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
+  horizontalHeader()->setSortIndicator(column - 1, shown);
+  frozen_->horizontalHeader()->setSortIndicator(column - 1, shown);
+  SelectTableRow();
   setUpdatesEnabled(true);
 }
 
-void GridView::GetHitTest(const QPoint& pos, Qt::MouseButton button) {
-  const QModelIndex index = indexAt(pos);
+void GridView::SelectTableRow() {
+  const Table& t = model_->table();
+  selectionModel()->clearSelection();
+  if (t.SelectedRow < 1 || t.SelectedRow > t.RowCount()) return;
+  const QModelIndex current = currentIndex();
+  const QModelIndex index =
+      model_->index(t.SelectedRow - 1, current.isValid() ? current.column() : 0);
+  selectionModel()->setCurrentIndex(
+      index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+  scrollTo(index);
+}
+
+void GridView::GetHitTest(const QModelIndex& index, Qt::MouseButton button) {
   hit_ = GridHit{};
   hit_.Button = button;
   if (!index.isValid()) return;
@@ -119,28 +308,38 @@ void GridView::GetHitTest(const QPoint& pos, Qt::MouseButton button) {
 }
 
 void GridView::mousePressEvent(QMouseEvent* event) {
-  GetHitTest(event->position().toPoint(), event->button());
+  const QModelIndex index = indexAt(event->position().toPoint());
   QTableView::mousePressEvent(event);
+  PressAt(index, event->button());
+}
+
+void GridView::PressAt(const QModelIndex& index, Qt::MouseButton button) {
+  GetHitTest(index, button);
   if (hit_.Index == 0) return;
-  if (event->button() == Qt::RightButton) {
+  if (button == Qt::RightButton) {
     timDblClick_.stop();
     ftimDblClick_ = false;
     emit gridClicked(kRightClick, hit_.Index, hit_.SubIndex);
-  } else if (event->button() == Qt::LeftButton && !ftimDblClick_) {
+  } else if (button == Qt::LeftButton && !ftimDblClick_) {
     ftimDblClick_ = true;
     timDblClick_.start(DoubleClickTime());
   }
 }
 
-void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+bool GridView::DoubleClickAt(const QModelIndex& index, Qt::MouseButton button) {
   timDblClick_.stop();
   ftimDblClick_ = false;
-  GetHitTest(event->position().toPoint(), event->button());
-  if (event->button() == Qt::LeftButton && hit_.Index > 0) {
+  GetHitTest(index, button);
+  if (button == Qt::LeftButton && hit_.Index > 0) {
     emit gridClicked(kDoubleClick, hit_.Index, hit_.SubIndex);
-    return;
+    return true;
   }
-  QTableView::mouseDoubleClickEvent(event);
+  return false;
+}
+
+void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (!DoubleClickAt(indexAt(event->position().toPoint()), event->button()))
+    QTableView::mouseDoubleClickEvent(event);
 }
 
 void GridView::keyPressEvent(QKeyEvent* event) {

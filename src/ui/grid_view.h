@@ -15,6 +15,26 @@
 namespace zol {
 
 class GridTableModel;
+class GridView;
+
+// The leading columns of a grid kept in place while the others scroll: a
+// view over the same model and selection laid over the grid's left edge,
+// showing only those columns. Clicks on it go through the grid's click
+// chain, as if they were made on the grid itself.
+class FrozenColumnsView : public QTableView {
+  Q_OBJECT
+
+ public:
+  explicit FrozenColumnsView(GridView* grid);
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  GridView* grid_;
+};
 
 // What lvValues_GetHitTest learns of the last press.
 struct GridHit {
@@ -41,7 +61,23 @@ class GridView : public QTableView {
   // keeps the colours of a compared grid.
   void SortOn(int column, bool compared);
   void SetCompared(bool compared) { compared_ = compared; }
+  bool Compared() const { return compared_; }
   SortMemory& Memory() { return memory_; }
+
+  // Keeps the first `count` columns (in display order) in place while the
+  // others scroll; 0 lets all of them scroll.
+  void SetFrozenColumns(int count);
+  int FrozenColumns() const { return frozenCount_; }
+  FrozenColumnsView* Frozen() const { return frozen_; }
+  // The width the frozen columns take on the left of the viewport.
+  int FrozenWidth() const;
+
+  // The click chain, for a press or double click on the cell at `index`
+  // (of this grid or of its frozen columns).
+  void PressAt(const QModelIndex& index, Qt::MouseButton button);
+  bool DoubleClickAt(const QModelIndex& index, Qt::MouseButton button);
+
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
   const GridHit& LastHit() const { return hit_; }
   // The double-click time, 500 ms when the system gives less than 100.
@@ -55,9 +91,19 @@ class GridView : public QTableView {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void updateGeometries() override;
 
  private:
-  void GetHitTest(const QPoint& pos, Qt::MouseButton button);
+  void GetHitTest(const QModelIndex& index, Qt::MouseButton button);
+  // Shows the frozen columns over the leading ones, at their widths.
+  void UpdateFrozenColumns();
+  void UpdateFrozenGeometry();
+  // Narrows the widest frozen column so that the frozen ones take at most
+  // `share` of the viewport's width.
+  void FitFrozenColumns(double share);
+  // The row the user had selected, selected again after a sort moved it.
+  void SelectTableRow();
   void ApplyColumns();
   void OnSectionMoved();
 
@@ -67,6 +113,8 @@ class GridView : public QTableView {
   GridHit hit_;
   SortMemory memory_;
   bool compared_ = false;
+  FrozenColumnsView* frozen_ = nullptr;
+  int frozenCount_ = 0;
 };
 
 }  // namespace zol

@@ -47,6 +47,8 @@ GuiPrompter::GuiPrompter(QWidget* parent, StatusArea* status, bool* abortFlag)
 
 void GuiPrompter::ShowMessage(const std::string& text, MessageKind kind) {
   QMessageBox box(IconOf(kind), kMessageTitle, Q(text), QMessageBox::Ok, parent_);
+  // Messages quote names and file paths; they are never markup.
+  box.setTextFormat(Qt::PlainText);
   box.exec();
 }
 
@@ -55,12 +57,14 @@ Answer GuiPrompter::Ask(const std::string& text, bool withCancel) {
                   QMessageBox::Yes | QMessageBox::No |
                       (withCancel ? QMessageBox::Cancel : QMessageBox::NoButton),
                   parent_);
+  box.setTextFormat(Qt::PlainText);
   return AnswerOf(box.exec());
 }
 
 DontShowReply GuiPrompter::AskDontShowAgain(const std::string& title, const std::string& text) {
   QMessageBox box(QMessageBox::Question, Q(title), Q(text), QMessageBox::Yes | QMessageBox::No,
                   parent_);
+  box.setTextFormat(Qt::PlainText);
   auto* dontShow = new QCheckBox(QObject::tr("Don't show this message again"), &box);
   box.setCheckBox(dontShow);
   const Answer answer = AnswerOf(box.exec());

@@ -250,16 +250,8 @@ void MainWindow::ConnectWidgets() {
   connect(flowPane_, &FlowPane::nodeClicked, this,
           [this](int procedure) { OnFlowNodeClicked(procedure); });
 
-  connect(cVS_, &QSplitter::splitterMoved, this, [this] {
-    const QList<int> s = cVS_->sizes();
-    if (s.value(0) + s.value(1) > 0)
-      options_.X_ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
-  });
-  connect(cHS_, &QSplitter::splitterMoved, this, [this] {
-    const QList<int> s = cHS_->sizes();
-    if (s.value(0) + s.value(1) > 0)
-      options_.Y_ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
-  });
+  connect(cVS_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
+  connect(cHS_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
   connect(status_, &StatusArea::cancelRequested, this, [this] { prompter_->RequestAbort(); });
 
   timLoadSession_.setObjectName("timLoadSession");
@@ -343,7 +335,21 @@ void MainWindow::ApplyWindowPlace() {
 void MainWindow::ApplyRatios() {
   const int total = 10000;
   cVS_->setSizes({int(total * options_.X_ratio), int(total * (1 - options_.X_ratio))});
-  cHS_->setSizes({int(total * (1 - options_.Y_ratio)), int(total * options_.Y_ratio)});
+  // Y_ratio is the tree's share of the left pane, read and saved alike.
+  cHS_->setSizes({int(total * options_.Y_ratio), int(total * (1 - options_.Y_ratio))});
+}
+
+void MainWindow::StoreRatios() {
+  // The first pane's share of each splitter: the left pane's width, the
+  // tree's height. A splitter that has no room yet (window never shown)
+  // keeps the ratio it was given.
+  auto share = [](const QSplitter* split, double& ratio) {
+    const QList<int> s = split->sizes();
+    if (split->isVisible() && s.value(0) > 0 && s.value(1) > 0)
+      ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
+  };
+  share(cVS_, options_.X_ratio);
+  share(cHS_, options_.Y_ratio);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
@@ -365,6 +371,7 @@ void MainWindow::StoreWindowPlace() {
 
 void MainWindow::SaveOptions() {
   StoreWindowPlace();
+  StoreRatios();
   options_.DisplayInfoType = ws_.DisplayInfoType;
   options_.Active_tbsTab = ws_.Active_tbsTab;
   options_.Active_lvwSessions_Column = ws_.Active_lvwSessions_Column;

@@ -159,6 +159,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void ApplyWindowPlace();
   void StoreWindowPlace();
   void ApplyRatios();
+  void StoreRatios();
   void Form_Unload();
 
   // Toolbar.

@@ -101,8 +101,9 @@ QVariant ProjectTreeModel::data(const QModelIndex& index, int role) const {
   if (!node) return {};
   switch (role) {
     case Qt::DisplayRole:
-    case Qt::ToolTipRole:
       return Q(node->Text);
+    case Qt::ToolTipRole:
+      return PlainToolTip(Q(node->Text));
     case Qt::DecorationRole:
       return node->Image.empty() ? QVariant() : QVariant(ZolIcon(node->Image));
     case Qt::ForegroundRole:

@@ -11,6 +11,18 @@ QString Q(std::string_view cp1252) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
+QString PlainToolTip(const QString& text) {
+  if (text.isEmpty()) return text;
+  return "<p style='white-space:pre'>" + PlainForRichText(text) + "</p>";
+}
+
+QString PlainForRichText(const QString& text) {
+  QString html = text.toHtmlEscaped();
+  html.replace("\r\n", "<br>");
+  html.replace('\n', "<br>");
+  return html;
+}
+
 std::string ToCp1252(const QString& text) {
   const QByteArray whole = text.toUtf8();
   if (auto all = Utf8ToCp1252(

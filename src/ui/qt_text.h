@@ -17,6 +17,15 @@ QString Q(std::string_view cp1252);
 // become "?".
 std::string ToCp1252(const QString& text);
 
+// A text shown as a tooltip exactly as it stands. Qt reads a tooltip that
+// looks like markup ("If a<b Then") as rich text; this one never is.
+QString PlainToolTip(const QString& text);
+
+// A text for the places that always read rich text (chart titles, axis
+// labels, legends): its "<", "&" and ">" shown as themselves, line breaks
+// kept.
+QString PlainForRichText(const QString& text);
+
 // A path of the core for display and for Qt's file calls, and back.
 QString QPath(const std::string& path);
 std::string FromQPath(const QString& path);

@@ -1,6 +1,8 @@
 #include "ui/session_header_bar.h"
 
+#include <QPainter>
 #include <QScrollBar>
+#include <QStyleOptionHeader>
 #include <QTableView>
 #include <cmath>
 
@@ -25,10 +27,26 @@ class ArrangeGuard {
   bool entered_;
 };
 
+// A header section without text.
+class BlankSection : public QWidget {
+ public:
+  using QWidget::QWidget;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    QStyleOptionHeader option;
+    option.initFrom(this);
+    option.rect = rect();
+    option.position = QStyleOptionHeader::Beginning;
+    style()->drawControl(QStyle::CE_Header, &option, &painter, this);
+  }
+};
+
 }  // namespace
 
 SessionHeaderBar::SessionHeaderBar(QTableView* grid, QWidget* parent)
-    : QHeaderView(Qt::Horizontal, parent), grid_(grid) {
+    : QHeaderView(Qt::Horizontal, parent), grid_(grid), corner_(new BlankSection(this)) {
   setObjectName("lvValuesFakeHeader");
   setModel(&names_);
   setSectionsClickable(false);
@@ -73,6 +91,11 @@ void SessionHeaderBar::Release() {
   hide();
 }
 
+void SessionHeaderBar::resizeEvent(QResizeEvent* event) {
+  QHeaderView::resizeEvent(event);
+  corner_->setGeometry(0, 0, corner_->width(), height());
+}
+
 int SessionHeaderBar::GridColumnAt(int visual) const {
   return grid_->horizontalHeader()->logicalIndex(visual);
 }
@@ -87,6 +110,8 @@ void SessionHeaderBar::ArrangeHeaders() {
     tLeft += gridHeader->sectionSize(GridColumnAt(v));
   }
   resizeSection(0, tLeft);
+  corner_->setGeometry(0, 0, tLeft, height());
+  corner_->raise();
   int tCurrentCol = headers_.FirstColumn;
   for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()); ++i) {
     int tColWidth = 0;

@@ -34,10 +34,14 @@ class SessionHeaderBar : public QHeaderView {
   void ArrangeList();
 
  private:
+  void resizeEvent(QResizeEvent* event) override;
   // The grid's logical columns in the order shown.
   int GridColumnAt(int visual) const;
 
   QTableView* grid_;
+  // An empty section over the leading columns' place that doesn't scroll,
+  // as the grid's leading columns don't.
+  QWidget* corner_;
   QStandardItemModel names_;
   FakeHeaders headers_;
   bool fDuringArrange_ = false;

@@ -35,7 +35,7 @@ QVariant SessionListModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
       return index.column() == 4 ? QPath(text) : Q(text);
     case Qt::ToolTipRole:
-      return index.column() == 4 ? QPath(text) : QVariant();
+      return index.column() == 4 ? QVariant(PlainToolTip(QPath(text))) : QVariant();
     case Qt::CheckStateRole:
       if (index.column() == 0) return row.Checked ? Qt::Checked : Qt::Unchecked;
       return {};

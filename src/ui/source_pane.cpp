@@ -32,7 +32,10 @@ SourceBrowser::SourceBrowser(QWidget* parent) : QTextBrowser(parent) {
   pal.setColor(QPalette::Text, Qt::black);
   setPalette(pal);
   connect(this, &QTextBrowser::anchorClicked, this, [this](const QUrl& url) {
-    const QString text = url.toString(QUrl::FullyDecoded);
+    // The page's own links are written as plain text ("|5|21|40", "#legend");
+    // a whole URL can't be asked for fully decoded, so its encoded form is
+    // decoded here.
+    const QString text = QUrl::fromPercentEncoding(url.toEncoded());
     if (beforeNavigate && !beforeNavigate(ToCp1252(text))) return;
     FollowAnchor(text);
   });
@@ -59,9 +62,21 @@ void SourceBrowser::FollowAnchor(const QString& url) {
   const int hash = url.indexOf('#');
   if (hash < 0) return;
   const QString name = url.mid(hash + 1);
-  // The legend is linked as "#legend" and named "Legend".
-  for (const QString& candidate : {name, name.left(1).toUpper() + name.mid(1), name.toUpper()}) {
-    scrollToAnchor(candidate);
+  // The legend is linked as "#legend" and named "Legend": names are matched
+  // without regard to case, as a web browser of the page's time did. Only a
+  // name the page holds is scrolled to; the view would go to the top for
+  // any other.
+  for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
+    for (auto it = block.begin(); !it.atEnd(); ++it) {
+      const QTextFragment fragment = it.fragment();
+      if (!fragment.isValid()) continue;
+      for (const QString& anchor : fragment.charFormat().anchorNames()) {
+        if (anchor.compare(name, Qt::CaseInsensitive) == 0) {
+          scrollToAnchor(anchor);
+          return;
+        }
+      }
+    }
   }
 }
 

@@ -14,6 +14,7 @@ StatusArea::StatusArea(QWidget* parent)
       cancel_(new QToolButton(this)) {
   setObjectName("picStatus");
   lblProgress_->setObjectName("lblProgress");
+  lblProgress_->setTextFormat(Qt::PlainText);
   bar_->setObjectName("ProgressBar1");
   cancel_->setObjectName("cmdCancelOperation");
   bar_->setTextVisible(false);

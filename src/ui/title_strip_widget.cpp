@@ -36,11 +36,14 @@ TitleStripWidget::TitleStripWidget(QWidget* parent)
     f.setBold(true);
     s.text->setFont(f);
     s.text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Names of sessions, modules and procedures are never markup.
+    s.text->setTextFormat(Qt::PlainText);
     row->addWidget(s.icon);
     row->addWidget(s.text);
   }
   row->addStretch(1);
   lblAnalyzis_->setObjectName("lblAnalyzis");
+  lblAnalyzis_->setTextFormat(Qt::PlainText);
   lblAnalyzis_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   QFont small = lblAnalyzis_->font();
   small.setPointSizeF(small.pointSizeF() * 0.85);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QActionGroup>
+#include <QDragEnterEvent>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QMimeData>
