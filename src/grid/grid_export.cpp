@@ -53,6 +53,13 @@ std::int32_t ExportFileType(const std::string& tFile) {
 }
 
 std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceComma) {
+  std::vector<int> rows(static_cast<std::size_t>(table.RowCount()));
+  for (std::size_t r = 0; r < rows.size(); ++r) rows[r] = static_cast<int>(r) + 1;
+  return ExportText(table, rows, commaSeparated, fReplaceComma);
+}
+
+std::string ExportText(const Table& table, const std::vector<int>& rows, bool commaSeparated,
+                       bool fReplaceComma) {
   std::vector<int> columns;
   for (const int c : table.GetHeadersPositions()) {
     if (!IsBarsColumn(table.ColumnAt(c))) columns.push_back(c);
@@ -70,7 +77,9 @@ std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceCom
     out.append(kLineEnd);
   };
   writeLine([&](int c) -> const std::string& { return table.ColumnAt(c).Header; });
-  for (const Row& row : table.Rows()) {
+  for (const int r : rows) {
+    if (r < 1 || r > table.RowCount()) continue;
+    const Row& row = table.RowAt(r);
     writeLine([&](int c) -> const std::string& { return row.Text(c); });
   }
   return out;

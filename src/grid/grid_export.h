@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "grid/table.h"
 #include "session/prompter.h"
@@ -28,6 +29,10 @@ std::int32_t ExportFileType(const std::string& tFile);
 // that every line keeps its columns. `fReplaceComma` (a locale with decimal
 // commas) turns the commas of every cell but the "Line" column into ".".
 std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceComma = false);
+// The same text with only the rows `rows` (from 1, in that order) below the
+// headers: what a copy of chosen rows puts on the clipboard.
+std::string ExportText(const Table& table, const std::vector<int>& rows, bool commaSeparated,
+                       bool fReplaceComma = false);
 
 // Writes `table` to `tFile` as CSV (`commaSeparated`) or tab-separated text.
 // An empty table shows "The table is empty !" and writes nothing; returns

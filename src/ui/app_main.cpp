@@ -55,6 +55,7 @@ CommandLine ParseCommandLine(const QApplication& app) {
   cl.start.selectKey = parser.value(select).toStdString();
   cl.start.tab = parser.value(tab).toInt();
   cl.screenshotDir = parser.value(shots);
+  cl.start.saveSettings = cl.screenshotDir.isEmpty();
   const QStringList wh = parser.value(size).split('x');
   if (wh.size() == 2) cl.size = QSize(wh[0].toInt(), wh[1].toInt());
   return cl;

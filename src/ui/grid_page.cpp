@@ -3,6 +3,7 @@
 #include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
@@ -78,13 +79,21 @@ QWidget* GridPage::MakeOptionStrip() {
     row->addWidget(b);
   }
   row->addSpacing(12);
-  row->addWidget(new QLabel(tr("Max Items:"), strip));
-  maxItems_ = new QSpinBox(strip);
+  // The label and its spin box wrap as one, never apart.
+  auto* limit = new QWidget(strip);
+  auto* limitRow = new QHBoxLayout(limit);
+  limitRow->setContentsMargins(0, 0, 0, 0);
+  limitRow->setSpacing(4);
+  auto* limitLabel = new QLabel(tr("Max Items:"), limit);
+  maxItems_ = new QSpinBox(limit);
+  limitLabel->setBuddy(maxItems_);
+  limitRow->addWidget(limitLabel);
+  limitRow->addWidget(maxItems_);
+  row->addWidget(limit);
   maxItems_->setObjectName("txtGraphMaxItems");
   maxItems_->setRange(0, kGraphMaxItemsLimit);
   maxItems_->setToolTip(tr("Limit the number of items to plot (0: unlimited)"));
   maxItems_->setSpecialValueText(tr("all"));
-  row->addWidget(maxItems_);
   auto* save = new QPushButton(tr("Export..."), strip);
   save->setObjectName("cmdOptGridSave");
   save->setToolTip(tr("Save the table as comma- or tab-separated text"));
@@ -93,12 +102,27 @@ QWidget* GridPage::MakeOptionStrip() {
   excel->setToolTip(tr("Open the table in the desktop's spreadsheet program"));
   row->addWidget(save);
   row->addWidget(excel);
+  search_ = new QLineEdit(strip);
+  search_->setObjectName("txtSearch");
+  search_->setPlaceholderText(tr("Find module, procedure, line..."));
+  search_->setToolTip(
+      tr("Keeps the rows whose module, procedure or line holds all the words (Ctrl+F)"));
+  search_->setClearButtonEnabled(true);
+  search_->setMinimumWidth(search_->fontMetrics().averageCharWidth() * 28);
+  row->addWidget(search_);
+  connect(search_, &QLineEdit::textChanged, grid_, &GridView::SetSearch);
+  connect(search_, &QLineEdit::returnPressed, grid_, [this] { grid_->setFocus(); });
   connect(save, &QPushButton::clicked, this, &GridPage::exportRequested);
   connect(excel, &QPushButton::clicked, this, &GridPage::viewInSpreadsheetRequested);
   connect(typeGroup_, &QButtonGroup::idClicked, this, [this](int) { OnOptionChanged(false); });
   connect(sortGroup_, &QButtonGroup::idClicked, this, [this](int) { OnOptionChanged(true); });
   connect(maxItems_, &QSpinBox::valueChanged, this, [this](int) { OnOptionChanged(false); });
   return strip;
+}
+
+void GridPage::FocusSearch() {
+  search_->setFocus(Qt::ShortcutFocusReason);
+  search_->selectAll();
 }
 
 void GridPage::SetGraphOptions(const GraphOptions& options) {

@@ -11,6 +11,7 @@
 #include "grid/grid_build.h"
 
 class QButtonGroup;
+class QLineEdit;
 class QSpinBox;
 class QSplitter;
 class QPushButton;
@@ -31,6 +32,9 @@ class GridPage : public QWidget {
   ChartPane* Chart() const { return chart_; }
   SessionHeaderBar* Headers() const { return headers_; }
   QWidget* OptionStrip() const { return strip_; }
+  // The search over the grid's rows (Ctrl+F puts the cursor there).
+  QLineEdit* SearchBox() const { return search_; }
+  void FocusSearch();
 
   // Shows a build made for tab `activeTab` and measure `displayInfoType`.
   void ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType);
@@ -63,6 +67,7 @@ class GridPage : public QWidget {
   QButtonGroup* typeGroup_ = nullptr;
   QButtonGroup* sortGroup_ = nullptr;
   QSpinBox* maxItems_ = nullptr;
+  QLineEdit* search_ = nullptr;
 
   GraphOptions options_;
   ChartArrays arrays_;

@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QFontMetricsF>
+#include <algorithm>
 
 #include "ui/icons.h"
 #include "ui/qt_text.h"
@@ -32,6 +33,8 @@ QFont BarsFont() {
 void GridTableModel::SetTable(Table table) {
   beginResetModel();
   table_ = std::move(table);
+  filtered_ = false;
+  shown_.clear();
   barsColumn_ = 0;
   for (int c = 1; c <= table_.ColumnCount(); ++c) {
     if (table_.ColumnAt(c).Header.find("Bars") != std::string::npos) barsColumn_ = c;
@@ -44,8 +47,42 @@ void GridTableModel::RowsReordered() {
   emit layoutChanged();
 }
 
+void GridTableModel::ShowRows(std::vector<int> rows) {
+  beginResetModel();
+  shown_.clear();
+  for (const int r : rows) {
+    if (r >= 1 && r <= table_.RowCount()) shown_.push_back(r);
+  }
+  std::sort(shown_.begin(), shown_.end());
+  shown_.erase(std::unique(shown_.begin(), shown_.end()), shown_.end());
+  filtered_ = true;
+  endResetModel();
+}
+
+void GridTableModel::ShowAllRows() {
+  if (!filtered_) return;
+  beginResetModel();
+  filtered_ = false;
+  shown_.clear();
+  endResetModel();
+}
+
+int GridTableModel::TableRow(int modelRow) const {
+  if (modelRow < 0 || modelRow >= rowCount()) return -1;
+  return filtered_ ? shown_[static_cast<std::size_t>(modelRow)] : modelRow + 1;
+}
+
+int GridTableModel::ModelRow(int tableRow) const {
+  if (tableRow < 1 || tableRow > table_.RowCount()) return -1;
+  if (!filtered_) return tableRow - 1;
+  const auto at = std::lower_bound(shown_.begin(), shown_.end(), tableRow);
+  if (at == shown_.end() || *at != tableRow) return -1;
+  return static_cast<int>(at - shown_.begin());
+}
+
 int GridTableModel::rowCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : table_.RowCount();
+  if (parent.isValid()) return 0;
+  return filtered_ ? static_cast<int>(shown_.size()) : table_.RowCount();
 }
 
 int GridTableModel::columnCount(const QModelIndex& parent) const {
@@ -53,11 +90,9 @@ int GridTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridTableModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || index.row() >= table_.RowCount() ||
-      index.column() >= table_.ColumnCount()) {
-    return {};
-  }
-  const Row& row = table_.Rows()[static_cast<std::size_t>(index.row())];
+  const int tableRow = index.isValid() ? TableRow(index.row()) : -1;
+  if (tableRow < 1 || index.column() >= table_.ColumnCount()) return {};
+  const Row& row = table_.RowAt(tableRow);
   const int column = index.column() + 1;
   const std::size_t cell = static_cast<std::size_t>(index.column());
   switch (role) {

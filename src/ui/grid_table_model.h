@@ -7,6 +7,7 @@
 
 #include <QAbstractTableModel>
 #include <QFont>
+#include <vector>
 
 #include "grid/table.h"
 
@@ -26,6 +27,16 @@ class GridTableModel : public QAbstractTableModel {
   Table& MutableTable() { return table_; }
   void RowsReordered();
 
+  // Shows only the table's rows `rows` (from 1, in table order); ShowAllRows
+  // shows every row again. A new table shows all of its rows.
+  void ShowRows(std::vector<int> rows);
+  void ShowAllRows();
+  bool Filtered() const { return filtered_; }
+  // The table row (from 1) of a model row (from 0), and back; -1 for a table
+  // row that isn't shown.
+  int TableRow(int modelRow) const;
+  int ModelRow(int tableRow) const;
+
   // The bars column (its header holds "Bars"), 0 for none.
   int BarsColumn() const { return barsColumn_; }
 
@@ -37,6 +48,8 @@ class GridTableModel : public QAbstractTableModel {
  private:
   Table table_;
   int barsColumn_ = 0;
+  bool filtered_ = false;
+  std::vector<int> shown_;
 };
 
 // The font of the bars column.

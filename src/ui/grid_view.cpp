@@ -1,6 +1,7 @@
 #include "ui/grid_view.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -10,7 +11,10 @@
 #include <algorithm>
 
 #include "grid/grid_click.h"
+#include "grid/grid_export.h"
+#include "grid/grid_search.h"
 #include "ui/grid_table_model.h"
+#include "ui/qt_text.h"
 
 namespace zol {
 
@@ -19,7 +23,7 @@ FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(g
   setModel(grid->model());
   setSelectionModel(grid->selectionModel());
   setSelectionBehavior(QAbstractItemView::SelectRows);
-  setSelectionMode(QAbstractItemView::SingleSelection);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setFocusPolicy(Qt::NoFocus);
   setShowGrid(false);
@@ -60,6 +64,7 @@ FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(g
 void FrozenColumnsView::mousePressEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
   QTableView::mousePressEvent(event);
+  if (event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) return;
   grid_->PressAt(index, event->button());
 }
 
@@ -77,7 +82,8 @@ GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableMo
   setObjectName("lvValues");
   setModel(model_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
-  setSelectionMode(QAbstractItemView::SingleSelection);
+  // Rows are gathered for a copy with Ctrl and Shift; a plain click goes on.
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setShowGrid(false);
   setAlternatingRowColors(true);
@@ -131,14 +137,13 @@ void GridView::ShowTable(Table table) {
   ftimDblClick_ = false;
   model_->SetTable(std::move(table));
   ApplyColumns();
+  ApplySearch();
   UpdateFrozenColumns();
   FitFrozenColumns(0.5);
   horizontalHeader()->setSortIndicator(-1, Qt::DescendingOrder);
   frozen_->horizontalHeader()->setSortIndicator(-1, Qt::DescendingOrder);
   const Table& t = model_->table();
-  if (t.SelectedRow >= 1 && t.SelectedRow <= t.RowCount()) {
-    selectRow(t.SelectedRow - 1);
-  }
+  if (const int row = model_->ModelRow(t.SelectedRow); row >= 0) selectRow(row);
   // A new table starts at its top left corner, whatever the last one showed.
   scrollToTop();
   horizontalScrollBar()->setValue(0);
@@ -274,9 +279,14 @@ void GridView::SortOn(int column, bool compared) {
   // The sort carries the selected row along: the highlight stays on the
   // same item, wherever it lands.
   const QModelIndexList selected = selectionModel()->selectedRows();
-  table.SelectedRow = selected.isEmpty() ? 0 : selected.front().row() + 1;
+  const QModelIndex current = currentIndex();
+  const int highlighted = current.isValid() && selectionModel()->isRowSelected(current.row())
+                              ? current.row()
+                              : (selected.isEmpty() ? -1 : selected.front().row());
+  table.SelectedRow = std::max(0, model_->TableRow(highlighted));
   const std::int32_t order = lvValues_Sort(table, memory_, column, kSortToggle, compared);
   model_->RowsReordered();
+  ApplySearch();
   const Qt::SortOrder shown = order == kSortAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
   horizontalHeader()->setSortIndicator(column - 1, shown);
   frozen_->horizontalHeader()->setSortIndicator(column - 1, shown);
@@ -287,10 +297,10 @@ void GridView::SortOn(int column, bool compared) {
 void GridView::SelectTableRow() {
   const Table& t = model_->table();
   selectionModel()->clearSelection();
-  if (t.SelectedRow < 1 || t.SelectedRow > t.RowCount()) return;
+  const int row = model_->ModelRow(t.SelectedRow);
+  if (row < 0) return;
   const QModelIndex current = currentIndex();
-  const QModelIndex index =
-      model_->index(t.SelectedRow - 1, current.isValid() ? current.column() : 0);
+  const QModelIndex index = model_->index(row, current.isValid() ? current.column() : 0);
   selectionModel()->setCurrentIndex(
       index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   scrollTo(index);
@@ -301,7 +311,11 @@ void GridView::GetHitTest(const QModelIndex& index, Qt::MouseButton button) {
   hit_.Button = button;
   if (!index.isValid()) return;
   const Table& t = model_->table();
-  hit_.Index = index.row() + 1;
+  hit_.Index = model_->TableRow(index.row());
+  if (hit_.Index < 1) {
+    hit_.Index = 0;
+    return;
+  }
   hit_.SubIndex = index.column() + 1;
   hit_.ColumnText = t.ColumnAt(hit_.SubIndex).Header;
   hit_.Text = t.RowAt(hit_.Index).Text(hit_.SubIndex);
@@ -310,6 +324,8 @@ void GridView::GetHitTest(const QModelIndex& index, Qt::MouseButton button) {
 void GridView::mousePressEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
   QTableView::mousePressEvent(event);
+  // Ctrl and Shift gather rows (for a copy) without going anywhere.
+  if (event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) return;
   PressAt(index, event->button());
 }
 
@@ -347,10 +363,79 @@ void GridView::keyPressEvent(QKeyEvent* event) {
   const QModelIndex current = currentIndex();
   if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && current.isValid()) {
     const int kind = (event->modifiers() & Qt::ShiftModifier) ? kDoubleClick : kSingleClick;
-    emit gridClicked(kind, current.row() + 1, current.column() + 1);
+    const int row = model_->TableRow(current.row());
+    if (row >= 1) emit gridClicked(kind, row, current.column() + 1);
+    return;
+  }
+  // A copy takes whole rows, as the export writes them, not one cell.
+  if (event->matches(QKeySequence::Copy)) {
+    CopyToClipboard(false);
     return;
   }
   QTableView::keyPressEvent(event);
+}
+
+}  // namespace zol
+
+namespace zol {
+
+void GridView::SetSearch(const QString& words) {
+  if (words == search_) return;
+  search_ = words;
+  ApplySearch();
+  UpdateFrozenColumns();
+}
+
+void GridView::ApplySearch() {
+  const std::string words = ToCp1252(search_);
+  const bool any = words.find_first_not_of(" \t") != std::string::npos;
+  if (!any && !model_->Filtered()) return;
+  // A model reset forgets the columns' widths and places; the user's stay.
+  QHeaderView* header = horizontalHeader();
+  std::vector<int> sizes;
+  std::vector<int> order;
+  for (int c = 0; c < header->count(); ++c) {
+    sizes.push_back(header->sectionSize(c));
+    order.push_back(header->logicalIndex(c));
+  }
+  const int scroll = horizontalScrollBar()->value();
+  if (any) {
+    model_->ShowRows(RowsMatching(model_->table(), words));
+  } else {
+    model_->ShowAllRows();
+  }
+  {
+    const QSignalBlocker block(header);
+    for (int c = 0; c < header->count() && c < static_cast<int>(sizes.size()); ++c)
+      header->resizeSection(c, sizes[static_cast<std::size_t>(c)]);
+    for (int visual = 0; visual < static_cast<int>(order.size()); ++visual) {
+      const int from = header->visualIndex(order[static_cast<std::size_t>(visual)]);
+      if (from >= 0 && from != visual) header->moveSection(from, visual);
+    }
+  }
+  horizontalScrollBar()->setValue(scroll);
+}
+
+QString GridView::CopyText(bool whole) const {
+  std::vector<int> rows;
+  if (whole) {
+    for (int r = 0; r < model_->rowCount(); ++r) rows.push_back(model_->TableRow(r));
+  } else {
+    QModelIndexList selected = selectionModel()->selectedRows();
+    if (selected.isEmpty() && currentIndex().isValid()) selected << currentIndex();
+    std::sort(selected.begin(), selected.end(),
+              [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
+    for (const QModelIndex& index : selected) rows.push_back(model_->TableRow(index.row()));
+  }
+  if (rows.empty()) return {};
+  QString text = Q(ExportText(model_->table(), rows, false));
+  text.replace("\r\n", "\n");
+  return text;
+}
+
+void GridView::CopyToClipboard(bool whole) {
+  const QString text = CopyText(whole);
+  if (!text.isEmpty()) QApplication::clipboard()->setText(text);
 }
 
 }  // namespace zol

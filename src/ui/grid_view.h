@@ -79,6 +79,15 @@ class GridView : public QTableView {
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
+  // Keeps only the rows whose module, procedure or line text holds every
+  // word of `words` (all rows for none); new tables and sorts keep it.
+  void SetSearch(const QString& words);
+  const QString& Search() const { return search_; }
+  // The selected rows (or, `whole`, every row shown) with the headers, as
+  // tab-separated lines: what the clipboard gets.
+  QString CopyText(bool whole) const;
+  void CopyToClipboard(bool whole);
+
   const GridHit& LastHit() const { return hit_; }
   // The double-click time, 500 ms when the system gives less than 100.
   static int DoubleClickTime();
@@ -104,6 +113,8 @@ class GridView : public QTableView {
   void FitFrozenColumns(double share);
   // The row the user had selected, selected again after a sort moved it.
   void SelectTableRow();
+  // Applies the search to the table shown, keeping the columns as they are.
+  void ApplySearch();
   void ApplyColumns();
   void OnSectionMoved();
 
@@ -115,6 +126,7 @@ class GridView : public QTableView {
   bool compared_ = false;
   FrozenColumnsView* frozen_ = nullptr;
   int frozenCount_ = 0;
+  QString search_;
 };
 
 }  // namespace zol

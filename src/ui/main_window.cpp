@@ -105,6 +105,7 @@ MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
   prompter_ = std::make_shared<GuiPrompter>(this, status_, &ws_.abort);
   ws_.SetPrompter(prompter_);
   ConnectWidgets();
+  BuildMenuBar();
   qApp->installEventFilter(this);
   Form_Load(start);
 }
@@ -264,6 +265,7 @@ void MainWindow::ConnectWidgets() {
 
 void MainWindow::Form_Load(const StartOptions& start) {
   ws_.fDuringLoad = true;
+  saveSettings_ = start.saveSettings;
   // The font of the source text: the IDE's on its own platform; here the
   // settings', or its default.
   const std::string ini = GetIniFile(ws_.appFolder);
@@ -405,7 +407,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::Form_Unload() {
   closing_ = true;
   timLoadSession_.stop();
-  SaveOptions();
+  if (saveSettings_) SaveOptions();
   KillRtfPath(ws_);
   ws_.tempFiles.DeleteTempFiles();
 }
@@ -511,19 +513,21 @@ void MainWindow::FillOpenMenu() {
 void MainWindow::FillAddSessionMenu() {
   QMenu* menu = toolbar_->DropDown("ADDSESSION");
   menu->clear();
-  auto addList = [&](const char* heading, const char* history) {
-    menu->addAction(heading)->setEnabled(false);
-    for (const std::string& file : RetrieveFileHistory(ws_, history)) {
-      if (file.empty()) continue;
-      QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
-      a->setData(QPath(file));
-      a->setToolTip(QPath(file));
-      connect(a, &QAction::triggered, this,
-              [this, a] { Toolbar1_ButtonMenuClick(a->data().toString()); });
-    }
-  };
-  addList("========== Load a recent session: ===========", "HistorySession");
-  addList("==== Load all sessions related to original projects: ====", "HistoryProject");
+  menu->addAction("========== Load a recent session: ===========")->setEnabled(false);
+  FillHistoryMenu(menu, "HistorySession");
+  menu->addAction("==== Load all sessions related to original projects: ====")->setEnabled(false);
+  FillHistoryMenu(menu, "HistoryProject");
+}
+
+void MainWindow::FillHistoryMenu(QMenu* menu, const char* history) {
+  for (const std::string& file : RetrieveFileHistory(ws_, history)) {
+    if (file.empty()) continue;
+    QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
+    a->setData(QPath(file));
+    a->setToolTip(QPath(file));
+    connect(a, &QAction::triggered, this,
+            [this, a] { Toolbar1_ButtonMenuClick(a->data().toString()); });
+  }
 }
 
 void MainWindow::Toolbar1_ButtonMenuClick(const QString& entry) {
@@ -596,7 +600,7 @@ void MainWindow::ShowHelp() {
   QMessageBox::information(
       this, tr("Help"),
       tr("%1\n\nTick sessions in the list at the bottom left to load them; two or more ticked "
-         "offer merged and compared views at the top of the tree. The toolbar's measure "
+         "offer merged and compared views at the bottom of the tree. The toolbar's measure "
          "buttons choose what the views show.\n\n(The help file, topic \"%2\", is not "
          "installed.)")
           .arg(tips, topic));

@@ -58,6 +58,9 @@ struct StartOptions {
   int tab = 0;
   // The command line held "noshow": the window starts minimised.
   bool minimised = false;
+  // The window's place, tab and measure are written to the settings when it
+  // closes; a run that only takes pictures leaves the user's settings alone.
+  bool saveSettings = true;
 };
 
 class MainWindow : public QMainWindow, public SessionPane, public NavView {
@@ -162,6 +165,13 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void StoreRatios();
   void Form_Unload();
 
+  // The menu bar: File, Edit, View and Help, with the usual shortcuts.
+  void BuildMenuBar();
+  // Appends the files of history `history` to `menu`, each loading its file.
+  void FillHistoryMenu(QMenu* menu, const char* history);
+  // Shows the scope tab at `index` (from 0), whichever tabs the strip holds.
+  void ShowTabAt(int index);
+
   // Toolbar.
   void OnToolbarButton(const QString& key);
   void FillOpenMenu();
@@ -214,6 +224,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   bool instrumenterInstalled_ = false;
   int busy_ = 0;
   bool closing_ = false;
+  bool saveSettings_ = true;
   bool treeEmptied_ = false;
   // The tree is moved to a place without the page drawing it (the page that
   // follows draws it).

@@ -150,12 +150,18 @@ void MainWindow::SelectScopeTab(int tab) {
 }
 
 void MainWindow::UpdateTitle() {
-  title_->Show(zol::UpdateTitle(ws_, ws_.cs, ws_.cMod, ws_.cPro));
+  const TitleStrip strip = zol::UpdateTitle(ws_, ws_.cs, ws_.cMod, ws_.cPro);
+  title_->Show(strip);
+  // The window's title names the session on display, as the task bar shows it.
+  setWindowTitle(strip.Session.Visible && !strip.Session.Text.empty()
+                     ? Q(strip.Session.Text) + " - " + kMessageTitle
+                     : QString(kMessageTitle));
 }
 
 void MainWindow::ClearViews() {
   pageCache_.Forget();
   title_->Clear();
+  setWindowTitle(kMessageTitle);
   SortMemory blankSort;
   GridSelection none;
   none.DisplayInfoType = ws_.DisplayInfoType;
