@@ -45,7 +45,7 @@ std::vector<int> RowsMatching(const Table& table, std::string_view words) {
   std::string cells;
   for (int r = 1; r <= table.RowCount(); ++r) {
     const Row& row = table.RowAt(r);
-    if (wanted.empty() || row.Key == "TOTAL") {
+    if (wanted.empty() || row.Key == kTotalKey) {
       rows.push_back(r);
       continue;
     }
