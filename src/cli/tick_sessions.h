@@ -2,19 +2,42 @@
 
 // Ticking session files from the command line as the session pane does: each
 // file opened and its branch added to the project tree, then the merged and
-// compared roots offered for a selection of two or more.
+// compared roots offered for a selection of two or more. The commands that
+// show ticked sessions (tree, merge, table) start this way.
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "catalogue/project_tree.h"
-#include "cli/open_session.h"
+#include "cli/cli_workspace.h"
 #include "session/workspace.h"
 
 namespace zol::cli {
 
-// False when a file can't be opened (the reason has been printed).
-bool TickSessions(Workspace& ws, ProjectTree& tree, const std::vector<std::string>& files,
-                  const OpenOptions& options);
+// A command's workspace with its project tree. Files are opened read-only: a
+// log is replayed in memory, and no session file is written or deleted.
+class TickedSessions {
+ public:
+  explicit TickedSessions(std::shared_ptr<CliPrompter> prompter = std::make_shared<CliPrompter>());
+  TickedSessions(const TickedSessions&) = delete;
+  TickedSessions& operator=(const TickedSessions&) = delete;
+
+  Workspace& ws() { return cli_.ws(); }
+  ProjectTree& tree() { return tree_; }
+
+  // Opens `files` in order and ticks each. False when one can't be opened
+  // (the reason has been printed); the files before it stay ticked.
+  bool Tick(const std::vector<std::string>& files);
+
+  // A click on the merged or compared root (kMergeKey, kCompareKey), which
+  // builds the merged data the first time. False when the merge was refused
+  // (the reason has been printed).
+  bool OpenMerged(const std::string& key);
+
+ private:
+  CliWorkspace cli_;
+  ProjectTree tree_;
+};
 
 }  // namespace zol::cli

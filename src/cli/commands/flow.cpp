@@ -18,7 +18,6 @@
 #include "base/files.h"
 #include "base/text.h"
 #include "catalogue/project_tree.h"
-#include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/tick_sessions.h"
 #include "flow/flow_chart.h"
@@ -51,12 +50,11 @@ bool EndsWith(const std::string& text, const std::string& tail) {
 }
 
 // Ticks the files and selects the session, the merged or the compared node.
-bool SelectSessions(zol::Workspace& ws, zol::ProjectTree& tree, const FlowArgs& args) {
-  zol::cli::OpenOptions options;
-  options.readOnly = true;
-  if (!zol::cli::TickSessions(ws, tree, args.files, options)) return false;
+bool SelectSessions(zol::cli::TickedSessions& ticked, const FlowArgs& args) {
+  if (!ticked.Tick(args.files)) return false;
+  zol::ProjectTree& tree = ticked.tree();
   if (args.files.size() == 1) {
-    tree.NodeClicked("S" + std::to_string(ws.nSession));
+    tree.NodeClicked("S" + std::to_string(ticked.ws().nSession));
   } else {
     tree.NodeClicked(args.compare ? zol::kCompareKey : zol::kMergeKey);
   }
@@ -92,15 +90,14 @@ int Run(const FlowArgs& args) {
     return 1;
   }
 
-  zol::cli::CliWorkspace cli;
-  zol::Workspace& ws = cli.ws();
+  zol::cli::TickedSessions ticked;
+  zol::Workspace& ws = ticked.ws();
   const std::string ini = zol::GetIniFile(ws.appFolder);
   zol::LoadColors(ws, false, ini);
   zol::FlowOptions options = zol::LoadFlowOptions(ini);
   options.CallDepth = {args.depthLeft, args.depthRight};
 
-  zol::ProjectTree tree(ws);
-  if (!SelectSessions(ws, tree, args)) return 1;
+  if (!SelectSessions(ticked, args)) return 1;
   zol::Selection sel = zol::SelectionOf(ws);
   sel.module = args.module;
   sel.procedure = args.procedure;

@@ -10,7 +10,6 @@
 
 #include "base/cp1252.h"
 #include "catalogue/project_tree.h"
-#include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/tick_sessions.h"
 #include "compare/save_merged.h"
@@ -34,20 +33,13 @@ void Setup(CLI::App& app) {
                   "save the merge as this .pfd (runs of one project only)");
   cmd->add_flag("--json", args->json, "print the merged project and session as JSON");
   cmd->callback([args] {
-    zol::cli::CliWorkspace cli;
-    zol::Workspace& ws = cli.ws();
-    zol::ProjectTree tree(ws);
-    zol::cli::OpenOptions options;
-    options.readOnly = true;
-    if (!zol::cli::TickSessions(ws, tree, args->files, options)) {
+    zol::cli::TickedSessions ticked;
+    if (!ticked.Tick(args->files) || !ticked.OpenMerged(zol::kMergeKey)) {
       zol::cli::SetExitCode(1);
       return;
     }
-    tree.NodeClicked(zol::kMergeKey);
-    if (!ws.Session(0).Loaded) {  // the merge was refused; the reason is printed
-      zol::cli::SetExitCode(1);
-      return;
-    }
+    zol::Workspace& ws = ticked.ws();
+    zol::ProjectTree& tree = ticked.tree();
     const zol::Session& merged = ws.Session(0);
     if (args->json) {
       std::cout << zol::SessionToJson(ws.Project(merged.Project), merged) << "\n";

@@ -18,7 +18,6 @@
 #include "base/text.h"
 #include "base/vb_format.h"
 #include "catalogue/project_tree.h"
-#include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/tick_sessions.h"
 #include "grid/chart.h"
@@ -73,14 +72,13 @@ std::optional<std::string> NodeKey(const zol::Workspace& ws, const zol::ProjectT
 
 // Ticks the sessions and selects what the table is to show, as a click in
 // the tree would.
-bool Select(zol::Workspace& ws, zol::ProjectTree& tree, const TableArgs& args) {
-  zol::cli::OpenOptions options;
-  options.readOnly = true;
-  if (!zol::cli::TickSessions(ws, tree, args.files, options)) return false;
+bool Select(zol::cli::TickedSessions& ticked, const TableArgs& args) {
+  if (!ticked.Tick(args.files)) return false;
+  zol::Workspace& ws = ticked.ws();
+  zol::ProjectTree& tree = ticked.tree();
   std::string sessionPart;
   if (args.files.size() > 1) {
-    tree.NodeClicked(zol::kCompareKey);
-    if (!ws.Session(0).Loaded) return false;  // the merge was refused; the reason is printed
+    if (!ticked.OpenMerged(zol::kCompareKey)) return false;
     sessionPart = "S-1";
   } else {
     sessionPart = "S" + std::to_string(ws.nSession);
@@ -152,11 +150,10 @@ void PrintChart(const zol::ChartDescription& chart) {
 }
 
 int Run(const TableArgs& args) {
-  zol::cli::CliWorkspace cli;
-  zol::Workspace& ws = cli.ws();
+  zol::cli::TickedSessions ticked;
+  zol::Workspace& ws = ticked.ws();
   ws.DisplayInfoType = kMeasures.at(args.measure);
-  zol::ProjectTree tree(ws);
-  if (!Select(ws, tree, args)) return 1;
+  if (!Select(ticked, args)) return 1;
 
   const std::int32_t tab = kTabs.at(args.tab);
   zol::SortMemory sort;

@@ -11,7 +11,6 @@
 
 #include "base/cp1252.h"
 #include "catalogue/project_tree.h"
-#include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/tick_sessions.h"
 
@@ -57,17 +56,15 @@ void Setup(CLI::App& app) {
                   "3 average child time, 4 coverage")
       ->check(CLI::Range(0, 4));
   cmd->callback([args] {
-    zol::cli::CliWorkspace cli;
-    zol::Workspace& ws = cli.ws();
+    zol::cli::TickedSessions ticked;
+    zol::Workspace& ws = ticked.ws();
     ws.fColored = args->colored;
     ws.DisplayInfoType = args->measure;
-    zol::ProjectTree tree(ws);
-    zol::cli::OpenOptions options;
-    options.readOnly = true;
-    if (!zol::cli::TickSessions(ws, tree, args->files, options)) {
+    if (!ticked.Tick(args->files)) {
       zol::cli::SetExitCode(1);
       return;
     }
+    zol::ProjectTree& tree = ticked.tree();
     if (!args->closed && tree.Nodes().Find(zol::kMergeKey)) tree.NodeClicked(zol::kMergeKey);
     tree.tvUpdateColor();
     for (const auto& root : tree.Nodes().Roots()) PrintNode(*root, 0, args->details);
