@@ -6,7 +6,8 @@ A case folder holds:
              (lines starting with "#" are comments: say there what the case checks;
              no line at all runs zolprof without arguments)
   inputs     what to put in the scratch folder before the run, one step a line:
-               copy SRC [DEST]           a file, or a folder's contents (DEST: ".")
+               copy SRC [DEST]           a file, or a folder with its contents
+                                         (DEST "." puts the contents in work/)
                truncate SRC BYTES DEST   the first BYTES bytes of a file
              SRC is relative to the repository root, DEST to the working folder
   stdout, stderr, exit_code
@@ -38,7 +39,6 @@ With no CASE every case is run.
 """
 
 import argparse
-import datetime
 import difflib
 import os
 import re
@@ -46,6 +46,7 @@ import shlex
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -54,7 +55,6 @@ UPDATE = os.environ.get("ZOLMARK_UPDATE_GOLDEN", "") not in ("", "0")
 TIMEOUT_SECONDS = 300  # sanitizer builds are several times slower
 DIFF_LINES = 40
 SCRATCH_TOKEN = b"<scratch>"
-REFERENCE_NAMES = ("stdout", "stderr", "exit_code", "files", "out")
 
 
 class CaseError(Exception):
@@ -321,8 +321,8 @@ def main():
     parser.add_argument("--zolprof", required=True, help="the zolprof binary to test")
     parser.add_argument(
         "--scratch",
-        default=os.path.join(os.getcwd(), "cli-golden-scratch"),
-        help="folder for the runs (one subfolder per case, kept when it fails)",
+        help="folder for the runs, one subfolder per case, kept when the case fails "
+        "(default: a new temporary folder)",
     )
     parser.add_argument("cases", nargs="*", help="case folders to run (default: all)")
     options = parser.parse_args()
@@ -330,7 +330,7 @@ def main():
     if not os.access(zolprof, os.X_OK):
         print(f"run_golden: {zolprof}: not an executable", file=sys.stderr)
         return 2
-    scratch_root = os.path.abspath(options.scratch)
+    scratch_root = os.path.abspath(options.scratch or tempfile.mkdtemp(prefix="zolprof-golden-"))
     cases = options.cases or list_cases()
     unknown = [c for c in cases if c not in list_cases()]
     if unknown:
@@ -352,11 +352,16 @@ def main():
                 print("  " + problem.replace("\n", "\n  "))
         elif not UPDATE:
             print(f"ok   {name}")
+    if not options.scratch and not failed:
+        shutil.rmtree(scratch_root, ignore_errors=True)
     passed = len(cases) - len(failed)
     print(f"golden: {passed} passed, {len(failed)} failed")
     if failed:
         print("Failed cases: " + " ".join(failed))
-        print("If the change of output is intended: ZOLMARK_UPDATE_GOLDEN=1 and run again.")
+        print("Run them again: " + " ".join(
+            shlex.quote(a) for a in [sys.executable, __file__, "--zolprof", zolprof] + failed))
+        print("If the change of output is intended, the same with ZOLMARK_UPDATE_GOLDEN=1 "
+              "rewrites their references.")
     return 1 if failed else 0
 
 
