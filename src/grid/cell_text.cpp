@@ -51,13 +51,16 @@ std::string FixedText(double value, int decimals) {
   // half up in decimal to the places shown, as Format does.
   char sci[32];
   const auto res =
-      std::to_chars(sci, sci + sizeof sci, std::fabs(value), std::chars_format::scientific, 14);
+      std::to_chars(sci, sci + sizeof sci - 1, std::fabs(value), std::chars_format::scientific, 14);
+  // to_chars writes no terminator, and strtol below reads the exponent up to
+  // the first byte that is not a digit: a digit left behind on the stack
+  // would become part of it.
+  *res.ptr = '\0';
   char digits[kSignificant + 1];
   digits[0] = sci[0];
   for (int k = 1; k < kSignificant; ++k) digits[k] = sci[k + 1];
   const char* e = sci + kSignificant + 2;  // behind the 'e'
   const int exponent = static_cast<int>(std::strtol(e, nullptr, 10));
-  (void)res;
 
   int pointPos = exponent + 1;  // digits before the decimal mark
   int keep = pointPos + decimals;
