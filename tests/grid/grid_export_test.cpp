@@ -102,8 +102,7 @@ class ExportReadBack : public ::testing::Test {
   }
 
   int Check(const std::string& file, const std::string& kind, const std::string& expected) {
-    const std::string script =
-        (std::filesystem::path(__FILE__).parent_path() / "check_export.py").string();
+    const std::string script = std::string(CHECK_EXPORT_SCRIPT);
     const std::string texts = dir / "expected.txt";
     WriteFile(texts, expected);
     // Columns shown minus the bars; the "Line" column is 9th.
