@@ -1,5 +1,10 @@
 #include "base/ini_file.h"
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <filesystem>
 #include <optional>
 #include <stdexcept>
 #include <string_view>
@@ -172,6 +177,28 @@ std::string WithKeyReplaced(const std::vector<Line>& lines, std::size_t at,
   return out;
 }
 
+// A write is read, change, write whole: two processes writing one settings
+// file at once (a second start handing over its files while the first writes
+// its own keys) would each lose the other's key. The lock is taken on the
+// file's folder, since the file itself is replaced by every write.
+class SettingsWriteLock {
+ public:
+  explicit SettingsWriteLock(const std::string& file) {
+    std::filesystem::path folder = std::filesystem::path(file).parent_path();
+    if (folder.empty()) folder = ".";
+    fd_ = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd_ >= 0) ::flock(fd_, LOCK_EX);
+  }
+  ~SettingsWriteLock() {
+    if (fd_ >= 0) ::close(fd_);  // closing releases the lock
+  }
+  SettingsWriteLock(const SettingsWriteLock&) = delete;
+  SettingsWriteLock& operator=(const SettingsWriteLock&) = delete;
+
+ private:
+  int fd_ = -1;
+};
+
 void ReplaceIfChanged(const std::string& file, const std::string& before,
                       const std::string& after) {
   if (after != before) WriteFileAtomic(file, after);
@@ -204,6 +231,7 @@ void VBWritePrivateProfileString(const std::string& lpApplicationName, const std
     throw std::invalid_argument("Empty key name for section [" + lpApplicationName + "] of \"" +
                                 lpFileName + "\"");
   }
+  const SettingsWriteLock lock(lpFileName);
   const std::string content = LoadFile(lpFileName);
   const auto lines = SplitLines(content);
   const std::string keyLine = lpKeyName + "=" + lpValue;
@@ -220,6 +248,7 @@ void VBWritePrivateProfileString(const std::string& lpApplicationName, const std
 
 void VBDeletePrivateProfileKey(const std::string& lpApplicationName, const std::string& lpKeyName,
                                const std::string& lpFileName) {
+  const SettingsWriteLock lock(lpFileName);
   const std::string content = LoadFile(lpFileName);
   const auto lines = SplitLines(content);
   const auto span = FindSection(lines, lpApplicationName);

@@ -1,6 +1,8 @@
 #include "base/ini_file.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "base/files.h"
 #include "base/scoped_temp_dir.h"
@@ -131,6 +133,33 @@ TEST(IniFile, DeleteRemovesOnlyTheKeyLine) {
   EXPECT_EQ(LoadFile(ini), "[Profiler]\r\nSession1=b\r\n[Other]\r\nSession0=c\r\n");
   VBDeletePrivateProfileKey("Profiler", "Session0", dir / "missing.ini");
   EXPECT_FALSE(FileExist(dir / "missing.ini"));
+}
+
+// Two processes writing their own keys into one file at once: every key of
+// both is there at the end (a second start hands its files over while the
+// first copy writes its settings).
+TEST(IniFile, WritersInTwoProcessesLoseNoKey) {
+  ScopedTempDir dir;
+  const std::string ini = dir / "shared.ini";
+  constexpr int kKeys = 150;
+  const auto writeKeys = [&](const std::string& prefix) {
+    for (int i = 0; i < kKeys; ++i)
+      VBWritePrivateProfileString("Profiler", prefix + std::to_string(i), "v", ini);
+  };
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    writeKeys("Child");
+    ::_exit(0);
+  }
+  writeKeys("Parent");
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+  for (int i = 0; i < kKeys; ++i) {
+    EXPECT_EQ(Get("Profiler", "Child" + std::to_string(i), ini), "v") << i;
+    EXPECT_EQ(Get("Profiler", "Parent" + std::to_string(i), ini), "v") << i;
+  }
 }
 
 TEST(IniFile, LongValuesAreCut) {
