@@ -191,7 +191,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void UpdateTitle();
   // Draws the call graph around the selection on the Flow page; a procedure
   // chosen there becomes the selected one.
-  void Flow_UpdateView();
+  void drawFlowPage();
   void OnFlowNodeClicked(std::int32_t procedure);
   void OnFlowOptionsChanged();
   void ClearViews();

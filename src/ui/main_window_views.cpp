@@ -115,7 +115,7 @@ void MainWindow::tbsScope_Click() {
       rchCode_UpdateView(ws_.cs, ws_.cMod, ws_.cPro, ws_.cLine);
       ws_.cLine = 0;
     } else if (tab == 6) {
-      Flow_UpdateView();
+      drawFlowPage();
     } else {
       ShowGridTab(tab);
     }
@@ -348,7 +348,7 @@ void MainWindow::OnSourceFontChanged(const QString& family, int size) {
 
 // --- Flow ---
 
-void MainWindow::Flow_UpdateView() {
+void MainWindow::drawFlowPage() {
   UpdateTitle();
   const FlowOptions options = flowPane_->Options();
   const Selection sel = SelectionOf(ws_);
@@ -400,7 +400,7 @@ void MainWindow::OnFlowOptionsChanged() {
     // The chart still follows the choice; only the settings file missed it.
   }
   if (ws_.Active_tbsTab == 6 && !tree_.Nodes().SelectedKey().empty() && !Busy()) {
-    RunGuarded(this, [this] { Flow_UpdateView(); });
+    RunGuarded(this, [this] { drawFlowPage(); });
   }
 }
 
