@@ -4,11 +4,22 @@
 // Internal to the merge engine.
 
 #include <cstdint>
+#include <string>
+#include <tuple>
+#include <utility>
 
 #include "base/vbarray.h"
 #include "session/workspace.h"
 
 namespace zol::merge_detail {
+
+// The keys by which runs of different projects line up: a module by name and
+// type, a procedure by its module's name and type and its own name and type.
+using ModuleKey = std::pair<std::string, std::int32_t>;
+using QualifiedProcedureKey = std::tuple<std::string, std::int32_t, std::string, std::int32_t>;
+
+ModuleKey KeyOf(const Module& m);
+QualifiedProcedureKey KeyOf(const Project& p, const Procedure& proc);
 
 // Heterogeneous frame: the modules and procedures of every listed session's
 // project united by name into Project(mp), and, unless `fGroup`, each

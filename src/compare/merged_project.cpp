@@ -18,17 +18,8 @@ namespace zol::merge_detail {
 
 namespace {
 
-using ModuleKey = std::pair<std::string, std::int32_t>;  // Name, Type
-// Module name and type, then procedure name and type.
-using QualifiedProcedureKey = std::tuple<std::string, std::int32_t, std::string, std::int32_t>;
-
 const Module* ModuleOf(const Project& p, std::int32_t m) {
   return m >= 1 && m <= p.ModulesNumber ? &p.Module(m) : nullptr;
-}
-
-QualifiedProcedureKey KeyOf(const Project& p, const Procedure& proc) {
-  const Module* m = ModuleOf(p, proc.BelongToModule);
-  return {m ? m->Name : std::string(), m ? m->Type : 0, proc.Name, proc.Type};
 }
 
 // Project M as it grows, with the keys of its modules and procedures.
@@ -113,6 +104,15 @@ void AppendLineBlock(Workspace& ws, Project& m, std::int32_t cp,
 
 }  // namespace
 
+ModuleKey KeyOf(const Module& m) {
+  return {m.Name, m.Type};
+}
+
+QualifiedProcedureKey KeyOf(const Project& p, const Procedure& proc) {
+  const Module* m = ModuleOf(p, proc.BelongToModule);
+  return {m ? m->Name : std::string(), m ? m->Type : 0, proc.Name, proc.Type};
+}
+
 void UniteProjects(Workspace& ws, std::int32_t mp, std::int32_t MergeIndex,
                    const Array1<std::int32_t>& list, bool fGroup,
                    bool fKeepTrackOfOriginalProject) {
@@ -163,7 +163,7 @@ void FillCompareSessions(Workspace& ws, std::int32_t mp, const Array1<std::int32
     // The first item of each key in the session's own project.
     std::map<ModuleKey, std::int32_t> moduleOf;
     for (std::int32_t j = p.ModulesNumber; j >= 1; --j) {
-      moduleOf[{p.Module(j).Name, p.Module(j).Type}] = j;
+      moduleOf[KeyOf(p.Module(j))] = j;
     }
     std::map<QualifiedProcedureKey, std::int32_t> procedureOf;
     for (std::int32_t id = p.ProceduresNumber; id >= 1; --id) {
@@ -174,7 +174,7 @@ void FillCompareSessions(Workspace& ws, std::int32_t mp, const Array1<std::int32
     c.ModuleValue.ReDim(m.ModulesNumber);
     c.ProcedureValue.ReDim(m.ProceduresNumber);
     for (std::int32_t j = 1; j <= m.ModulesNumber; ++j) {
-      auto it = moduleOf.find({m.Module(j).Name, m.Module(j).Type});
+      auto it = moduleOf.find(KeyOf(m.Module(j)));
       if (it != moduleOf.end()) c.ModuleValue(j) = s.ModuleValue(it->second);
     }
     for (std::int32_t id = 1; id <= m.ProceduresNumber; ++id) {
