@@ -62,9 +62,14 @@ struct Side {
   std::vector<DiffRow> rows;  // only names, text and the value are filled
   std::vector<double> values;
 
-  // A key met twice keeps its first item, as the merge does.
-  void Add(Key key, DiffRow row, double value) {
-    if (!index.try_emplace(std::move(key), rows.size()).second) return;
+  // A key met twice keeps its first item, as the merge does, or with `sum`
+  // adds the value to it.
+  void Add(Key key, DiffRow row, double value, bool sum = false) {
+    auto [it, added] = index.try_emplace(std::move(key), rows.size());
+    if (!added) {
+      if (sum) values[it->second] += value;
+      return;
+    }
     rows.push_back(std::move(row));
     values.push_back(value);
   }
@@ -113,21 +118,26 @@ void Collect(const Workspace& ws, std::int32_t cs, DiffLevel, DiffQuantity q,
 
 // A line is known by its procedure and its place among that procedure's
 // lines, so lines added or removed elsewhere, or comments and blank lines
-// moving it down, leave the match alone.
+// moving it down, leave the match alone. A merge of runs of different projects
+// holds each project's lines as a block of its own: a procedure's lines met
+// again in a later block count from 1 again and add to the same rows.
 template <>
 void Collect(const Workspace& ws, std::int32_t cs, DiffLevel, DiffQuantity q, Side<LineKey>& side) {
   const Session& s = ws.Session(cs);
   const Project& p = ws.Project(s.Project);
   std::map<std::int32_t, std::int32_t> seen;  // procedure -> lines met so far
+  std::int32_t previous = 0;
   for (std::int32_t id = 1; id <= p.LinesNumber && id <= s.CodeLineValue.UBound(); ++id) {
     const CodeLine& line = p.CodeLine(id);
     const std::int32_t proc = line.BelongToProcedure;
     if (proc < 1 || proc > p.ProceduresNumber) continue;
+    if (proc != previous) seen[proc] = 0;
+    previous = proc;
     const std::int32_t place = ++seen[proc];
     const Procedure& owner = p.Procedure(proc);
     side.Add(LineKey{KeyOf(p, owner), place},
              Named(ModuleName(p, owner.BelongToModule), owner.Name, place, line.Text),
-             ValueOf(s.CodeLineValue(id), q));
+             ValueOf(s.CodeLineValue(id), q), true);
   }
 }
 

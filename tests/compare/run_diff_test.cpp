@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "compare/global_sessions.h"
 #include "hand_sessions.h"
 
 namespace zol {
@@ -143,6 +144,25 @@ TEST(RunDiff, LinesMatchByPlaceInTheirProcedure) {
   EXPECT_EQ(Row(hits, "Main", "Moved", 2).state, DiffState::Unchanged);
   EXPECT_EQ(Row(hits, "Main", "Slow", 1).state, DiffState::Unchanged);
   EXPECT_FALSE(HasRegression(hits));
+}
+
+TEST(RunDiff, AMergeOfTwoVersionsAddsTheirLines) {
+  Workspace ws;
+  const Versions v = TwoVersions(ws);
+  const std::int32_t slot = ws.Session.UBound() + 1;
+  ws.SessionSlot(slot);
+  Array1<Session> compared;
+  MakeMergedAndCompareSessions(ws, slot, compared, false, testing::List({v.base, v.next}), false,
+                               true, false, nullptr);
+  DiffOptions o;
+  o.level = DiffLevel::Line;
+  const auto rows = DiffRuns(ws, slot, v.next, o);
+  EXPECT_DOUBLE_EQ(*Row(rows, "Main", "Moved", 1).base, 0.02);
+  EXPECT_DOUBLE_EQ(*Row(rows, "Main", "Moved", 2).base, 0.04);
+  EXPECT_DOUBLE_EQ(*Row(rows, "Main", "Slow", 1).base, 0.3);
+  EXPECT_EQ(Row(rows, "Main", "Slow", 1).state, DiffState::Better);
+  EXPECT_EQ(Row(rows, "Main", "Fresh", 1).state, DiffState::Unchanged);
+  EXPECT_EQ(Row(rows, "Main", "Old", 1).state, DiffState::Gone);
 }
 
 TEST(RunDiff, ModulesAndCoverage) {

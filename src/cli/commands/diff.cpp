@@ -6,6 +6,7 @@
 // --fail-on-regression the exit code is 3 when a row got worse beyond both
 // thresholds, so a build pipeline can stop on it. Logs are replayed in memory.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
