@@ -15,9 +15,9 @@ namespace zol {
 namespace {
 
 // A reader of the callgrind grammar as far as the export uses it: header
-// lines, file and function specifications with compressed names, cost lines
-// of position and event values, and call lines each followed by its cost
-// line. Any line it can't place fails the test.
+// lines, the lines naming files and functions (names compressed or not),
+// cost lines of position and event values, and call lines each followed by
+// its cost line. Any line it can't place fails the test.
 struct Callgrind {
   std::vector<std::string> events;
   std::vector<std::int64_t> summary;
@@ -45,14 +45,14 @@ std::vector<std::int64_t> Numbers(const std::string& line) {
 Callgrind Parse(const std::string& text) {
   Callgrind out;
   std::map<std::string, std::map<std::string, std::string>> names;  // kind -> id -> name
-  auto resolve = [&](const std::string& kind, const std::string& spec) {
-    if (spec.empty() || spec[0] != '(') return spec;
-    const auto close = spec.find(')');
-    if (close == std::string::npos) throw std::runtime_error("bad name: " + spec);
-    const std::string id = spec.substr(1, close - 1);
-    if (close + 1 < spec.size()) {
-      if (spec[close + 1] != ' ') throw std::runtime_error("bad name: " + spec);
-      const std::string name = spec.substr(close + 2);
+  auto resolve = [&](const std::string& kind, const std::string& named) {
+    if (named.empty() || named[0] != '(') return named;
+    const auto close = named.find(')');
+    if (close == std::string::npos) throw std::runtime_error("bad name: " + named);
+    const std::string id = named.substr(1, close - 1);
+    if (close + 1 < named.size()) {
+      if (named[close + 1] != ' ') throw std::runtime_error("bad name: " + named);
+      const std::string name = named.substr(close + 2);
       if (names[kind].count(id) && names[kind][id] != name) {
         throw std::runtime_error("id " + id + " names two things");
       }
