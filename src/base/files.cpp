@@ -1,6 +1,7 @@
 #include "base/files.h"
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -9,6 +10,7 @@
 #include <chrono>
 #include <cstring>
 #include <filesystem>
+#include <string_view>
 #include <utility>
 
 #include "base/paths.h"
@@ -99,6 +101,43 @@ FileDescriptor CreateSibling(const std::string& target, std::string& siblingPath
   return FileDescriptor(-1);
 }
 
+// The process id in the name of a sibling made by CreateSibling
+// (".<name>.<pid>-<n>-<tick>.tmp"); 0 for any other name.
+pid_t SiblingOwner(const std::string& name) {
+  if (name.size() < 6 || name[0] != '.' || !name.ends_with(".tmp")) return 0;
+  const std::string stem = name.substr(0, name.size() - 4);
+  const auto tickDash = stem.rfind('-');
+  if (tickDash == std::string::npos || tickDash == 0) return 0;
+  const auto countDash = stem.rfind('-', tickDash - 1);
+  const auto dot = countDash == std::string::npos ? std::string::npos : stem.rfind('.', countDash);
+  if (dot == std::string::npos || dot == 0) return 0;
+  const std::string pid = stem.substr(dot + 1, countDash - dot - 1);
+  const auto digitsOnly = [](std::string_view s) {
+    return !s.empty() && s.size() <= 9 && s.find_first_not_of("0123456789") == s.npos;
+  };
+  if (!digitsOnly(pid) || !digitsOnly(stem.substr(countDash + 1, tickDash - countDash - 1)) ||
+      !digitsOnly(stem.substr(tickDash + 1))) {
+    return 0;
+  }
+  return static_cast<pid_t>(std::stol(pid));
+}
+
+// Removes the siblings that a write killed before its rename left in
+// `folder`: those whose process is gone. A live process's are its own
+// business (it may be writing right now).
+void RemoveStaleSiblings(const std::string& folder) {
+  std::error_code ec;
+  for (fs::directory_iterator it(folder.empty() ? "." : folder, ec), end; !ec && it != end;
+       it.increment(ec)) {
+    const pid_t owner = SiblingOwner(it->path().filename().string());
+    if (owner <= 0 || owner == ::getpid()) continue;
+    if (::kill(owner, 0) != 0 && errno == ESRCH) {
+      std::error_code ignored;
+      fs::remove(it->path(), ignored);
+    }
+  }
+}
+
 // Makes a rename durable; a failure here loses nothing already written.
 void SyncFolderOf(const std::string& path) {
   const std::string folder = GetPath(path);
@@ -163,6 +202,7 @@ void AppendToFile(const std::string& tFile, std::string_view tString) {
 void WriteFileAtomic(const std::string& tFile, std::string_view bytes) {
   if (tFile.empty()) throw FileError("Cannot write a file without a name", tFile);
   const std::string target = FollowLink(ToNativePath(tFile));
+  RemoveStaleSiblings(GetPath(target));
   std::string sibling;
   int createError = 0;
   FileDescriptor fd = CreateSibling(target, sibling, createError);

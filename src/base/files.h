@@ -45,6 +45,9 @@ void AppendToFile(const std::string& tFile, std::string_view tString);
 // renamed over `tFile`, keeping the permissions of the file it replaces. On any
 // failure the old file is left as it was, the new one removed, and FileError
 // thrown. A link is followed: the file it points to is replaced.
+// New files left in that folder by such a write that was killed before its
+// rename (".<name>.<pid>-...tmp" of a process that no longer runs) are removed
+// first.
 void WriteFileAtomic(const std::string& tFile, std::string_view bytes);
 
 // A name that nothing on disk has yet. `tFile` is split at the last "." of its

@@ -64,7 +64,7 @@ void RefuseLog(Workspace& ws, const std::string& tFile) {
                            "Please re-instrument the application for profiling. If the problem "
                            "persists, then please contact us at " +
                            kSupportAddress + "\n\nWould you like to delete the session file ?";
-  if (ws.prompter().Ask(text) == Answer::Yes) {
+  if (ws.prompter().AskToDelete(text) == Answer::Yes) {
     std::error_code ec;
     std::filesystem::remove(tFile, ec);
   }
@@ -105,7 +105,7 @@ void AskToDeleteUnloadable(Workspace& ws, const std::string& tFile) {
       "Unable to load the session ! The corresponding source code has been removed or "
       "overwritten, or the project you are trying to profile is empty (no procedures) !\n"
       "Would you like to delete the session file ?";
-  if (ws.prompter().Ask(text) == Answer::Yes) {
+  if (ws.prompter().AskToDelete(text) == Answer::Yes) {
     std::error_code ec;
     std::filesystem::remove(tFile, ec);
   }
@@ -132,17 +132,46 @@ void FinishProgress(Workspace& ws) {
   ws.prompter().ShowProgress(false);
 }
 
+// The probes that ran but that no module of the project holds. The
+// instrumenter may leave unused IDs, and such a session is shown (those IDs
+// have no rows); but a module replaced after the run (by another version or
+// a stub) looks the same, so the log is not deleted: the user may still want
+// to replay it with the right sources. Empty when every probe that ran is in
+// the sources.
+std::string ExecutedOutsideSources(const Workspace& ws, std::int32_t cs) {
+  const Session& s = ws.Session(cs);
+  const Project& p = ws.Project(s.Project);
+  std::int32_t count = 0;
+  for (std::int32_t i = 1; i <= s.CodeLineValue.UBound() && i <= p.CodeLine.UBound(); ++i) {
+    if (s.CodeLineValue(i).Hits != 0 && p.CodeLine(i).BelongToProcedure == 0) ++count;
+  }
+  for (std::int32_t i = 1; i <= s.ProcedureValue.UBound() && i <= p.Procedure.UBound(); ++i) {
+    if (s.ProcedureValue(i).Hits != 0 && p.Procedure(i).BelongToModule == 0) ++count;
+  }
+  if (count == 0) return "";
+  return "The log:\n" + s.SessionFile + "\nrecords " + std::to_string(count) +
+         " line or procedure ID(s) as run that no module of the project " + p.ProjectFile +
+         " holds. They are left out of the views; the log is kept beside its session file "
+         "in case the module files are not those of the run.";
+}
+
 // Replays the log, derives the statistics, writes the .pfd whole, and only
-// then deletes the log.
+// then deletes the log: unless probes ran that the sources don't hold (the
+// user is told, and the log stays).
 void LoadFromLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   const std::string log = ws.Session(cs).SessionFile;
   PrepareSessionArrays(ws, cs);
   ReadProfileFile(ws, cs, kind);
+  const std::string outside = ExecutedOutsideSources(ws, cs);
   GatherInfo(ws, cs);
   SaveSessionInfo(ws, cs);
-  std::error_code ec;
-  std::filesystem::remove(log, ec);
   Prompter& p = ws.prompter();
+  if (outside.empty()) {
+    std::error_code ec;
+    std::filesystem::remove(log, ec);
+  } else {
+    p.ShowMessage(outside, MessageKind::Information);
+  }
   p.SetProgressValue(0);
   p.DoEvents();
 }
@@ -167,6 +196,9 @@ LoadOutcome LoadValues(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   if (!ws.Project(cp).Loaded) GetProjectInfo(ws, cs);
   if (ws.Project(cp).ModulesNumber == 0) return {};
   if (LastChar(s.SessionFile) == 'l') {
+    if (std::string unread = UnreadModulesMessage(ws, cs); !unread.empty()) {
+      return {LoadOutcome::Failed, std::move(unread)};
+    }
     if (!CountsMatchProject(ws, s)) return {};
     LoadFromLog(ws, cs, kind);
   } else if (const std::string file = s.SessionFile; !LoadSessionInfo(ws, cs, file)) {
@@ -229,6 +261,17 @@ std::int32_t AddSingleSession(Workspace& ws, const std::string& tFile) {
 std::string CorruptSessionFileMessage(const std::string& tFile) {
   return "The session file:\n" + tFile +
          "\ncan not be read ! It was either corrupted or not generated properly.";
+}
+
+std::string UnreadModulesMessage(const Workspace& ws, std::int32_t cs) {
+  const Session& s = ws.Session(cs);
+  const Project& p = ws.Project(s.Project);
+  if (p.UnreadModules.empty()) return "";
+  std::string text = "The session file:\n" + s.SessionFile +
+                     "\ncan not be loaded: these module files of the project " + p.ProjectFile +
+                     " can't be read, and the log is kept until they can:";
+  for (const UnreadModule& u : p.UnreadModules) text += "\n" + u.FileName + ": " + u.Fault;
+  return text;
 }
 
 std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& tFileIn,

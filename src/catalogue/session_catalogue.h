@@ -22,6 +22,13 @@ namespace zol {
 // The text shown when a log can't be used, as its first three lines.
 std::string CorruptSessionFileMessage(const std::string& tFile);
 
+// Why the log of Session(cs) can't be replayed: the module files of its
+// (scanned) project that couldn't be read, one per line with the reason; empty
+// when every module was read. A log is never replayed, stored or deleted
+// without all of them: the IDs of an unread module's probes are unknown, so
+// its lines would count as nothing and the times would be wrong.
+std::string UnreadModulesMessage(const Workspace& ws, std::int32_t cs);
+
 // The message of AddSessionGroup when it finds nothing to add.
 inline constexpr const char* kNoSessionToLoadText =
     "Error in loading session or couldn't find any session to load !";

@@ -24,6 +24,14 @@ Answer CliPrompter::Ask(const std::string& text, bool) {
   return answer_;
 }
 
+Answer CliPrompter::AskToDelete(const std::string& text) {
+  ++messagesShown_;
+  std::cerr << "zolprof: " << text << "\n"
+            << "zolprof: answered " << AnswerText(deleteAnswer_)
+            << (deleteAnswer_ == Answer::Yes ? "\n" : " (--delete-unreadable deletes it)\n");
+  return deleteAnswer_;
+}
+
 DontShowReply CliPrompter::AskDontShowAgain(const std::string& title, const std::string& text) {
   ++messagesShown_;
   std::cerr << "zolprof: " << title << "\n"

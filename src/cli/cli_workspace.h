@@ -1,7 +1,7 @@
 #pragma once
 
 // The workspace a zolprof command runs in: messages go to stderr, questions
-// are answered by the command's flags (never "delete" unless asked), and the
+// are answered by the command's flags (never "delete" unless a flag names it), and the
 // run's folder of cleaned source text is made at the start and removed, with
 // every temporary file, at the end.
 
@@ -28,6 +28,10 @@ class CliPrompter : public Prompter {
   // The answer to questions that only confirm what the command was asked to
   // do (such as "Apply Filters ?"); the same as other questions unless set.
   void SetConfirmAnswer(Answer answer) { confirmAnswer_ = answer; }
+  // Printed and answered No, unless the command's flag that names the
+  // deletion (such as --delete-unreadable) allowed it.
+  Answer AskToDelete(const std::string& text) override;
+  void SetDeleteAnswer(Answer answer) { deleteAnswer_ = answer; }
   void ShowProgress(bool) override {}
   void SetProgressText(const std::string& text) override;
   void SetProgressMax(long) override {}
@@ -39,6 +43,7 @@ class CliPrompter : public Prompter {
  private:
   Answer answer_;
   Answer confirmAnswer_;
+  Answer deleteAnswer_ = Answer::No;
   bool showProgress_;
   int messagesShown_ = 0;
 };

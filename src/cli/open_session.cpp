@@ -25,6 +25,10 @@ bool ReplayInMemory(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   Session& s = ws.Session(cs);
   if (!ws.Project(s.Project).Loaded) GetProjectInfo(ws, cs);
   const Project& p = ws.Project(s.Project);
+  if (const std::string unread = UnreadModulesMessage(ws, cs); !unread.empty()) {
+    std::cerr << "zolprof: " << unread << "\n";
+    return false;
+  }
   if (p.ModulesNumber == 0 || p.LinesNumber != s.LinesNumber ||
       p.ProceduresNumber != s.ProceduresNumber) {
     std::cerr << "zolprof: the project " << s.ProjectFile

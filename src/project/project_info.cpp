@@ -1,5 +1,6 @@
 #include "project/project_info.h"
 
+#include <filesystem>
 #include <optional>
 
 #include "base/files.h"
@@ -48,6 +49,33 @@ void CheckSessionCount(std::int32_t n, const char* what, const Session& s) {
   }
 }
 
+// A module file: its text, or why it couldn't be read. A folder, a device or
+// a pipe in its place is named as such rather than opened (a pipe would block).
+struct ModuleFile {
+  std::string path;
+  std::string text;
+  std::string fault;  // empty when the file was read
+};
+
+ModuleFile LoadModuleFile(const std::string& name, const std::string& projectFolder) {
+  if (const auto found = ResolveExistingFile(name, projectFolder)) {
+    try {
+      return {*found, LoadFile(*found), ""};
+    } catch (const FileError& e) {
+      return {*found, {}, e.what()};
+    }
+  }
+  if (ResolveExistingFolder(name, projectFolder)) return {"", "", "a folder, not a file"};
+  std::error_code ec;
+  const std::filesystem::path native = ToNativePath(name);
+  const std::filesystem::path beside =
+      native.is_absolute() ? native : std::filesystem::path(projectFolder) / native;
+  if (std::filesystem::exists(beside, ec)) {
+    return {"", "", "not a regular file (a device, pipe or socket)"};
+  }
+  return {"", "", "missing"};
+}
+
 }  // namespace
 
 std::string AppPrefixFor(std::string_view appName) {
@@ -87,6 +115,7 @@ void GetProjectInfo(Workspace& ws, std::int32_t cs, const ScanOptions& options) 
   project.Procedure.ReDim(ws.ProceduresNumber);
   project.ListOfModule = "\r";
   project.ListOfProc = "\r";
+  project.UnreadModules.clear();
 
   const LoadedFile vbp = LoadProjectFile(s);
   if (vbp.text.empty()) return;
@@ -102,7 +131,8 @@ void GetProjectInfo(Workspace& ws, std::int32_t cs, const ScanOptions& options) 
     module.Type = entry.Type;
     module.BelongToProject = ws.cp;
 
-    const LoadedFile file = LoadResolved(entry.FileName, projectFolder);
+    const ModuleFile file = LoadModuleFile(entry.FileName, projectFolder);
+    if (!file.fault.empty()) project.UnreadModules.push_back({entry.FileName, file.fault});
     ModuleSource source = SplitModuleSource(file.text, entry.FileName);
     module.Name = source.Name;
     project.ListOfModule.append(source.Name).append("\r");

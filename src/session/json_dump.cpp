@@ -108,6 +108,15 @@ void WriteProjectJson(JsonWriter& w, const Project& p) {
         .Field("IsProcedureExit", static_cast<bool>(c.IsProcedureExit))
         .EndObject();
   });
+  // Only a project with modules that couldn't be read has the list, so that
+  // the record of a whole project reads as it always did.
+  if (!p.UnreadModules.empty()) {
+    w.Key("UnreadModules").BeginArray();
+    for (const UnreadModule& u : p.UnreadModules) {
+      w.BeginObject().Field("FileName", u.FileName).Field("Fault", u.Fault).EndObject();
+    }
+    w.EndArray();
+  }
   w.EndObject();
 }
 

@@ -27,6 +27,10 @@ class Prompter {
   virtual void ShowMessage(const std::string& text, MessageKind kind) = 0;
   // A question with Yes and No (and Cancel when `withCancel`).
   virtual Answer Ask(const std::string& text, bool withCancel = false) = 0;
+  // A question whose Yes deletes a file of the user's. Kept apart from Ask so
+  // that an automatic "yes to everything" never reaches it; by default it is
+  // asked like any other.
+  virtual Answer AskToDelete(const std::string& text) { return Ask(text); }
   // A Yes/No question under `title` with a box "don't show this message
   // again". Whether it is shown at all is the caller's business (see the
   // catalogue's MsgBoxDontShow). By default: Ask(text), the box left clear.

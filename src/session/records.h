@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "base/vbarray.h"
 #include "session/vbbool.h"
@@ -169,6 +170,13 @@ struct CodeLine {
   VBBool IsProcedureExit;
 };
 
+// A module file of the project that the scan could not read.
+struct UnreadModule {
+  std::string FileName;  // as the .vbp names it
+  std::string Fault;     // why: missing, a folder, not a regular file, the system's reason
+  friend bool operator==(const UnreadModule&, const UnreadModule&) = default;
+};
+
 struct Project {
   VBBool Loaded;
   std::string ProjectFile;
@@ -183,6 +191,9 @@ struct Project {
   std::string ListOfProc;
   std::string ListOfModule;
   VBBool ContainsCritical;
+  // Modules read as empty because their file can't be read: the IDs of their
+  // probes are unknown, so a log of this project can't be replayed truly.
+  std::vector<UnreadModule> UnreadModules;
 };
 
 }  // namespace zol

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <filesystem>
@@ -118,6 +120,29 @@ TEST(Files, WriteFileAtomicReplacesKeepingModeAndLinks) {
     std::exit(std::string(e.what()).find(target) != std::string::npos ? 0 : 2);
   }
   std::exit(1);
+}
+
+TEST(Files, WriteFileAtomicRemovesWhatKilledWritesLeft) {
+  ScopedTempDir dir;
+  // The id of a process that has ended.
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(0);
+  ASSERT_GT(child, 0);
+  ::waitpid(child, nullptr, 0);
+  const std::string dead = std::to_string(child);
+  const std::string live = std::to_string(::getppid());
+  dir.Put(".A.pfd." + dead + "-0-123.tmp", "half a session");
+  dir.Put(".B.pfd." + dead + "-7-99999.tmp", "another");
+  dir.Put(".A.pfd." + live + "-0-123.tmp", "being written now");
+  dir.Put(".notes." + dead + ".tmp", "not ours");
+  dir.Put("A.pfd." + dead + "-0-1.tmp", "not ours either");
+  WriteFileAtomic(dir / "C.pfd", "whole");
+  EXPECT_FALSE(fs::exists(dir / (".A.pfd." + dead + "-0-123.tmp")));
+  EXPECT_FALSE(fs::exists(dir / (".B.pfd." + dead + "-7-99999.tmp")));
+  EXPECT_TRUE(fs::exists(dir / (".A.pfd." + live + "-0-123.tmp")));
+  EXPECT_TRUE(fs::exists(dir / (".notes." + dead + ".tmp")));
+  EXPECT_TRUE(fs::exists(dir / ("A.pfd." + dead + "-0-1.tmp")));
+  EXPECT_EQ(LoadFile(dir / "C.pfd"), "whole");
 }
 
 TEST(Files, WriteFileAtomicFailureLeavesTheOldFileWhole) {

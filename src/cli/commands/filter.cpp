@@ -17,6 +17,7 @@
 #include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/open_session.h"
+#include "cli/output_target.h"
 #include "profile/session_files.h"
 #include "session/json_dump.h"
 
@@ -28,6 +29,7 @@ struct FilterArgs {
   std::string output;
   bool json = false;
   bool yes = false;
+  bool force = false;
   zol::cli::OpenOptions options;
 };
 
@@ -96,6 +98,11 @@ void Run(const FilterArgs& args) {
     zol::cli::SetExitCode(1);
     return;
   }
+  if (!args.output.empty() &&
+      !zol::cli::MayWriteOutput(args.output, args.files, zol::cli::kSessionOutput, args.force)) {
+    zol::cli::SetExitCode(1);
+    return;
+  }
   const auto sessions = OpenAll(ws, args);
   if (!sessions) {
     zol::cli::SetExitCode(1);
@@ -135,7 +142,9 @@ void Setup(CLI::App& app) {
   cmd->add_flag("--json", args->json, "print each session with its values as JSON");
   cmd->add_option("--project", args->options.projectOverride,
                   "the instrumented .vbp to use instead of the one the files name");
-  cmd->add_flag("--yes", args->yes, "answer Yes to other questions");
+  cmd->add_flag("--yes", args->yes,
+                "answer Yes to other questions (never to deleting a file: inputs are kept)");
+  cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
   cmd->callback([args] {
     args->options.readOnly = true;
     Run(*args);

@@ -11,6 +11,7 @@
 #include "base/cp1252.h"
 #include "catalogue/project_tree.h"
 #include "cli/command_registry.h"
+#include "cli/output_target.h"
 #include "cli/tick_sessions.h"
 #include "compare/save_merged.h"
 #include "session/json_dump.h"
@@ -21,6 +22,7 @@ struct MergeArgs {
   std::vector<std::string> files;
   std::string output;
   bool json = false;
+  bool force = false;
 };
 
 void Setup(CLI::App& app) {
@@ -32,7 +34,13 @@ void Setup(CLI::App& app) {
   cmd->add_option("-o,--output", args->output,
                   "save the merge as this .pfd (runs of one project only)");
   cmd->add_flag("--json", args->json, "print the merged project and session as JSON");
+  cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
   cmd->callback([args] {
+    if (!args->output.empty() && !zol::cli::MayWriteOutput(args->output, args->files,
+                                                           zol::cli::kSessionOutput, args->force)) {
+      zol::cli::SetExitCode(1);
+      return;
+    }
     zol::cli::TickedSessions ticked;
     if (!ticked.Tick(args->files) || !ticked.OpenMerged(zol::kMergeKey)) {
       zol::cli::SetExitCode(1);

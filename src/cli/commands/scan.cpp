@@ -38,6 +38,11 @@ void Run(const ScanArgs& args) {
   } else if (p.ModulesNumber > 0) {
     std::cout << zol::FormatProjectScan(p);
   }
+  for (const zol::UnreadModule& u : p.UnreadModules) {
+    std::cerr << "zolprof: " << args.project << ": module " << u.FileName
+              << " not read: " << u.Fault << "\n";
+  }
+  if (!p.UnreadModules.empty()) zol::cli::SetExitCode(1);
   if (p.ModulesNumber == 0) {
     std::cerr << "zolprof: no module read from \"" << args.project
               << "\" (the file is missing or unreadable, or names no module)\n";

@@ -21,6 +21,7 @@ struct SessionsArgs {
   bool load = false;
   bool json = false;
   bool yes = false;
+  bool deleteUnreadable = false;
 };
 
 void EnterFile(zol::Workspace& ws, zol::SessionPane& pane, const std::string& path) {
@@ -66,10 +67,13 @@ void Setup(CLI::App& app) {
   cmd->add_flag("--load", args->load,
                 "tick every row: load its values (a log is replayed and stored as a .pfd)");
   cmd->add_flag("--json", args->json, "print the rows as JSON");
-  cmd->add_flag("--yes", args->yes, "answer Yes to questions (such as deleting a damaged file)");
+  cmd->add_flag("--yes", args->yes, "answer Yes to questions other than deleting a file");
+  cmd->add_flag("--delete-unreadable", args->deleteUnreadable,
+                "delete a session file that can't be read or loaded when asked to");
   cmd->callback([args] {
     zol::cli::CliWorkspace cli(
         std::make_shared<zol::cli::CliPrompter>(args->yes ? zol::Answer::Yes : zol::Answer::No));
+    if (args->deleteUnreadable) cli.prompter().SetDeleteAnswer(zol::Answer::Yes);
     zol::HeadlessSessionPane pane;
     for (const std::string& path : args->paths) EnterFile(cli.ws(), pane, path);
     if (args->load) {

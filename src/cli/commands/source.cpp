@@ -16,6 +16,7 @@
 #include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/open_session.h"
+#include "cli/output_target.h"
 #include "source_view/font_metrics.h"
 #include "source_view/html_options.h"
 #include "source_view/html_writer.h"
@@ -33,6 +34,7 @@ struct SourceArgs {
   std::string columns;
   std::string scheme;
   bool links = false;
+  bool force = false;
   zol::cli::OpenOptions options;
 };
 
@@ -73,6 +75,9 @@ bool ApplyOptions(zol::Workspace& ws, const SourceArgs& args, std::int32_t measu
 }
 
 int Run(const SourceArgs& args) {
+  if (!zol::cli::MayWriteOutput(args.output, {args.file}, zol::cli::kHtmlOutput, args.force)) {
+    return 1;
+  }
   zol::cli::CliWorkspace cli;
   zol::Workspace& ws = cli.ws();
   zol::LoadColors(ws, false);
@@ -129,6 +134,7 @@ void Setup(CLI::App& app) {
   cmd->add_option("--project", args->options.projectOverride,
                   "the instrumented .vbp to use instead of the one the file names");
   cmd->add_option("-o,--output", args->output, "the page to write")->required();
+  cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
   cmd->callback([args] {
     try {
       zol::cli::SetExitCode(Run(*args));
