@@ -7,9 +7,12 @@ set(ZOL_WARNINGS -Wall -Wextra -Wpedantic -Wno-unused-parameter -Wno-restrict)
 function(zol_apply_common target)
   target_compile_options(${target} PRIVATE ${ZOL_WARNINGS})
   if(ZOLMARK_SANITIZE)
-    target_compile_options(${target} PRIVATE -fsanitize=address,undefined -fno-omit-frame-pointer
-                                             -fno-sanitize-recover=undefined)
-    target_link_options(${target} PRIVATE -fsanitize=address,undefined)
+    # float-cast-overflow: a double read from a file and cast to an integer
+    # out of its range is undefined, and damaged files are common input.
+    target_compile_options(
+      ${target} PRIVATE -fsanitize=address,undefined,float-cast-overflow -fno-omit-frame-pointer
+                        -fno-sanitize-recover=undefined,float-cast-overflow)
+    target_link_options(${target} PRIVATE -fsanitize=address,undefined,float-cast-overflow)
   endif()
 endfunction()
 

@@ -309,4 +309,9 @@ std::string GetLine(int& pos, std::string_view text) {
   return line;
 }
 
+std::string Abbreviated(std::string_view text, std::size_t max) {
+  if (text.size() <= max) return std::string(text);
+  return std::string(text.substr(0, max)) + "...";
+}
+
 }  // namespace zol

@@ -47,6 +47,11 @@ std::string Replace(std::string_view s, std::string_view find, std::string_view 
 // Parts between the delimiters. An empty text gives no parts at all; an empty
 // delimiter gives the whole text as one part.
 std::vector<std::string> Split(std::string_view s, std::string_view delim);
+// A text read from a file, for a message: at most `max` characters, then "..."
+// when it was longer. A damaged file can hold megabytes where a number should
+// be, and the message must stay readable.
+std::string Abbreviated(std::string_view text, std::size_t max = 40);
+
 // Case-sensitive or ASCII-case-insensitive equality.
 bool TextEquals(std::string_view a, std::string_view b,
                 CompareMethod compare = CompareMethod::Text);

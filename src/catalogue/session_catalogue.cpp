@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <optional>
 
 #include "base/cp1252.h"
 #include "base/files.h"
@@ -70,6 +71,18 @@ void RefuseLog(Workspace& ws, const std::string& tFile) {
   }
 }
 
+// A count of a log's header, or nothing when the text is no count the tables
+// can be sized by (negative, fractional garbage as huge as "1e20").
+std::optional<std::int32_t> HeaderCount(const std::string& text) {
+  const double v = Val(text);
+  if (!(v >= 0 && v <= kMaxScanId)) return std::nullopt;
+  return static_cast<std::int32_t>(v);
+}
+
+std::string Quoted(const std::string& text) {
+  return "\"" + Abbreviated(text) + "\"";
+}
+
 // Header lines of a log into `s`. False when the log was refused.
 bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
   std::string head;
@@ -94,8 +107,18 @@ bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
   s.IniFile = line[3];
   s.OriginalProjectFile = OriginalProjectOf(s.IniFile, tFile);
   s.DateTime = line[4];
-  s.LinesNumber = static_cast<std::int32_t>(Val(line[5]));
-  s.ProceduresNumber = static_cast<std::int32_t>(Val(line[6]));
+  const auto lines = HeaderCount(line[5]);
+  const auto procedures = HeaderCount(line[6]);
+  if (!lines || !procedures) {
+    ws.prompter().ShowMessage(CorruptSessionFileMessage(tFile) + "\nIts header tells " +
+                                  Quoted(line[5]) + " lines and " + Quoted(line[6]) +
+                                  " procedures; each must be a count from 0 to " +
+                                  std::to_string(kMaxScanId) + ".",
+                              MessageKind::Exclamation);
+    return false;
+  }
+  s.LinesNumber = *lines;
+  s.ProceduresNumber = *procedures;
   s.RunType.clear();
   return true;
 }

@@ -18,7 +18,10 @@ std::int32_t GetBarLogValue(double value) {
 
 std::int32_t LinearBarLength(double hit, double total) {
   if (total == 0) return 0;
-  return static_cast<std::int32_t>(RoundHalfEven(kMaxBarLength * hit / total));
+  const double length = RoundHalfEven(kMaxBarLength * hit / total);
+  // More hit than there is (a damaged file) still fits the column.
+  if (!(length > 0)) return 0;
+  return length >= kMaxBarLength ? kMaxBarLength : static_cast<std::int32_t>(length);
 }
 
 std::int32_t HitsBarLength(double hits) {
@@ -28,7 +31,7 @@ std::int32_t HitsBarLength(double hits) {
 }
 
 std::string BarText(std::int32_t length) {
-  return std::string(static_cast<std::size_t>(length > 0 ? length : 0), 'l');
+  return std::string(static_cast<std::size_t>(Clamp(length, 0, kMaxBarLength)), 'l');
 }
 
 }  // namespace zol

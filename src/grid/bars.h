@@ -22,15 +22,15 @@ inline constexpr std::int32_t kMaxBarLength = 20;
 // microsecond 2, a tenth of a microsecond or less 1.
 std::int32_t GetBarLogValue(double value);
 
-// Bar length of a coverage: round(20 * hit / total), halves to even; 0 when
-// `total` is 0.
+// Bar length of a coverage: round(20 * hit / total), halves to even, kept
+// within 0 to 20; 0 when `total` is 0.
 std::int32_t LinearBarLength(double hit, double total);
 
 // Bar length of a hit count: 3 * Log10(hits), rounded, kept within 1 to 20;
 // 0 for no hits.
 std::int32_t HitsBarLength(double hits);
 
-// `length` letters "l".
+// `length` letters "l", at most kMaxBarLength: a bar never leaves its column.
 std::string BarText(std::int32_t length);
 
 }  // namespace zol

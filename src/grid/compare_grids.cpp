@@ -55,7 +55,7 @@ void AddProcedureRows(ComparedGrid& g, const GridSelection& sel, std::int32_t Ob
   for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
     const Procedure& proc = project.Procedure(i);
     if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
-    if (!g.Needed(i, Obj)) continue;
+    if (proc.BelongToModule == 0 || !g.Needed(i, Obj)) continue;  // no procedure, no row
     const std::string& moduleName = project.Module(proc.BelongToModule).Name;
     Row& row = g.AddRow(moduleName);
     row.Tag = i;
@@ -137,7 +137,7 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
     const bool inSelection = sel.cPro != 0   ? proc == sel.cPro
                              : sel.cMod != 0 ? procedure && procedure->BelongToModule == sel.cMod
                                              : true;
-    if (!inSelection || !g.Needed(i, kNeededLine)) continue;
+    if (!inSelection || procedure == nullptr || !g.Needed(i, kNeededLine)) continue;
 
     Row& row = g.AddRow(procedure ? project.Module(procedure->BelongToModule).Name : "");
     row.Tag = i;

@@ -24,6 +24,12 @@ std::string CountOrNone(double n) {
   return n == 0 ? std::string(kNoValue) : CStr(n);
 }
 
+// What is left to cover, in 64 bits: counts from a damaged file may be as
+// far apart as two 32-bit numbers can be.
+std::string LeftCount(std::int32_t total, std::int32_t hit) {
+  return std::to_string(std::int64_t{total} - hit);
+}
+
 // A share as a percentage, or "-" when there is nothing to share.
 std::string ShareOrNone(double part, double whole) {
   return whole == 0 ? std::string(kNoValue) : PercentText(part / whole);
@@ -60,7 +66,7 @@ void FillProcedureCoverage(Row& row, const Procedure& proc, const ProcedureValue
   row.At(kPLines).Text = std::to_string(pv.TotalLines);
   row.At(kPHitLines).Text = CountOrNone(pv.HitLines);
   row.At(kPCoverage).Text = PercentText(pv.Coverage);
-  row.At(kPLeft).Text = std::to_string(pv.TotalLines - pv.HitLines);
+  row.At(kPLeft).Text = LeftCount(pv.TotalLines, pv.HitLines);
   totalHits += pv.Hits;
   if (critical != 0) {
     if (proc.IsCritical) {
@@ -84,7 +90,7 @@ void AddProcedureCoverageTotal(Table& t, const ModuleValue& rec, double totalHit
     total.At(kPLines).Text = std::to_string(rec.TotalLines);
     total.At(kPHitLines).Text = CountOrNone(rec.HitLines);
     total.At(kPCoverage).Text = PercentText(rec.LineCoverage);
-    total.At(kPLeft).Text = std::to_string(rec.TotalLines - rec.HitLines);
+    total.At(kPLeft).Text = LeftCount(rec.TotalLines, rec.HitLines);
     total.At(bars).Text =
         BarText(static_cast<std::int32_t>(RoundHalfEven(kMaxBarLength * rec.LineCoverage)));
   }
@@ -112,7 +118,7 @@ void FillModuleCoverage(Row& row, const ModuleValue& mv, int bars) {
     row.At(kMLines).Text = std::to_string(mv.TotalLines);
     row.At(kMHitLines).Text = CountOrNone(mv.HitLines);
     row.At(kMLineCoverage).Text = PercentText(static_cast<double>(mv.HitLines) / mv.TotalLines);
-    row.At(kMLeftLines).Text = std::to_string(mv.TotalLines - mv.HitLines);
+    row.At(kMLeftLines).Text = LeftCount(mv.TotalLines, mv.HitLines);
     row.At(bars).Text = BarText(LinearBarLength(mv.HitLines, mv.TotalLines));
   } else {
     for (int c = kMLines; c <= kMLeftLines; ++c) row.At(c).Text = kNoValue;
@@ -122,7 +128,7 @@ void FillModuleCoverage(Row& row, const ModuleValue& mv, int bars) {
     row.At(kMHitProcedures).Text = CountOrNone(mv.HitProcedures);
     row.At(kMProcCoverage).Text =
         PercentText(static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
-    row.At(kMLeftProcedures).Text = std::to_string(mv.TotalProcedures - mv.HitProcedures);
+    row.At(kMLeftProcedures).Text = LeftCount(mv.TotalProcedures, mv.HitProcedures);
   } else {
     for (int c = kMProcedures; c <= kMLeftProcedures; ++c) row.At(c).Text = kNoValue;
   }
@@ -157,7 +163,7 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
     const Procedure& proc = project.Procedure(i);
     const ProcedureValue& pv = session.ProcedureValue(i);
     const bool shown = sel.cMod != 0 ? proc.BelongToModule == sel.cMod : pv.TotalLines != 0;
-    if (!shown) continue;
+    if (!shown || proc.BelongToModule == 0) continue;  // an ID without a procedure
     chart.Add(proc.Name, WholePercent(pv.Coverage), pv.Hits);
 
     Row& row = AddProcedureRow(t, ws, project, i, cols.project);

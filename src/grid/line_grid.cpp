@@ -50,6 +50,8 @@ LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fFake) {
 bool ShouldDisplayLine(const Project& project, const Session& session, const GridSelection& sel,
                        std::int32_t i) {
   const CodeLine& line = project.CodeLine(i);
+  // A line ID left without a procedure in the sources has no row.
+  if (line.BelongToProcedure == 0) return false;
   bool shown;
   if (sel.cPro != 0) {
     shown = line.BelongToProcedure == sel.cPro;

@@ -66,7 +66,9 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
     const Procedure& proc = project.Procedure(i);
     const ProcedureValue& pv = session.ProcedureValue(i);
     const bool shown = sel.cMod != 0 ? proc.BelongToModule == sel.cMod : pv.Hits != 0;
-    if (!shown) continue;
+    // An ID the instrumenter left without a procedure in the sources has no
+    // module and no row, whatever the log counted for it.
+    if (!shown || proc.BelongToModule == 0) continue;
     const double measure = TimingMeasure(pv, dit);
     chart.Add(proc.Name, measure, 1000000 * measure);
 

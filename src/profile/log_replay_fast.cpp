@@ -187,7 +187,7 @@ class FastReplay : public LogReplay {
 
   void LineRuns(Cursor& c, const pfl::LogRecord& r, double lTime, RecordPlace place) {
     const std::int32_t id = r.Origin;
-    if (static_cast<std::uint32_t>(id - 1) >= c.lineCount) BadOrigin(r, c.lineCount, place);
+    if (static_cast<std::uint32_t>(id) - 1u >= c.lineCount) BadOrigin(r, c.lineCount, place);
     c.top->ChildLine = id;
     c.currentLine = id;
     c.currentLineStart = lTime;
@@ -198,7 +198,7 @@ class FastReplay : public LogReplay {
 
   void ProcedureEntered(Cursor& c, const pfl::LogRecord& r, double lTime, RecordPlace place) {
     const std::int32_t id = r.Origin;
-    if (static_cast<std::uint32_t>(id - 1) >= c.procCount) BadOrigin(r, c.procCount, place);
+    if (static_cast<std::uint32_t>(id) - 1u >= c.procCount) BadOrigin(r, c.procCount, place);
     std::int32_t pair = -1;
     if (c.depth > 0) {
       Frame& caller = *c.top;

@@ -82,10 +82,22 @@ void BlockReader::ThrowCutShort(std::uint32_t length) {
 
 // What is left behind the blocks is not read as a block: it is the trailer, or
 // nothing. But when it starts with length digits that promise more bytes than
-// are left, it is the head of a block whose end is missing.
+// are left, it is the head of a block whose end is missing; so is a rest too
+// short for the length that is nothing but its first digits (a trailer starts
+// with a letter that isn't hex).
 void BlockReader::CheckTail() {
   const std::int64_t left = fileLength_ - offset_;
-  if (left < static_cast<std::int64_t>(pfl::kLengthDigits)) return;
+  if (left <= 0) return;
+  if (left < static_cast<std::int64_t>(pfl::kLengthDigits)) {
+    std::string rest(static_cast<std::size_t>(left), '\0');
+    if (std::fread(rest.data(), 1, rest.size(), stream_) != rest.size()) return;
+    if (rest.find_first_not_of("0123456789abcdefABCDEF") == std::string::npos) {
+      ++index_;
+      throw LogError(file_, BlockAt(index_, offset_) + " is cut short: its length runs past " +
+                                "the end of the file.");
+    }
+    return;
+  }
   char digits[pfl::kLengthDigits];
   if (std::fread(digits, 1, sizeof digits, stream_) != sizeof digits) return;
   const auto length = pfl::ParseBlockLength(std::string_view(digits, sizeof digits));

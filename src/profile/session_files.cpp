@@ -12,6 +12,7 @@
 #include "base/vb_format.h"
 #include "profile/session_file_image.h"
 #include "profile/session_file_reading.h"
+#include "profile/session_value_check.h"
 
 namespace zol {
 
@@ -160,6 +161,11 @@ bool ReadSessionFile(Workspace& ws, Session& s, const std::string& tFile,
     s.IniFile = h.IniFile;
     s.OriginalProjectFile = ReadOriginalProjectFile(s.IniFile, besideFolder);
     ReadSessionFileValues(r, h, s, &ws.prompter());
+    if (const std::string fault =
+            ImpossibleSessionValue(s, h.LinesNumber, h.ProceduresNumber, h.ModulesNumber);
+        !fault.empty()) {
+      throw SessionFileError(tFile, "a value no run can have: " + fault);
+    }
     ws.LinesNumber = h.LinesNumber;
     ws.ProceduresNumber = h.ProceduresNumber;
     ws.ModulesNumber = h.ModulesNumber;

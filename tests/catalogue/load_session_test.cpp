@@ -127,6 +127,24 @@ TEST_F(LoadSessionTest, ALogStaysWhenItsPfdCannotBeWritten) {
   EXPECT_NE(prompter_->messages[0].text.find(Pfd(run_.log)), std::string::npos);
 }
 
+TEST_F(LoadSessionTest, HeaderCountsBeyondAnyTableAreRefused) {
+  const std::string lines = "\r\n" + std::to_string(run_.project.LinesNumber) + "\r\n";
+  for (const std::string count : {"1e20", "-5", "4294967296", std::string(100000, '9')}) {
+    std::string bytes = LoadFile(run_.log);
+    bytes.replace(bytes.find(lines), lines.size(), "\r\n" + count + "\r\n");
+    WriteFile(dir_ / "huge.pfl", bytes);
+    auto ws = NewWorkspace();
+    prompter_->messages.clear();
+    prompter_->answers = {Answer::No};
+    EXPECT_EQ(AddSession(*ws, dir_ / "huge.pfl"), 0) << count.substr(0, 20);
+    ASSERT_FALSE(prompter_->messages.empty());
+    const std::string& message = prompter_->messages.back().text;
+    EXPECT_NE(message.find(" lines and "), std::string::npos) << message;
+    EXPECT_LT(message.size(), 400u);
+    EXPECT_TRUE(FileExist(dir_ / "huge.pfl"));
+  }
+}
+
 TEST_F(LoadSessionTest, ASessionWithoutItsProjectIsOfferedForDeletion) {
   const std::string text =
       "Unable to load the session ! The corresponding source code has been removed or "

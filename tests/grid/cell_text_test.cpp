@@ -25,6 +25,23 @@ TEST(CellText, SameTextsAsFormatOnEdgesOfRounding) {
   EXPECT_EQ(FixedText(std::nan(""), 6), Format(std::nan(""), "0.000000"));
 }
 
+// Leaves digits on the stack where the next call's buffers will lie, so that
+// a text read past its end runs into them.
+[[gnu::noinline]] void LeaveDigitsOnTheStack() {
+  volatile char junk[4096];
+  for (auto& c : junk) c = '7';
+}
+
+TEST(CellText, HugeAndNegativeValuesReadOnlyTheirOwnDigits) {
+  for (const double v : {1e300, -1e300, 1e100, -2.5e7, 1e6, 123456789012.25, -0.000001}) {
+    LeaveDigitsOnTheStack();
+    const std::string text = FixedText(v, 6);
+    EXPECT_EQ(text, Format(v, "0.000000")) << v;
+  }
+  LeaveDigitsOnTheStack();
+  EXPECT_EQ(FixedText(1e300, 1).size(), 301u + 2u);
+}
+
 TEST(CellText, SameTextsAsFormatAndFormaterPourcentageOnRandomValues) {
   std::mt19937_64 rng(42);
   std::uniform_real_distribution<double> exponent(-9, 9);

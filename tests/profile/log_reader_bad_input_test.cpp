@@ -5,6 +5,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include "base/scoped_temp_dir.h"
 #include "profile/log_reader.h"
@@ -133,6 +134,23 @@ TEST_F(BadLogTest, LogCutInTheMiddleOfABlock) {
   EXPECT_NE(Refused().find("the file holds 44."), std::string::npos);
 }
 
+TEST_F(BadLogTest, LogCutInsideTheDigitsOfABlockLength) {
+  // Cut behind the header, within the first block's six length digits: what
+  // is left is too short to be read as a block, but it is no trailer either.
+  testing::WriteHandLog(path_, header_, {});
+  std::ifstream in(path_, std::ios::binary);
+  const std::string head((std::istreambuf_iterator<char>(in)), {});
+  for (const std::string digits : {"0", "00C", "00C35"}) {
+    Write(head + digits);
+    EXPECT_EQ(Refused(), "Block 1 at byte " + std::to_string(head.size()) +
+                             " is cut short: its length runs past the end of the file.");
+  }
+  const std::string start = GoodStart();
+  Write(start + "0001");
+  EXPECT_NE(Refused().find("Block 2 at byte " + std::to_string(start.size()) + " is cut short"),
+            std::string::npos);
+}
+
 TEST_F(BadLogTest, BlockThatDoesNotInflate) {
   const std::string start = GoodStart();
   Write(start + testing::FramedBlock(std::string(300, 'x')));
@@ -146,7 +164,7 @@ TEST_F(BadLogTest, BlockThatDoesNotInflate) {
 }
 
 TEST_F(BadLogTest, LineIdsOutsideTheProject) {
-  for (const std::int32_t id : {3, 0, -1}) {
+  for (const std::int32_t id : {3, 0, -1, std::numeric_limits<std::int32_t>::min()}) {
     WriteLog({HandBlock{{In(100, 1), LineAt(101, 1)}, 102, 0},
               HandBlock{{LineAt(103, 2), LineAt(104, id)}, 105}});
     EXPECT_EQ(Refused(), "Record 2 of block 2 names line ID " + std::to_string(id) +
@@ -155,7 +173,7 @@ TEST_F(BadLogTest, LineIdsOutsideTheProject) {
 }
 
 TEST_F(BadLogTest, ProcedureIdsOutsideTheProject) {
-  for (const std::int32_t id : {3, 0}) {
+  for (const std::int32_t id : {3, 0, std::numeric_limits<std::int32_t>::min()}) {
     WriteLog({HandBlock{{In(100, 1), LineAt(101, 1), In(102, id)}, 103}});
     EXPECT_EQ(Refused(), "Record 3 of block 1 names procedure ID " + std::to_string(id) +
                              ", outside the 2 procedures of the project.");

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <limits>
 
 #include "base/byte_io.h"
 #include "base/files.h"
@@ -315,6 +316,29 @@ TEST_F(DamagedSessionFile, NegativeCount) {
       9 + 4 + s.DateTime.size() + 4 + 4 + s.ProjectFile.size() + 4 + s.IniFile.size();
   bytes.replace(lines, 4, std::string("\xff\xff\xff\xff", 4));
   ExpectRefused(bytes, "number of lines: negative count -1");
+}
+
+TEST_F(DamagedSessionFile, ValuesNoRunCanHave) {
+  // Written as they are, refused when read: each names its record and field.
+  // (Refusals add session slots, so the session is looked up afresh.)
+  const auto session = [&]() -> Session& { return t.ws.Session(t.cs); };
+  const ProcedureValue kept = session().ProcedureValue(1);
+  const auto refusedWith = [&](const std::string& faultPart) {
+    SaveSessionInfo(t.ws, t.cs);
+    ExpectRefused(LoadFile(session().SessionFile), faultPart);
+    session().ProcedureValue(1) = kept;
+  };
+  session().ProcedureValue(1).HitLines = 500000;
+  session().ProcedureValue(1).TotalLines = 1;
+  refusedWith("ProcedureValue(1).HitLines is 500000, above TotalLines (1)");
+  session().ProcedureValue(1).Hits = -3;
+  refusedWith("ProcedureValue(1).Hits is -3, below 0");
+  session().ProcedureValue(1).TotalTime = std::numeric_limits<double>::quiet_NaN();
+  refusedWith("ProcedureValue(1).TotalTime is NaN, not a finite time");
+  session().ProcedureValue(1).CoverageRank = 7;
+  refusedWith("ProcedureValue(1).CoverageRank is 7, outside 0 to 1");
+  session().SessionValue.TotalTime = std::numeric_limits<double>::infinity();
+  refusedWith("SessionValue.TotalTime is infinite");
 }
 
 TEST(LoadSessionInfo, MissingFileIsAnError) {
