@@ -214,7 +214,7 @@ double Val(std::string_view text) {
   if (digits == 0) return 0;
   TakeExponent(s, i, number, "eEdD");
   const std::optional<double> value = ConvertCanonical(number);
-  if (!value) throw std::range_error("number out of range: \"" + std::string(text) + "\"");
+  if (!value) throw std::range_error("number out of range: \"" + Abbreviated(text) + "\"");
   return negative ? -*value : *value;
 }
 

@@ -1,5 +1,7 @@
 #include "catalogue/session_catalogue.h"
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <optional>
@@ -88,6 +90,14 @@ bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
   std::string head;
   {
     std::ifstream in(tFile, std::ios::binary);
+    if (!in) {
+      // Unreadable is not damaged: the log may be whole, so no deletion is offered.
+      const int error = errno;
+      ws.prompter().ShowMessage(
+          "The session file:\n" + tFile + "\ncan not be opened: " + std::strerror(error),
+          MessageKind::Exclamation);
+      return false;
+    }
     head.resize(pfl::kHeaderSearchBytes);
     in.read(head.data(), static_cast<std::streamsize>(head.size()));
     head.resize(static_cast<std::size_t>(in.gcount()));
@@ -329,6 +339,9 @@ bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {
     outcome = {LoadOutcome::Failed, ""};
   } catch (const ScanError& e) {
     outcome = {LoadOutcome::Failed, e.what()};
+  } catch (const SessionFileWriteError& e) {
+    outcome = {LoadOutcome::Failed, "The session file:\n" + e.file() + "\ncan not be written: " +
+                                        e.fault() + "\nThe log is kept."};
   } catch (const SessionFileError& e) {
     outcome = {LoadOutcome::Failed, CorruptSessionFileMessage(e.file()) + "\n" + e.fault()};
   }

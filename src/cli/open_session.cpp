@@ -1,5 +1,6 @@
 #include "cli/open_session.h"
 
+#include <filesystem>
 #include <iostream>
 #include <sstream>
 
@@ -7,8 +8,10 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/path_resolver.h"
+#include "base/paths.h"
 #include "base/vb_format.h"
 #include "catalogue/session_catalogue.h"
+#include "catalogue/session_file_lookup.h"
 #include "profile/gather_info.h"
 #include "project/project_info.h"
 
@@ -54,8 +57,22 @@ bool ReplayInMemory(Workspace& ws, std::int32_t cs, ReplayKind kind) {
 std::optional<std::int32_t> OpenSession(Workspace& ws, const std::string& file,
                                         const OpenOptions& options) {
   if (!FileExist(file)) {
-    std::cerr << "zolprof: " << file << ": no such file\n";
+    std::error_code ec;
+    const bool there = std::filesystem::exists(ToNativePath(file), ec);
+    std::cerr << "zolprof: " << file << ": "
+              << (FolderExist(file) ? "a folder, not a session file"
+                  : there           ? "not a regular file (a device, pipe or socket)"
+                                    : "no such file")
+              << "\n";
     return std::nullopt;
+  }
+  for (std::int32_t i = 1; i <= ws.nSession; ++i) {
+    const std::string& entered = ws.Session(i).SessionFile;
+    if (!entered.empty() && SameFile(entered, file)) {
+      std::cerr << "zolprof: " << file << ": given twice (the same file as " << entered
+                << "); a session is entered once\n";
+      return std::nullopt;
+    }
   }
   const std::int32_t cs = AddSession(ws, file);
   if (cs == 0) {

@@ -94,7 +94,7 @@ void SaveSessionInfoGroup(Workspace& ws, std::int32_t csg) {
   try {
     WriteFileAtomic(g.SessionFile, GroupFileImage({g.DateTime, g.GroupFile, g.IniFile}, members));
   } catch (const FileError& e) {
-    throw SessionFileError(g.SessionFile, e.what());
+    throw SessionFileWriteError(g.SessionFile, e.what());
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "base/numbers.h"
 #include "base/paths.h"
+#include "base/text.h"
 #include "base/vb_format.h"
 #include "profile/block_stream.h"
 #include "profile/log_replay.h"
@@ -38,7 +39,7 @@ std::int64_t LengthOf(const std::string& nativePath, const std::string& file) {
 
 double NumberOrThrow(std::string_view text, const std::string& file, const std::string& what) {
   const auto value = pfl::ParseLogNumber(text);
-  if (!value) throw LogError(file, what + " is not a number: \"" + std::string(text) + "\".");
+  if (!value) throw LogError(file, what + " is not a number: \"" + Abbreviated(text) + "\".");
   return *value;
 }
 
@@ -119,8 +120,8 @@ void ClearReplayResults(Session& s) {
 void SetClockUnits(Workspace& ws, const pfl::Header& header, const std::string& file) {
   const double frequency = NumberOrThrow(header.Lines[7], file, "The counter frequency on line 8");
   if (!(frequency > 0)) {
-    throw LogError(
-        file, "The counter frequency on line 8 is not above zero: \"" + header.Lines[7] + "\".");
+    throw LogError(file, "The counter frequency on line 8 is not above zero: \"" +
+                             Abbreviated(header.Lines[7]) + "\".");
   }
   ws.PerformanceFrequency = frequency;
   if (ws.TraceOverhead == 0) {

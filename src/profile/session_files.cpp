@@ -196,7 +196,7 @@ void SaveSessionInfo(Workspace& ws, std::int32_t cs) {
   try {
     WriteFileAtomic(target, image);
   } catch (const FileError& e) {
-    throw SessionFileError(target, e.what());
+    throw SessionFileWriteError(target, e.what());
   }
   s.SessionFile = std::move(target);
 }

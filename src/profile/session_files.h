@@ -31,6 +31,14 @@ class SessionFileError : public std::runtime_error {
   std::string fault_;
 };
 
+// A session or group file that can't be written (a folder in its place, a
+// folder without write permission, a full disk): the data is sound, so the
+// user is told why the write failed rather than that a file is damaged.
+class SessionFileWriteError : public SessionFileError {
+ public:
+  using SessionFileError::SessionFileError;
+};
+
 // The message for a file that is neither a session file nor a group file of
 // this version (nor, where a log is allowed, a log).
 std::string NotCompatibleMessage(const std::string& tFile);

@@ -23,7 +23,7 @@ std::int32_t LeadingNumber(std::string_view text) {
   const double v = RoundHalfEven(Val(text));
   if (!(v >= std::numeric_limits<std::int32_t>::min() &&
         v <= std::numeric_limits<std::int32_t>::max())) {
-    throw std::range_error("probe number " + std::string(text) + " is out of range");
+    throw std::range_error("probe number " + Abbreviated(Trim(text)) + " is out of range");
   }
   return static_cast<std::int32_t>(v);
 }

@@ -15,6 +15,7 @@
 #include "base/vbarray.h"
 #include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
+#include "cli/measure_option.h"
 #include "cli/open_session.h"
 #include "cli/output_target.h"
 #include "source_view/font_metrics.h"
@@ -30,7 +31,7 @@ struct SourceArgs {
   std::string output;
   std::int32_t module = 0;
   std::int32_t procedure = 0;
-  std::string measure = "total";
+  zol::Measure measure = zol::Measure::Total;
   std::string columns;
   std::string scheme;
   bool links = false;
@@ -38,10 +39,6 @@ struct SourceArgs {
   zol::cli::OpenOptions options;
 };
 
-const std::map<std::string, std::int32_t> kMeasures = {
-    {"total", 0},    {"average", 1}, {"child-total", 2}, {"child-average", 3},
-    {"coverage", 4}, {"0", 0},       {"1", 1},           {"2", 2},
-    {"3", 3},        {"4", 4}};
 const std::map<std::string, std::int32_t> kSchemes = {{"none", 1}, {"rank", 2}, {"value", 3},
                                                       {"1", 1},    {"2", 2},    {"3", 3}};
 constexpr std::array<const char*, 5> kColumnWords = {"HT", "AT", "TT", "AC", "TC"};
@@ -82,7 +79,7 @@ int Run(const SourceArgs& args) {
   zol::Workspace& ws = cli.ws();
   zol::LoadColors(ws, false);
   zol::LoadOptionsHtml(ws);
-  const std::int32_t measure = kMeasures.at(args.measure);
+  const std::int32_t measure = zol::IndexOf(args.measure);
   if (!ApplyOptions(ws, args, measure)) return 1;
   zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.FontHTML, ws.FontSizeHTML);
 
@@ -93,6 +90,12 @@ int Run(const SourceArgs& args) {
   const zol::Project& project = ws.Project(ws.Session(*cs).Project);
   if (args.module < 1 || args.procedure < 0) {
     std::cerr << "zolprof: --module counts from 1 and --procedure from 0 (the whole module)\n";
+    return 1;
+  }
+  if (args.module > project.ModulesNumber || args.procedure > project.ProceduresNumber) {
+    std::cerr << "zolprof: " << args.file << ": module " << args.module << " or procedure "
+              << args.procedure << " is beyond the project (" << project.ModulesNumber
+              << " modules, " << project.ProceduresNumber << " procedures)\n";
     return 1;
   }
   if (project.ProceduresNumber == 0) {
@@ -122,9 +125,7 @@ void Setup(CLI::App& app) {
   cmd->add_option("FILE", args->file, "the .pfd session file or .pfl log")->required();
   cmd->add_option("--module", args->module, "module index, from 1")->required();
   cmd->add_option("--procedure", args->procedure, "procedure ID, 0 for the whole module");
-  cmd->add_option("--measure", args->measure,
-                  "total, average, child-total, child-average or coverage (or 0-4)")
-      ->check(CLI::IsMember(kMeasures));
+  zol::cli::AddMeasureOption(*cmd, args->measure);
   cmd->add_option("--columns", args->columns,
                   "numeric columns: HT,AT,TT,AC,TC (hits, average, total, child average, "
                   "child total) or none");

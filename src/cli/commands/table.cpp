@@ -19,6 +19,7 @@
 #include "base/vb_format.h"
 #include "catalogue/project_tree.h"
 #include "cli/command_registry.h"
+#include "cli/measure_option.h"
 #include "cli/tick_sessions.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
@@ -31,7 +32,7 @@ namespace {
 struct TableArgs {
   std::vector<std::string> files;
   std::string tab;
-  std::string measure = "total";
+  zol::Measure measure = zol::Measure::Total;
   std::int32_t module = 0;
   std::int32_t procedure = 0;
   std::string sort;
@@ -47,8 +48,6 @@ const std::map<std::string, std::int32_t> kTabs = {{"projects", zol::kTabProject
                                                    {"modules", zol::kTabModules},
                                                    {"procedures", zol::kTabProcedures},
                                                    {"lines", zol::kTabLines}};
-const std::map<std::string, std::int32_t> kMeasures = {
-    {"total", 0}, {"average", 1}, {"childtotal", 2}, {"childaverage", 3}, {"coverage", 4}};
 
 // The key of the tree node that selects the module or procedure asked for.
 std::optional<std::string> NodeKey(const zol::Workspace& ws, const zol::ProjectTree& tree,
@@ -152,7 +151,7 @@ void PrintChart(const zol::ChartDescription& chart) {
 int Run(const TableArgs& args) {
   zol::cli::TickedSessions ticked;
   zol::Workspace& ws = ticked.ws();
-  ws.DisplayInfoType = kMeasures.at(args.measure);
+  ws.DisplayInfoType = zol::IndexOf(args.measure);
   if (!Select(ticked, args)) return 1;
 
   const std::int32_t tab = kTabs.at(args.tab);
@@ -183,9 +182,7 @@ void Setup(CLI::App& app) {
   cmd->add_option("--tab", args->tab, "projects, modules, procedures or lines")
       ->required()
       ->check(CLI::IsMember(kTabs));
-  cmd->add_option("--measure", args->measure,
-                  "total, average, childtotal, childaverage or coverage")
-      ->check(CLI::IsMember(kMeasures));
+  zol::cli::AddMeasureOption(*cmd, args->measure);
   cmd->add_option("--module", args->module, "module index, from 1 (the tree's module node)")
       ->check(CLI::NonNegativeNumber);
   cmd->add_option("--procedure", args->procedure, "procedure ID, from 1")

@@ -12,6 +12,7 @@
 #include "base/cp1252.h"
 #include "catalogue/project_tree.h"
 #include "cli/command_registry.h"
+#include "cli/measure_option.h"
 #include "cli/tick_sessions.h"
 
 namespace {
@@ -21,7 +22,7 @@ struct TreeArgs {
   bool details = false;
   bool closed = false;
   bool colored = false;
-  int measure = 0;
+  zol::Measure measure = zol::Measure::Total;
 };
 
 std::string Colour(std::int32_t bgr) {
@@ -51,15 +52,12 @@ void Setup(CLI::App& app) {
                 "also print each node's icon key, text and back colours (#RRGGBB) and boldness");
   cmd->add_flag("--closed", args->closed, "leave the merged branch unopened");
   cmd->add_flag("--colored", args->colored, "colour the nodes by rank (with --details)");
-  cmd->add_option("--measure", args->measure,
-                  "measure for colours: 0 total time, 1 average time, 2 total child time, "
-                  "3 average child time, 4 coverage")
-      ->check(CLI::Range(0, 4));
+  zol::cli::AddMeasureOption(*cmd, args->measure, "for the colours");
   cmd->callback([args] {
     zol::cli::TickedSessions ticked;
     zol::Workspace& ws = ticked.ws();
     ws.fColored = args->colored;
-    ws.DisplayInfoType = args->measure;
+    ws.DisplayInfoType = zol::IndexOf(args->measure);
     if (!ticked.Tick(args->files)) {
       zol::cli::SetExitCode(1);
       return;
