@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
+#include <stdexcept>
 
 #include "base/cp1252.h"
 #include "base/files.h"
@@ -76,7 +77,12 @@ void RefuseLog(Workspace& ws, const std::string& tFile) {
 // A count of a log's header, or nothing when the text is no count the tables
 // can be sized by (negative, fractional garbage as huge as "1e20").
 std::optional<std::int32_t> HeaderCount(const std::string& text) {
-  const double v = Val(text);
+  double v = 0;
+  try {
+    v = Val(text);
+  } catch (const std::range_error&) {
+    return std::nullopt;  // beyond even a double
+  }
   if (!(v >= 0 && v <= kMaxScanId)) return std::nullopt;
   return static_cast<std::int32_t>(v);
 }

@@ -129,7 +129,8 @@ TEST_F(LoadSessionTest, ALogStaysWhenItsPfdCannotBeWritten) {
 
 TEST_F(LoadSessionTest, HeaderCountsBeyondAnyTableAreRefused) {
   const std::string lines = "\r\n" + std::to_string(run_.project.LinesNumber) + "\r\n";
-  for (const std::string count : {"1e20", "-5", "4294967296", std::string(100000, '9')}) {
+  for (const std::string count :
+       std::vector<std::string>{"1e20", "-5", "4294967296", std::string(5000, '9')}) {
     std::string bytes = LoadFile(run_.log);
     bytes.replace(bytes.find(lines), lines.size(), "\r\n" + count + "\r\n");
     WriteFile(dir_ / "huge.pfl", bytes);
