@@ -28,7 +28,10 @@ Answer CliPrompter::AskToDelete(const std::string& text) {
   ++messagesShown_;
   std::cerr << "zolprof: " << text << "\n"
             << "zolprof: answered " << AnswerText(deleteAnswer_)
-            << (deleteAnswer_ == Answer::Yes ? "\n" : " (--delete-unreadable deletes it)\n");
+            << (deleteAnswer_ == Answer::Yes ? ""
+                : deleteFlag_                ? " (--delete-unreadable deletes it)"
+                                             : " (the file is kept)")
+            << "\n";
   return deleteAnswer_;
 }
 

@@ -29,9 +29,13 @@ class CliPrompter : public Prompter {
   // do (such as "Apply Filters ?"); the same as other questions unless set.
   void SetConfirmAnswer(Answer answer) { confirmAnswer_ = answer; }
   // Printed and answered No, unless the command's flag that names the
-  // deletion (such as --delete-unreadable) allowed it.
+  // deletion (--delete-unreadable) allowed it.
   Answer AskToDelete(const std::string& text) override;
-  void SetDeleteAnswer(Answer answer) { deleteAnswer_ = answer; }
+  // For a command that has --delete-unreadable: whether it was given.
+  void SetDeleteUnreadable(bool given) {
+    deleteAnswer_ = given ? Answer::Yes : Answer::No;
+    deleteFlag_ = true;
+  }
   void ShowProgress(bool) override {}
   void SetProgressText(const std::string& text) override;
   void SetProgressMax(long) override {}
@@ -44,6 +48,7 @@ class CliPrompter : public Prompter {
   Answer answer_;
   Answer confirmAnswer_;
   Answer deleteAnswer_ = Answer::No;
+  bool deleteFlag_ = false;  // the command has --delete-unreadable
   bool showProgress_;
   int messagesShown_ = 0;
 };

@@ -50,7 +50,7 @@ void Setup(CLI::App& app) {
       return;
     }
     zol::cli::CliWorkspace cli;
-    if (args->deleteUnreadable) cli.prompter().SetDeleteAnswer(zol::Answer::Yes);
+    cli.prompter().SetDeleteUnreadable(args->deleteUnreadable);
     if (args->literal) args->options.replay = zol::ReplayKind::Literal;
     auto cs = zol::cli::OpenSession(cli.ws(), args->file, args->options);
     if (!cs) {

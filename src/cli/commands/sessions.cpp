@@ -73,7 +73,7 @@ void Setup(CLI::App& app) {
   cmd->callback([args] {
     zol::cli::CliWorkspace cli(
         std::make_shared<zol::cli::CliPrompter>(args->yes ? zol::Answer::Yes : zol::Answer::No));
-    if (args->deleteUnreadable) cli.prompter().SetDeleteAnswer(zol::Answer::Yes);
+    cli.prompter().SetDeleteUnreadable(args->deleteUnreadable);
     zol::HeadlessSessionPane pane;
     for (const std::string& path : args->paths) EnterFile(cli.ws(), pane, path);
     if (args->load) {
