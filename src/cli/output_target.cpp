@@ -37,7 +37,7 @@ std::string OutputRefusal(const std::string& output, const std::vector<std::stri
     return output + ": the output would replace a profile log (--force to do so)";
   }
   if (!OfKind(output, kind)) {
-    return output + ": the output would replace a file that is not a " + std::string(kind.name) +
+    return output + ": the output would replace a file that is not " + std::string(kind.name) +
            " file (--force to do so)";
   }
   return "";

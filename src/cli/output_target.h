@@ -13,12 +13,12 @@
 namespace zol::cli {
 
 struct OutputKind {
-  std::string_view name;                     // "session", "HTML page"
+  std::string_view name;                     // "a session", "an HTML page"
   std::vector<std::string_view> extensions;  // with the dot, compared in any case
 };
 
-inline const OutputKind kSessionOutput{"session", {".pfd"}};
-inline const OutputKind kHtmlOutput{"HTML page", {".htm", ".html"}};
+inline const OutputKind kSessionOutput{"a session", {".pfd"}};
+inline const OutputKind kHtmlOutput{"an HTML page", {".htm", ".html"}};
 
 // Why `output` may not be written, or empty when it may. A folder in the way
 // is refused even with `force`.
