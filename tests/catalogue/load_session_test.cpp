@@ -129,7 +129,7 @@ TEST_F(LoadSessionTest, ALogStaysWhenItsPfdCannotBeWritten) {
 
 TEST_F(LoadSessionTest, HeaderCountsBeyondAnyTableAreRefused) {
   const std::string lines = "\r\n" + std::to_string(run_.project.LinesNumber) + "\r\n";
-  for (const std::string count :
+  for (const std::string& count :
        std::vector<std::string>{"1e20", "-5", "4294967296", std::string(5000, '9')}) {
     std::string bytes = LoadFile(run_.log);
     bytes.replace(bytes.find(lines), lines.size(), "\r\n" + count + "\r\n");
