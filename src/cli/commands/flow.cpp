@@ -19,6 +19,8 @@
 #include "base/text.h"
 #include "catalogue/project_tree.h"
 #include "cli/command_registry.h"
+#include "cli/measure_option.h"
+#include "cli/output_target.h"
 #include "cli/tick_sessions.h"
 #include "flow/flow_chart.h"
 #include "flow/flow_json.h"
@@ -36,11 +38,12 @@ struct FlowArgs {
   std::vector<std::string> files;
   std::int32_t module = 0;
   std::int32_t procedure = 0;
-  std::string measure = "total";
+  zol::Measure measure = zol::Measure::Total;
   std::int32_t depthLeft = 0;
   std::int32_t depthRight = 0;
   bool compare = false;
   bool json = false;
+  bool force = false;
   std::string output;
 };
 
@@ -85,8 +88,7 @@ int Run(const FlowArgs& args) {
     return 1;
   }
   if (!args.output.empty() &&
-      std::find(args.files.begin(), args.files.end(), args.output) != args.files.end()) {
-    std::cerr << "zolprof: " << args.output << " is one of the session files; not overwritten\n";
+      !zol::cli::MayWriteOutput(args.output, args.files, zol::cli::kChartOutput, args.force)) {
     return 1;
   }
 
@@ -102,7 +104,7 @@ int Run(const FlowArgs& args) {
   sel.module = args.module;
   sel.procedure = args.procedure;
   sel.tab = zol::Tab::Flow;
-  sel.measure = *zol::ParseMeasure(args.measure);
+  sel.measure = args.measure;
   if (!CheckRange(ws, sel)) return 1;
 
   zol::FlowGraph graph;
@@ -149,9 +151,7 @@ void Setup(CLI::App& app) {
   cmd->add_option("--procedure", args->procedure,
                   "procedure ID, from 1 (0: chosen from the module)")
       ->check(CLI::NonNegativeNumber);
-  cmd->add_option("--measure", args->measure,
-                  "total, average, childtotal, childaverage or coverage")
-      ->check(CLI::IsMember({"total", "average", "childtotal", "childaverage", "coverage"}));
+  zol::cli::AddMeasureOption(*cmd, args->measure);
   cmd->add_option("--depth-left", args->depthLeft, "columns of callers, 1 to 5 (0: automatic)")
       ->check(CLI::Range(0, 5));
   cmd->add_option("--depth-right", args->depthRight, "columns of callees, 1 to 5 (0: automatic)")
@@ -160,6 +160,7 @@ void Setup(CLI::App& app) {
   auto* json = cmd->add_flag("--json", args->json, "print the graph as JSON");
   cmd->add_option("-o,--output", args->output, "draw the chart into a .svg or .png file")
       ->excludes(json);
+  cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
   cmd->callback([args] {
     try {
       zol::cli::SetExitCode(Run(*args));
