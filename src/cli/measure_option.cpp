@@ -13,6 +13,7 @@ CLI::Option* AddMeasureOption(CLI::App& cmd, Measure& measure, const std::string
             std::string(MeasureName(MeasureFromIndex(i)));
   }
   help += " (or 0-4)";
+  const std::string names = "one of " + help;
   if (!what.empty()) help += " " + what;
   return cmd
       .add_option_function<std::string>(
@@ -22,8 +23,9 @@ CLI::Option* AddMeasureOption(CLI::App& cmd, Measure& measure, const std::string
           },
           help)
       ->check(CLI::Validator(
-          [](std::string& text) -> std::string {
-            return ParseMeasure(text) ? "" : "unknown measure \"" + Abbreviated(text) + "\"";
+          [names](std::string& text) -> std::string {
+            return ParseMeasure(text) ? ""
+                                      : "unknown measure \"" + Abbreviated(text) + "\"; " + names;
           },
           "MEASURE"));
 }
