@@ -19,6 +19,7 @@ struct OutputKind {
 
 inline const OutputKind kSessionOutput{"a session", {".pfd"}};
 inline const OutputKind kHtmlOutput{"an HTML page", {".htm", ".html"}};
+inline const OutputKind kTableExportOutput{"a table export", {".csv", ".txt"}};
 inline const OutputKind kChartOutput{"an SVG or PNG picture", {".svg", ".png"}};
 
 // Why `output` may not be written, or empty when it may. A folder in the way

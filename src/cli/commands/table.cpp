@@ -20,6 +20,7 @@
 #include "catalogue/project_tree.h"
 #include "cli/command_registry.h"
 #include "cli/measure_option.h"
+#include "cli/output_target.h"
 #include "cli/tick_sessions.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
@@ -42,6 +43,7 @@ struct TableArgs {
   std::string chartType;
   std::string chartSort;
   std::optional<std::int32_t> chartMax;
+  bool force = false;
 };
 
 const std::map<std::string, std::int32_t> kTabs = {{"projects", zol::kTabProjects},
@@ -149,6 +151,11 @@ void PrintChart(const zol::ChartDescription& chart) {
 }
 
 int Run(const TableArgs& args) {
+  const std::string& exportFile = args.csv.empty() ? args.txt : args.csv;
+  if (!exportFile.empty() &&
+      !zol::cli::MayWriteOutput(exportFile, args.files, zol::cli::kTableExportOutput, args.force)) {
+    return 1;
+  }
   zol::cli::TickedSessions ticked;
   zol::Workspace& ws = ticked.ws();
   ws.DisplayInfoType = zol::IndexOf(args.measure);
@@ -192,6 +199,7 @@ void Setup(CLI::App& app) {
                   ":asc or :desc sets the order");
   auto* csv = cmd->add_option("--csv", args->csv, "also write the table as comma-separated text");
   cmd->add_option("--txt", args->txt, "also write the table as tab-separated text")->excludes(csv);
+  cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
   cmd->add_flag("--chart", args->chart, "also print the chart beside the grid");
   cmd->add_option("--chart-type", args->chartType, "bar or pie (default: the settings)")
       ->check(CLI::IsMember({"bar", "pie"}));
