@@ -1,6 +1,10 @@
 #include "cli/command_registry.h"
 
 #include <algorithm>
+#include <iostream>
+
+#include "base/files.h"
+#include "base/vbarray.h"
 
 namespace zol::cli {
 
@@ -20,6 +24,19 @@ CommandRegistrar::CommandRegistrar(std::string name, CommandSetup setup) {
 void SetExitCode(int code) {
   g_exitCode = code;
 }
+void RunCommand(const std::function<int()>& run, const std::string& subject) {
+  try {
+    SetExitCode(run());
+  } catch (const BoundsError& e) {
+    std::cerr << "zolprof: " << (subject.empty() ? "" : subject + ": ")
+              << "the session and its project don't fit (" << e.what() << ")\n";
+    SetExitCode(1);
+  } catch (const FileError& e) {
+    std::cerr << "zolprof: " << e.what() << "\n";
+    SetExitCode(1);
+  }
+}
+
 int ExitCode() {
   return g_exitCode;
 }

@@ -26,6 +26,12 @@ struct CommandRegistrar {
   CommandRegistrar(std::string name, CommandSetup setup);
 };
 
+// Runs a command's work and takes its exit code. A session that doesn't fit
+// its project, or a file that can't be read or written, ends the command with
+// a line on stderr and exit code 1; `subject`, when given, is the file the
+// first of those messages names.
+void RunCommand(const std::function<int()>& run, const std::string& subject = "");
+
 // Exit code of the command that ran (0 unless a command sets it).
 void SetExitCode(int code);
 int ExitCode();

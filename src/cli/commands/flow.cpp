@@ -161,17 +161,7 @@ void Setup(CLI::App& app) {
   cmd->add_option("-o,--output", args->output, "draw the chart into a .svg or .png file")
       ->excludes(json);
   cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
-  cmd->callback([args] {
-    try {
-      zol::cli::SetExitCode(Run(*args));
-    } catch (const zol::BoundsError& e) {
-      std::cerr << "zolprof: the session and its project don't fit (" << e.what() << ")\n";
-      zol::cli::SetExitCode(1);
-    } catch (const zol::FileError& e) {
-      std::cerr << "zolprof: " << e.what() << "\n";
-      zol::cli::SetExitCode(1);
-    }
-  });
+  cmd->callback([args] { zol::cli::RunCommand([&] { return Run(*args); }); });
 }
 
 ZOLPROF_COMMAND("flow", Setup);

@@ -211,17 +211,7 @@ void Setup(CLI::App& app) {
   html->excludes(csv);
   for (auto* option : {summary, source, top}) option->excludes(csv);
   for (auto* option : {what, skip, separate}) option->excludes(html);
-  cmd->callback([args] {
-    try {
-      zol::cli::SetExitCode(Run(*args));
-    } catch (const zol::BoundsError& e) {
-      std::cerr << "zolprof: the session and its project don't fit (" << e.what() << ")\n";
-      zol::cli::SetExitCode(1);
-    } catch (const zol::FileError& e) {
-      std::cerr << "zolprof: " << e.what() << "\n";
-      zol::cli::SetExitCode(1);
-    }
-  });
+  cmd->callback([args] { zol::cli::RunCommand([&] { return Run(*args); }); });
 }
 
 ZOLPROF_COMMAND("report", Setup);

@@ -136,18 +136,7 @@ void Setup(CLI::App& app) {
                   "the instrumented .vbp to use instead of the one the file names");
   cmd->add_option("-o,--output", args->output, "the page to write")->required();
   cmd->add_flag("--force", args->force, zol::cli::kForceHelp);
-  cmd->callback([args] {
-    try {
-      zol::cli::SetExitCode(Run(*args));
-    } catch (const zol::BoundsError& e) {
-      std::cerr << "zolprof: " << args->file << ": the session and its project don't fit ("
-                << e.what() << ")\n";
-      zol::cli::SetExitCode(1);
-    } catch (const zol::FileError& e) {
-      std::cerr << "zolprof: " << e.what() << "\n";
-      zol::cli::SetExitCode(1);
-    }
-  });
+  cmd->callback([args] { zol::cli::RunCommand([&] { return Run(*args); }, args->file); });
 }
 
 ZOLPROF_COMMAND("source", Setup);

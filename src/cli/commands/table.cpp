@@ -207,17 +207,7 @@ void Setup(CLI::App& app) {
       ->check(CLI::IsMember({"name", "value"}));
   cmd->add_option("--chart-max", args->chartMax, "most items to plot, 0 for all")
       ->check(CLI::Range(0, zol::kGraphMaxItemsLimit));
-  cmd->callback([args] {
-    try {
-      zol::cli::SetExitCode(Run(*args));
-    } catch (const zol::BoundsError& e) {
-      std::cerr << "zolprof: the session and its project don't fit (" << e.what() << ")\n";
-      zol::cli::SetExitCode(1);
-    } catch (const zol::FileError& e) {
-      std::cerr << "zolprof: " << e.what() << "\n";
-      zol::cli::SetExitCode(1);
-    }
-  });
+  cmd->callback([args] { zol::cli::RunCommand([&] { return Run(*args); }); });
 }
 
 ZOLPROF_COMMAND("table", Setup);
