@@ -4,6 +4,7 @@
 #include <cmath>
 #include <map>
 #include <tuple>
+#include <type_traits>
 #include <utility>
 
 #include "compare/merge_steps.h"
@@ -21,7 +22,10 @@ double ValueOf(const ModuleValue& v, DiffQuantity q) {
   return q.measure == Measure::Coverage ? v.LineCoverage : v.TotalTime;
 }
 
-double ValueOf(const ProcedureValue& v, DiffQuantity q) {
+// Procedures and lines carry the same time fields; only procedures have a
+// coverage of their own.
+template <class Value>
+double ValueOf(const Value& v, DiffQuantity q) {
   if (q.hits) return v.Hits;
   switch (q.measure) {
     case Measure::Total:
@@ -33,23 +37,7 @@ double ValueOf(const ProcedureValue& v, DiffQuantity q) {
     case Measure::ChildAverage:
       return v.ChildAverageTime;
     case Measure::Coverage:
-      return v.Coverage;
-  }
-  return 0;
-}
-
-double ValueOf(const CodeLineValue& v, DiffQuantity q) {
-  if (q.hits) return v.Hits;
-  switch (q.measure) {
-    case Measure::Total:
-      return v.TotalTime;
-    case Measure::Average:
-      return v.AverageTime;
-    case Measure::ChildTotal:
-      return v.ChildTotalTime;
-    case Measure::ChildAverage:
-      return v.ChildAverageTime;
-    case Measure::Coverage:
+      if constexpr (std::is_same_v<Value, ProcedureValue>) return v.Coverage;
       return 0;
   }
   return 0;
