@@ -133,16 +133,6 @@ bool IsWorse(double difference, DiffQuantity q) {
   return q.measure == Measure::Coverage && !q.hits ? difference < 0 : difference > 0;
 }
 
-DiffState StateOf(double base, double next, const DiffOptions& o) {
-  const double difference = next - base;
-  const double size = std::fabs(difference);
-  const bool time = !o.quantity.hits && IsTimeMeasure(o.quantity.measure);
-  if (size == 0 || size <= o.relative * std::fabs(base) || (time && size <= o.absolute)) {
-    return DiffState::Unchanged;
-  }
-  return IsWorse(difference, o.quantity) ? DiffState::Worse : DiffState::Better;
-}
-
 int Rank(DiffState s) {
   switch (s) {
     case DiffState::Worse:
@@ -182,7 +172,7 @@ std::vector<DiffRow> Match(const Workspace& ws, std::int32_t base, std::int32_t 
     row.base = before.values[it->second];
     row.difference = *row.next - *row.base;
     if (*row.base != 0) row.ratio = *row.next / *row.base;
-    row.state = StateOf(*row.base, *row.next, o);
+    row.state = DiffStateOf(*row.base, *row.next, o);
   }
   for (std::size_t i = 0; i < before.rows.size(); ++i) {
     if (matched[i]) continue;
@@ -200,6 +190,16 @@ std::vector<DiffRow> Match(const Workspace& ws, std::int32_t base, std::int32_t 
 }
 
 }  // namespace
+
+DiffState DiffStateOf(double base, double next, const DiffOptions& o) {
+  const double difference = next - base;
+  const double size = std::fabs(difference);
+  const bool time = !o.quantity.hits && IsTimeMeasure(o.quantity.measure);
+  if (size == 0 || size <= o.relative * std::fabs(base) || (time && size <= o.absolute)) {
+    return DiffState::Unchanged;
+  }
+  return IsWorse(difference, o.quantity) ? DiffState::Worse : DiffState::Better;
+}
 
 bool DiffAvailable(DiffLevel level, DiffQuantity q) {
   switch (level) {

@@ -40,6 +40,10 @@ struct DiffOptions {
 // Worse is slower for times, more hits, or lower coverage.
 enum class DiffState { Unchanged, Worse, Better, New, Gone };
 
+// The noise rule on two values that both exist: Unchanged unless the change
+// clears the relative threshold and, for times, the absolute one too.
+DiffState DiffStateOf(double base, double next, const DiffOptions& options);
+
 struct DiffRow {
   std::string module;
   std::string procedure;  // empty on module rows

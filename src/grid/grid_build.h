@@ -25,6 +25,14 @@ struct FakeHeaders {
   std::vector<std::string> SessionNames;  // one per session, in column order
   std::int32_t FirstColumn = 0;           // grid columns before the first run
   std::int32_t NumberOfColumnsPerSession = 0;
+  // The width of each session's run where they differ (the difference
+  // columns after the later runs); empty when all take the number above.
+  std::vector<std::int32_t> ColumnsPerSession;
+
+  // The number of grid columns under session `index` (from 0).
+  std::int32_t RunColumns(std::size_t index) const {
+    return index < ColumnsPerSession.size() ? ColumnsPerSession[index] : NumberOfColumnsPerSession;
+  }
 
   friend bool operator==(const FakeHeaders&, const FakeHeaders&) = default;
 };

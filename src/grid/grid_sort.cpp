@@ -17,9 +17,9 @@ namespace {
 // The text of a dead row's value cells.
 constexpr std::string_view kDeadCell = "  ";
 
-// The number of a cell; a percentage counts by its number.
+// The number of a cell; a percentage or a ratio ("2.00x") counts by its number.
 std::optional<double> CellNumber(std::string_view text) {
-  if (!text.empty() && text.back() == '%') text.remove_suffix(1);
+  if (!text.empty() && (text.back() == '%' || text.back() == 'x')) text.remove_suffix(1);
   if (text.empty()) return std::nullopt;
   return ParseCellNumber(text);
 }

@@ -72,7 +72,7 @@ TEST(CompareProceduresTiming, OneRunPerSessionBlanksWhereASessionDidNotRun) {
   EXPECT_FALSE(t.Sorted);
   EXPECT_EQ(t.SelectedRow, 1);
 
-  EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 2, 2}));
+  EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 2, 2, {}}));
   EXPECT_EQ(b.Arrays.LegendText, (V{"run1", "run2"}));
   ASSERT_EQ(b.Arrays.ChartArrayBar.size(), 3u);
   EXPECT_EQ(b.Arrays.ChartArrayBar[0], (ChartRow{"Module1.Main", {0.1234564, 1}}));
@@ -105,7 +105,7 @@ TEST(CompareLines, HitsAndTimesPerSessionWithProcedureEndsWithoutTime) {
   // The procedure's time over all its line hits.
   EXPECT_EQ(Shown(t, t.RowAt(3)),
             (V{"", "TOTAL", "", "", "6", "0.123456", "0.020576", "6", "1.000000", "0.166667"}));
-  EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 4, 3}));
+  EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 4, 3, {}}));
   // The procedure's end has no time to plot in any session.
   ASSERT_EQ(b.Arrays.ChartArrayBar.size(), 1u);
   EXPECT_EQ(b.Arrays.ChartArrayBar[0].Name, "01-x = 1");
@@ -135,7 +135,7 @@ TEST(CompareModules, TimingAndCoverageOfEveryModule) {
   EXPECT_EQ(Shown(t, RowWith(t, 1, "Empty")), (V{"Empty", "", ""}));
   EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")), (V{"TOTAL", "2.623458", "1.000002"}));
   EXPECT_EQ(RowWith(t, 1, "Form1").Icon, "5TYPE");
-  EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 1, 1}));
+  EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 1, 1, {}}));
   EXPECT_EQ(b.Arrays.PieCaption, "");
 
   b = ShowCompareModulesCoverage(f.ws, f.Compared(4));
