@@ -1,6 +1,7 @@
 #include "ui/grid_page.h"
 
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -102,6 +103,20 @@ QWidget* GridPage::MakeOptionStrip() {
   excel->setToolTip(tr("Open the table in the desktop's spreadsheet program"));
   row->addWidget(save);
   row->addWidget(excel);
+  showDifferences_ = new QCheckBox(tr("Show differences"), strip);
+  showDifferences_->setObjectName("chkShowDifferences");
+  showDifferences_->setToolTip(
+      tr("After each later session, its change against the first one: slower in red, faster "
+         "in green, within the noise in grey"));
+  changedOnly_ = new QCheckBox(tr("Changed only"), strip);
+  changedOnly_->setObjectName("chkChangedOnly");
+  changedOnly_->setToolTip(tr("Keep only the rows that changed beyond the noise"));
+  showDifferences_->setEnabled(false);
+  changedOnly_->setEnabled(false);
+  row->addWidget(showDifferences_);
+  row->addWidget(changedOnly_);
+  connect(showDifferences_, &QCheckBox::toggled, this, [this] { OnDifferencesChanged(); });
+  connect(changedOnly_, &QCheckBox::toggled, this, [this] { OnDifferencesChanged(); });
   search_ = new QLineEdit(strip);
   search_->setObjectName("txtSearch");
   search_->setPlaceholderText(tr("Find module, procedure, line..."));
@@ -161,12 +176,45 @@ void GridPage::ApplyChartVisibility() {
 void GridPage::ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType) {
   activeTab_ = activeTab;
   displayInfoType_ = displayInfoType;
+  const bool comparable = build.Headers.SessionNames.size() >= 2;
+  showDifferences_->setEnabled(comparable);
+  changedOnly_->setEnabled(comparable && differences_.Show);
+  if (comparable) {
+    compared_ = build;
+    compared_.Chart = ChartUpdate::None;
+    ShowDifferences(build, differences_);
+  } else {
+    compared_ = GridBuild();
+  }
+  Present(std::move(build));
+}
+
+void GridPage::SetDifferenceOptions(const DifferenceOptions& options) {
+  settingOptions_ = true;
+  showDifferences_->setChecked(options.Show);
+  changedOnly_->setChecked(options.ChangedOnly);
+  settingOptions_ = false;
+  OnDifferencesChanged();
+}
+
+void GridPage::OnDifferencesChanged() {
+  if (settingOptions_) return;
+  differences_.Show = showDifferences_->isChecked();
+  differences_.ChangedOnly = changedOnly_->isChecked();
+  changedOnly_->setEnabled(showDifferences_->isEnabled() && differences_.Show);
+  if (compared_.Headers.SessionNames.size() < 2) return;
+  GridBuild build = compared_;
+  ShowDifferences(build, differences_);
+  Present(std::move(build));
+}
+
+void GridPage::Present(GridBuild build) {
   const bool compared = !build.Headers.SessionNames.empty();
   grid_->SetCompared(compared);
   // The columns before the sessions' runs (module, procedure, line) stay in
   // view while the sessions' columns scroll.
   grid_->SetFrozenColumns(compared ? build.Headers.FirstColumn : 0);
-  UpdateChart(build, arrays_, description_, options_, activeTab, displayInfoType);
+  UpdateChart(build, arrays_, description_, options_, activeTab_, displayInfoType_);
   grid_->ShowTable(std::move(build.Grid));
   if (compared) {
     headers_->PrepareFakeHeaders(build.Headers);

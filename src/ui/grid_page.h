@@ -9,8 +9,10 @@
 
 #include "grid/chart.h"
 #include "grid/grid_build.h"
+#include "grid/grid_differences.h"
 
 class QButtonGroup;
+class QCheckBox;
 class QLineEdit;
 class QSpinBox;
 class QSplitter;
@@ -38,6 +40,11 @@ class GridPage : public QWidget {
 
   // Shows a build made for tab `activeTab` and measure `displayInfoType`.
   void ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType);
+  // The difference columns of compared grids ("Show differences", "Changed
+  // only"); a change shows the last compared build again with them.
+  const DifferenceOptions& differenceOptions() const { return differences_; }
+  void SetDifferenceOptions(const DifferenceOptions& options);
+
   // The empty chart (ResetChart), the arrays erased or kept.
   void ResetChart(bool fEraseArrays);
 
@@ -58,6 +65,9 @@ class GridPage : public QWidget {
   void OnOptionChanged(bool fSortOnly);
   // GraphType 0 hides the chart and lets the grid fill the page.
   void ApplyChartVisibility();
+  // Shows a build as it stands, with the chart it asks for.
+  void Present(GridBuild build);
+  void OnDifferencesChanged();
 
   GridView* grid_;
   SessionHeaderBar* headers_;
@@ -68,8 +78,13 @@ class GridPage : public QWidget {
   QButtonGroup* sortGroup_ = nullptr;
   QSpinBox* maxItems_ = nullptr;
   QLineEdit* search_ = nullptr;
+  QCheckBox* showDifferences_ = nullptr;
+  QCheckBox* changedOnly_ = nullptr;
 
   GraphOptions options_;
+  DifferenceOptions differences_;
+  // The last compared build as it was made, before any difference columns.
+  GridBuild compared_;
   ChartArrays arrays_;
   ChartDescription description_;
   std::int32_t activeTab_ = 0;

@@ -115,7 +115,7 @@ void SessionHeaderBar::ArrangeHeaders() {
   int tCurrentCol = headers_.FirstColumn;
   for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()); ++i) {
     int tColWidth = 0;
-    for (int k = 0; k < headers_.NumberOfColumnsPerSession; ++k, ++tCurrentCol) {
+    for (int k = 0; k < headers_.RunColumns(i - 1); ++k, ++tCurrentCol) {
       if (tCurrentCol < gridHeader->count())
         tColWidth += gridHeader->sectionSize(GridColumnAt(tCurrentCol));
     }
@@ -124,13 +124,13 @@ void SessionHeaderBar::ArrangeHeaders() {
 }
 
 void SessionHeaderBar::ArrangeList() {
-  const int perSession = headers_.NumberOfColumnsPerSession;
-  if (perSession <= 0) return;
+  if (headers_.NumberOfColumnsPerSession <= 0) return;
   ArrangeGuard guard(fDuringArrange_);
   if (!guard.Entered()) return;
   QHeaderView* gridHeader = grid_->horizontalHeader();
   int tCurrentCol = headers_.FirstColumn;
   for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()) && i < count(); ++i) {
+    const int perSession = headers_.RunColumns(i - 1);
     const int fakeWidth = sectionSize(i);
     const int tColWidth =
         static_cast<int>(std::lround(static_cast<double>(fakeWidth) / perSession));

@@ -132,7 +132,7 @@ TEST(SessionHeaderBar, SpansEachRunAndSharesADraggedWidth) {
   grid.setModel(&data);
   SessionHeaderBar bar(&grid);
   for (int c = 0; c < 7; ++c) grid.horizontalHeader()->resizeSection(c, 50 + c);
-  bar.PrepareFakeHeaders(FakeHeaders{{"Monday", "Tuesday", "Friday"}, 1, 2});
+  bar.PrepareFakeHeaders(FakeHeaders{{"Monday", "Tuesday", "Friday"}, 1, 2, {}});
   ASSERT_EQ(bar.count(), 4);
   EXPECT_EQ(bar.sectionSize(0), 50);
   EXPECT_EQ(bar.sectionSize(1), 51 + 52);

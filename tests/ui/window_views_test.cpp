@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QCheckBox>
 #include <QHeaderView>
 #include <QMenu>
 #include <QScrollBar>
@@ -12,8 +13,10 @@
 #include <QTabBar>
 #include <QTest>
 #include <QTextBlock>
+#include <cstdlib>
 #include <functional>
 
+#include "grid/grid_differences.h"
 #include "grid/table.h"
 #include "ui/grid_page.h"
 #include "ui/grid_view.h"
@@ -229,6 +232,67 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   w.window->ClickTreeNode("S1");
   EXPECT_FALSE(frozen->isVisible());
   EXPECT_EQ(grid->FrozenWidth(), 0);
+}
+
+TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemAway) {
+  DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
+  w.window->resize(1280, 800);
+  w.window->SelectScopeTab(3);
+  QApplication::processEvents();
+  GridPage* page = w.window->picValues();
+  auto* show = page->findChild<QCheckBox*>("chkShowDifferences");
+  auto* changedOnly = page->findChild<QCheckBox*>("chkChangedOnly");
+  ASSERT_TRUE(show && changedOnly);
+  EXPECT_TRUE(show->isEnabled());
+  EXPECT_FALSE(show->isChecked());
+  EXPECT_FALSE(changedOnly->isEnabled());
+  const Table before = page->Grid()->table();
+  const FakeHeaders headersBefore = page->Headers()->Shown();
+  ASSERT_EQ(before.FindColumn("Diff."), 0);
+
+  show->click();
+  QApplication::processEvents();
+  const Table& t = page->Grid()->table();
+  ASSERT_EQ(t.ColumnAt(2).Header, "Procedure");
+  const int diff = t.FindColumn("Diff.");
+  ASSERT_GT(diff, 0);
+  EXPECT_EQ(t.ColumnAt(diff + 1).Header, "Ratio");
+  EXPECT_EQ(t.ColumnCount(), before.ColumnCount() + 2);
+  EXPECT_EQ(t.RowCount(), before.RowCount());
+  EXPECT_EQ(page->Headers()->Shown().RunColumns(1), headersBefore.NumberOfColumnsPerSession + 2);
+  EXPECT_EQ(page->Grid()->model()->columnCount(), t.ColumnCount());
+  // Every change is coloured; the total row stays last.
+  for (const Row& row : t.Rows()) {
+    if (row.Text(diff).empty() || row.Key == kTotalKey) continue;
+    const VbColor color = row.Cells[diff - 1].Color;
+    EXPECT_TRUE(color == kColorRed || color == kColorGreen || color == kColorGrey ||
+                row.Text(diff) == "new" || row.Text(diff) == "gone")
+        << row.Text(diff);
+  }
+  EXPECT_EQ(t.RowAt(t.RowCount()).Key, kTotalKey);
+  if (const char* dir = std::getenv("ZOL_SCREENSHOT_DIR")) {
+    w.window->grab().save(QString(dir) + "/compared-differences.png");
+  }
+
+  ASSERT_TRUE(changedOnly->isEnabled());
+  changedOnly->click();
+  QApplication::processEvents();
+  EXPECT_LE(page->Grid()->table().RowCount(), before.RowCount());
+
+  // Off again, the grid is the one built without the option.
+  show->click();
+  QApplication::processEvents();
+  EXPECT_FALSE(changedOnly->isEnabled());
+  const Table& after = page->Grid()->table();
+  ASSERT_EQ(after.ColumnCount(), before.ColumnCount());
+  ASSERT_EQ(after.RowCount(), before.RowCount());
+  for (int r = 1; r <= after.RowCount(); ++r) {
+    EXPECT_EQ(after.RowAt(r).Cells.size(), before.RowAt(r).Cells.size());
+    for (int c = 1; c <= after.ColumnCount(); ++c) {
+      EXPECT_EQ(after.RowAt(r).Text(c), before.RowAt(r).Text(c));
+    }
+  }
+  EXPECT_EQ(page->Headers()->Shown(), headersBefore);
 }
 
 }  // namespace
