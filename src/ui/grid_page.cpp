@@ -189,16 +189,7 @@ void GridPage::ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t d
   Present(std::move(build));
 }
 
-void GridPage::SetDifferenceOptions(const DifferenceOptions& options) {
-  settingOptions_ = true;
-  showDifferences_->setChecked(options.Show);
-  changedOnly_->setChecked(options.ChangedOnly);
-  settingOptions_ = false;
-  OnDifferencesChanged();
-}
-
 void GridPage::OnDifferencesChanged() {
-  if (settingOptions_) return;
   differences_.Show = showDifferences_->isChecked();
   differences_.ChangedOnly = changedOnly_->isChecked();
   changedOnly_->setEnabled(showDifferences_->isEnabled() && differences_.Show);

@@ -41,9 +41,8 @@ class GridPage : public QWidget {
   // Shows a build made for tab `activeTab` and measure `displayInfoType`.
   void ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType);
   // The difference columns of compared grids ("Show differences", "Changed
-  // only"); a change shows the last compared build again with them.
+  // only"); ticking a box shows the last compared build again with them.
   const DifferenceOptions& differenceOptions() const { return differences_; }
-  void SetDifferenceOptions(const DifferenceOptions& options);
 
   // The empty chart (ResetChart), the arrays erased or kept.
   void ResetChart(bool fEraseArrays);
