@@ -108,8 +108,8 @@ void WriteProjectJson(JsonWriter& w, const Project& p) {
         .Field("IsProcedureExit", static_cast<bool>(c.IsProcedureExit))
         .EndObject();
   });
-  // Only a project with modules that couldn't be read has the list, so that
-  // the record of a whole project reads as it always did.
+  // Only a project with modules that couldn't be read has the list: the dump
+  // of a whole project stays the same for scripts that read it.
   if (!p.UnreadModules.empty()) {
     w.Key("UnreadModules").BeginArray();
     for (const UnreadModule& u : p.UnreadModules) {

@@ -88,7 +88,7 @@ FlowPane::FlowPane(QWidget* parent) : QWidget(parent) {
   pal.setColor(QPalette::Base, Qt::white);
   scroll_->setPalette(pal);
   notice_ = new QLabel(this);
-  notice_->setObjectName("lblFlowNotice");
+  notice_->setObjectName("flowNotice");
   notice_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   notice_->setAutoFillBackground(true);
   notice_->setPalette(pal);
@@ -144,7 +144,7 @@ QWidget* FlowPane::MakeOptionStrip() {
   row->addWidget(scheme_);
   connect(scheme_, &QComboBox::currentIndexChanged, this, changed);
   showModule_ = new QCheckBox(tr("Show Module"), strip);
-  showModule_->setObjectName("chkShowModuleFlow");
+  showModule_->setObjectName("showModuleFlow");
   row->addWidget(showModule_);
   connect(showModule_, &QCheckBox::toggled, this, changed);
   return strip;

@@ -104,12 +104,12 @@ QWidget* GridPage::MakeOptionStrip() {
   row->addWidget(save);
   row->addWidget(excel);
   showDifferences_ = new QCheckBox(tr("Show differences"), strip);
-  showDifferences_->setObjectName("chkShowDifferences");
+  showDifferences_->setObjectName("showDifferences");
   showDifferences_->setToolTip(
       tr("After each later session, its change against the first one: slower in red, faster "
          "in green, within the noise in grey"));
   changedOnly_ = new QCheckBox(tr("Changed only"), strip);
-  changedOnly_->setObjectName("chkChangedOnly");
+  changedOnly_->setObjectName("changedOnly");
   changedOnly_->setToolTip(tr("Keep only the rows that changed beyond the noise"));
   showDifferences_->setEnabled(false);
   changedOnly_->setEnabled(false);

@@ -69,7 +69,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   // Step 1: which sessions.
   QGroupBox* step1 = Step("Step 1: Select sessions to report");
   scope_ = new QComboBox(step1);
-  scope_->setObjectName("cmbReportScope");
+  scope_->setObjectName("reportScope");
   for (const char* text : kScopeTexts) scope_->addItem(tr(text));
   step1->layout()->addWidget(scope_);
   steps->addWidget(step1);
@@ -208,7 +208,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   // Step 7: go.
   QGroupBox* step7 = Step("Step 7: Generate");
   go_ = new QPushButton(tr("GO!"), step7);
-  go_->setObjectName("cmdReportGO");
+  go_->setObjectName("reportGo");
   QFont bold = go_->font();
   bold.setBold(true);
   go_->setFont(bold);

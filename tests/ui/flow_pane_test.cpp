@@ -114,7 +114,7 @@ TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
   w.window->SelectScopeTab(6);
   FlowPane* pane = w.window->picFlow();
   EXPECT_FALSE(pane->ShowsChart());
-  auto* notice = pane->findChild<QLabel*>("lblFlowNotice");
+  auto* notice = pane->findChild<QLabel*>("flowNotice");
   ASSERT_NE(notice, nullptr);
   EXPECT_TRUE(notice->isVisibleTo(pane));
   EXPECT_EQ(notice->text().toStdString(),
@@ -127,7 +127,7 @@ TEST(FlowTab, CallPairsThatDoNotFitTheProjectAreNamedOnThePage) {
   w.window->SelectScopeTab(6);
   FlowPane* pane = w.window->picFlow();
   EXPECT_FALSE(pane->ShowsChart());
-  const std::string text = pane->findChild<QLabel*>("lblFlowNotice")->text().toStdString();
+  const std::string text = pane->findChild<QLabel*>("flowNotice")->text().toStdString();
   EXPECT_NE(text.find("Monday.pfd: call pair 1 names procedure 999"), std::string::npos) << text;
 }
 

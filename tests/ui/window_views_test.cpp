@@ -240,8 +240,8 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
   w.window->SelectScopeTab(3);
   QApplication::processEvents();
   GridPage* page = w.window->picValues();
-  auto* show = page->findChild<QCheckBox*>("chkShowDifferences");
-  auto* changedOnly = page->findChild<QCheckBox*>("chkChangedOnly");
+  auto* show = page->findChild<QCheckBox*>("showDifferences");
+  auto* changedOnly = page->findChild<QCheckBox*>("changedOnly");
   ASSERT_TRUE(show && changedOnly);
   EXPECT_TRUE(show->isEnabled());
   EXPECT_FALSE(show->isChecked());
