@@ -75,12 +75,12 @@ void FlowChartView::mouseMoveEvent(QMouseEvent* event) {
 // --- The page ---
 
 FlowPane::FlowPane(QWidget* parent) : QWidget(parent) {
-  setObjectName("picFlow");
+  setObjectName("flowPage");
   strip_ = MakeOptionStrip();
   strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   chart_ = new FlowChartView;
   scroll_ = new QScrollArea(this);
-  scroll_->setObjectName("picFlowScroll");
+  scroll_->setObjectName("flowScroll");
   scroll_->setWidget(chart_);
   scroll_->setWidgetResizable(false);
   scroll_->setBackgroundRole(QPalette::Base);

@@ -19,7 +19,7 @@
 namespace zol {
 
 FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(grid) {
-  setObjectName("lvValuesFrozen");
+  setObjectName("frozenColumns");
   setModel(grid->model());
   setSelectionModel(grid->selectionModel());
   setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -42,7 +42,7 @@ FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(g
   horizontalHeader()->setSortIndicatorShown(true);
   // A thin line sets the frozen columns apart from those that scroll.
   setFrameShape(QFrame::NoFrame);
-  setStyleSheet("QTableView#lvValuesFrozen { border-right: 1px solid palette(mid); }");
+  setStyleSheet("QTableView#frozenColumns { border-right: 1px solid palette(mid); }");
   connect(horizontalHeader(), &QHeaderView::sectionClicked, grid,
           [grid](int logical) { grid->SortOn(logical + 1, grid->Compared()); });
   // Widths set here are the grid's widths; the columns hidden here (the ones

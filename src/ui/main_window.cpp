@@ -135,7 +135,7 @@ void MainWindow::BuildWidgets() {
   mnuPopup_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(5); })
       ->setObjectName("mnuPopupSource");
   mnuPopup_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(6); })
-      ->setObjectName("mnuPopupFlow");
+      ->setObjectName("viewInFlow");
 }
 
 QWidget* MainWindow::BuildLeftPane() {

@@ -50,7 +50,7 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
                     grid->visualRect(grid->model()->index(row - 1, 1)).center());
   auto* menu = w.window->findChild<QMenu*>("mnuPopup");
   ASSERT_TRUE(WaitFor([&] { return menu->isVisible(); }));
-  QAction* flow = menu->findChild<QAction*>("mnuPopupFlow");
+  QAction* flow = menu->findChild<QAction*>("viewInFlow");
   ASSERT_NE(flow, nullptr);
   EXPECT_EQ(flow->text(), "View in Flow");
   EXPECT_TRUE(flow->isEnabled());
