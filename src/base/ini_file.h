@@ -45,4 +45,9 @@ void VBWritePrivateProfileString(const std::string& lpApplicationName, const std
 void VBDeletePrivateProfileKey(const std::string& lpApplicationName, const std::string& lpKeyName,
                                const std::string& lpFileName);
 
+// A yes/no setting: "True" or "False" in any case, or a number (non-zero is
+// yes); `fallback` when the key is missing, empty or neither.
+bool ReadSettingFlag(const std::string& section, const std::string& key, bool fallback,
+                     const std::string& file);
+
 }  // namespace zol

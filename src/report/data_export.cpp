@@ -103,9 +103,30 @@ int FindExportColumn(const TextTable& table, std::string_view header) {
   return -1;
 }
 
-TextTable ProceduresExportArray(const Workspace& ws, std::int32_t tSession,
+// The own-time and child-time column groups that procedures and lines share,
+// each only when its data is asked for (kNone otherwise).
+struct TimeColumns {
+  int time, timePct, average, child, childPct, childAverage;
+};
+
+TimeColumns AddTimeColumns(ExportSheet& sheet, const ReportDataFlags& data) {
+  TimeColumns c{kNone, kNone, kNone, kNone, kNone, kNone};
+  if (data[kDataTime]) {
+    c.time = sheet.Column("Total Time");
+    c.timePct = sheet.Column("% Tot. Time");
+    c.average = sheet.Column("Average Time");
+  }
+  if (data[kDataChildren]) {
+    c.child = sheet.Column("Child Tot. Time");
+    c.childPct = sheet.Column("% Child Time");
+    c.childAverage = sheet.Column("Child Avg. Time");
+  }
+  return c;
+}
+
+TextTable ProceduresExportArray(const Workspace& ws, std::int32_t sessionIndex,
                                 const ReportDataFlags& data) {
-  const Session& session = ws.Session(tSession);
+  const Session& session = ws.Session(sessionIndex);
   const Project& project = ws.Project(session.Project);
   const bool critical = project.ContainsCritical;
 
@@ -123,18 +144,8 @@ TextTable ProceduresExportArray(const Workspace& ws, std::int32_t tSession,
     idxLeft = sheet.Column("Left Lines");
     if (critical) idxCritical = sheet.Column("Critical Cov.");
   }
-  int idxTime = kNone, idxTimePct = kNone, idxAverage = kNone;
-  if (data[kDataTime]) {
-    idxTime = sheet.Column("Total Time");
-    idxTimePct = sheet.Column("% Tot. Time");
-    idxAverage = sheet.Column("Average Time");
-  }
-  int idxChild = kNone, idxChildPct = kNone, idxChildAverage = kNone;
-  if (data[kDataChildren]) {
-    idxChild = sheet.Column("Child Tot. Time");
-    idxChildPct = sheet.Column("% Child Time");
-    idxChildAverage = sheet.Column("Child Avg. Time");
-  }
+  const auto [idxTime, idxTimePct, idxAverage, idxChild, idxChildPct, idxChildAverage] =
+      AddTimeColumns(sheet, data);
 
   double TotalHits = 0, TotalTotalTime = 0, TotalChildTime = 0;
   double TotalLines = 0, TotalHitLines = 0, CriticalTotalHits = 0, CriticalTotalLine = 0;
@@ -192,9 +203,9 @@ TextTable ProceduresExportArray(const Workspace& ws, std::int32_t tSession,
   return sheet.Array();
 }
 
-TextTable ModulesExportArray(const Workspace& ws, std::int32_t tSession,
+TextTable ModulesExportArray(const Workspace& ws, std::int32_t sessionIndex,
                              const ReportDataFlags& data) {
-  const Session& session = ws.Session(tSession);
+  const Session& session = ws.Session(sessionIndex);
   const Project& project = ws.Project(session.Project);
 
   ExportSheet sheet;
@@ -263,9 +274,10 @@ TextTable ModulesExportArray(const Workspace& ws, std::int32_t tSession,
   return sheet.Array();
 }
 
-TextTable LinesExportArray(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
-                           bool skipUnexecuted, const ExportProgress& progress) {
-  const Session& session = ws.Session(tSession);
+TextTable LinesExportArray(const Workspace& ws, std::int32_t sessionIndex,
+                           const ReportDataFlags& data, bool skipUnexecuted,
+                           const ExportProgress& progress) {
+  const Session& session = ws.Session(sessionIndex);
   const Project& project = ws.Project(session.Project);
 
   ExportSheet sheet;
@@ -274,18 +286,8 @@ TextTable LinesExportArray(const Workspace& ws, std::int32_t tSession, const Rep
   const int idxProcedure = sheet.Column("Procedure");
   const int idxHits = sheet.Column("Hits");
   const int idxHitsPct = sheet.Column("% Hits");
-  int idxTime = kNone, idxTimePct = kNone, idxAverage = kNone;
-  if (data[kDataTime]) {
-    idxTime = sheet.Column("Total Time");
-    idxTimePct = sheet.Column("% Tot. Time");
-    idxAverage = sheet.Column("Average Time");
-  }
-  int idxChild = kNone, idxChildPct = kNone, idxChildAverage = kNone;
-  if (data[kDataChildren]) {
-    idxChild = sheet.Column("Child Tot. Time");
-    idxChildPct = sheet.Column("% Child Time");
-    idxChildAverage = sheet.Column("Child Avg. Time");
-  }
+  const auto [idxTime, idxTimePct, idxAverage, idxChild, idxChildPct, idxChildAverage] =
+      AddTimeColumns(sheet, data);
   const int idxText = sheet.Column("Lines");
   const int idxId = sheet.Column("Line ID");
 
@@ -347,51 +349,52 @@ bool LocaleWritesDecimalCommas() {
   return conv && conv->decimal_point && std::strchr(conv->decimal_point, ',') != nullptr;
 }
 
-std::string ConvertArrayToCsv(const TextTable& tArray, int tLineCol, bool fReplaceComma) {
+std::string ConvertArrayToCsv(const TextTable& cells, int lineColumn, bool replaceComma) {
   std::string out;
-  for (int r = tArray.LBoundRow(); r <= tArray.UBoundRow(); ++r) {
-    for (int c = tArray.LBoundColumn(); c <= tArray.UBoundColumn(); ++c) {
-      if (c > tArray.LBoundColumn()) out += ',';
-      out += CsvCell(tArray(c, r), fReplaceComma && c != tLineCol);
+  for (int r = cells.LBoundRow(); r <= cells.UBoundRow(); ++r) {
+    for (int c = cells.LBoundColumn(); c <= cells.UBoundColumn(); ++c) {
+      if (c > cells.LBoundColumn()) out += ',';
+      out += CsvCell(cells(c, r), replaceComma && c != lineColumn);
     }
     out += kCrLf;
   }
   return out;
 }
 
-std::string ConvertArrayToCsv(const TextTable& tArray, int tLineCol) {
-  return ConvertArrayToCsv(tArray, tLineCol, LocaleWritesDecimalCommas());
+std::string ConvertArrayToCsv(const TextTable& cells, int lineColumn) {
+  return ConvertArrayToCsv(cells, lineColumn, LocaleWritesDecimalCommas());
 }
 
-std::string ExportModules(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data) {
-  return ConvertArrayToCsv(ModulesExportArray(ws, tSession, data), -1);
+std::string ExportModules(const Workspace& ws, std::int32_t sessionIndex,
+                          const ReportDataFlags& data) {
+  return ConvertArrayToCsv(ModulesExportArray(ws, sessionIndex, data), -1);
 }
 
-std::string ExportProcedures(const Workspace& ws, std::int32_t tSession,
+std::string ExportProcedures(const Workspace& ws, std::int32_t sessionIndex,
                              const ReportDataFlags& data) {
-  return ConvertArrayToCsv(ProceduresExportArray(ws, tSession, data), -1);
+  return ConvertArrayToCsv(ProceduresExportArray(ws, sessionIndex, data), -1);
 }
 
-std::string ExportLines(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
+std::string ExportLines(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
                         bool skipUnexecuted, const ExportProgress& progress) {
-  const TextTable t = LinesExportArray(ws, tSession, data, skipUnexecuted, progress);
+  const TextTable t = LinesExportArray(ws, sessionIndex, data, skipUnexecuted, progress);
   return ConvertArrayToCsv(t, FindExportColumn(t, "Lines"));
 }
 
-void ExportModulesToFile(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
-                         const std::string& tFile) {
-  WriteFile(tFile, ExportModules(ws, tSession, data));
+void ExportModulesToFile(const Workspace& ws, std::int32_t sessionIndex,
+                         const ReportDataFlags& data, const std::string& tFile) {
+  WriteFile(tFile, ExportModules(ws, sessionIndex, data));
 }
 
-void ExportProceduresToFile(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
-                            const std::string& tFile) {
-  WriteFile(tFile, ExportProcedures(ws, tSession, data));
+void ExportProceduresToFile(const Workspace& ws, std::int32_t sessionIndex,
+                            const ReportDataFlags& data, const std::string& tFile) {
+  WriteFile(tFile, ExportProcedures(ws, sessionIndex, data));
 }
 
-void ExportLinesToFile(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
+void ExportLinesToFile(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
                        bool skipUnexecuted, const std::string& tFile,
                        const ExportProgress& progress) {
-  WriteFile(tFile, ExportLines(ws, tSession, data, skipUnexecuted, progress));
+  WriteFile(tFile, ExportLines(ws, sessionIndex, data, skipUnexecuted, progress));
 }
 
 }  // namespace zol

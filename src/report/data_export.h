@@ -31,14 +31,15 @@ struct ExportProgress {
   double width = 0;
 };
 
-TextTable ModulesExportArray(const Workspace& ws, std::int32_t tSession,
+TextTable ModulesExportArray(const Workspace& ws, std::int32_t sessionIndex,
                              const ReportDataFlags& data);
-TextTable ProceduresExportArray(const Workspace& ws, std::int32_t tSession,
+TextTable ProceduresExportArray(const Workspace& ws, std::int32_t sessionIndex,
                                 const ReportDataFlags& data);
 // With `skipUnexecuted` the lines without hits are left out (the total row
 // still counts every line).
-TextTable LinesExportArray(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
-                           bool skipUnexecuted, const ExportProgress& progress = {});
+TextTable LinesExportArray(const Workspace& ws, std::int32_t sessionIndex,
+                           const ReportDataFlags& data, bool skipUnexecuted,
+                           const ExportProgress& progress = {});
 
 // The column of a table whose header is `header`, or -1.
 int FindExportColumn(const TextTable& table, std::string_view header);
@@ -48,26 +49,27 @@ int FindExportColumn(const TextTable& table, std::string_view header);
 bool LocaleWritesDecimalCommas();
 
 // The table as CSV: every cell in double quotes with inner quotes doubled,
-// cells joined by commas, rows by CR LF. With `fReplaceComma` the commas of
-// every column but `tLineCol` (the source text) become ".", so that numbers
+// cells joined by commas, rows by CR LF. With `replaceComma` the commas of
+// every column but `lineColumn` (the source text) become ".", so that numbers
 // written with a decimal comma still read as numbers.
-std::string ConvertArrayToCsv(const TextTable& tArray, int tLineCol, bool fReplaceComma);
+std::string ConvertArrayToCsv(const TextTable& cells, int lineColumn, bool replaceComma);
 // The same, the comma rule taken from the locale.
-std::string ConvertArrayToCsv(const TextTable& tArray, int tLineCol);
+std::string ConvertArrayToCsv(const TextTable& cells, int lineColumn);
 
 // The tables as CSV text, the "Lines" column spared by the comma rule.
-std::string ExportModules(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data);
-std::string ExportProcedures(const Workspace& ws, std::int32_t tSession,
+std::string ExportModules(const Workspace& ws, std::int32_t sessionIndex,
+                          const ReportDataFlags& data);
+std::string ExportProcedures(const Workspace& ws, std::int32_t sessionIndex,
                              const ReportDataFlags& data);
-std::string ExportLines(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
+std::string ExportLines(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
                         bool skipUnexecuted, const ExportProgress& progress = {});
 
 // Each writes its table to `tFile`, replacing the file. Throw FileError.
-void ExportModulesToFile(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
-                         const std::string& tFile);
-void ExportProceduresToFile(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
-                            const std::string& tFile);
-void ExportLinesToFile(const Workspace& ws, std::int32_t tSession, const ReportDataFlags& data,
+void ExportModulesToFile(const Workspace& ws, std::int32_t sessionIndex,
+                         const ReportDataFlags& data, const std::string& tFile);
+void ExportProceduresToFile(const Workspace& ws, std::int32_t sessionIndex,
+                            const ReportDataFlags& data, const std::string& tFile);
+void ExportLinesToFile(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
                        bool skipUnexecuted, const std::string& tFile,
                        const ExportProgress& progress = {});
 

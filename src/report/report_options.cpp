@@ -19,12 +19,7 @@ std::string Key(const char* name, int index) {
 }
 
 bool ReadFlag(const std::string& key, bool fallback, const std::string& iniFile) {
-  const std::string text =
-      VBGetPrivateProfileString(kSection, key, fallback ? "True" : "False", iniFile);
-  if (TextEquals(text, "True")) return true;
-  if (TextEquals(text, "False")) return false;
-  const std::optional<double> n = ParseNumberText(text);
-  return n ? *n != 0 : fallback;
+  return ReadSettingFlag(kSection, key, fallback, iniFile);
 }
 
 // A whole number brought into [lo, hi]; `fallback` when the text is no number.

@@ -20,12 +20,7 @@ std::string SchemeKey(int measure) {
 }
 
 bool ReadFlag(const std::string& key, bool fallback, const std::string& iniFile) {
-  const std::string text =
-      VBGetPrivateProfileString(kSection, key, fallback ? "True" : "False", iniFile);
-  if (TextEquals(text, "True")) return true;
-  if (TextEquals(text, "False")) return false;
-  const std::optional<double> n = ParseNumberText(text);
-  return n ? *n != 0 : fallback;
+  return ReadSettingFlag(kSection, key, fallback, iniFile);
 }
 
 std::int32_t ReadScheme(const std::string& key, std::int32_t fallback, const std::string& iniFile) {

@@ -20,7 +20,7 @@ namespace zol {
 // --- The chart ---
 
 FlowChartView::FlowChartView(QWidget* parent) : QWidget(parent) {
-  setObjectName("picLinkGraph");
+  setObjectName("flowChart");
   setAttribute(Qt::WA_OpaquePaintEvent);
   setMouseTracking(true);
   resize(0, 0);
@@ -107,7 +107,7 @@ FlowPane::FlowPane(QWidget* parent) : QWidget(parent) {
 
 QWidget* FlowPane::MakeOptionStrip() {
   auto* strip = new QWidget(this);
-  strip->setObjectName("picOptFlow");
+  strip->setObjectName("flowOptions");
   auto* row = new FlowLayout(strip);
   auto changed = [this] {
     if (!showing_) emit optionsChanged();

@@ -1,7 +1,7 @@
 #pragma once
 
-// The Flow page (picFlow): the call graph around the selected procedure, in
-// a scrolling view, under its option strip (picOptFlow): spacing, font size,
+// The Flow page: the call graph around the selected procedure, in
+// a scrolling view, under its option strip: spacing, font size,
 // the depth on each side ("A: Automatic" or 1 to 5), the colour scheme and
 // the module row. A click on a node asks the window to select that
 // procedure; the window rebuilds the graph and the page shows it.

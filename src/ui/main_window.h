@@ -82,8 +82,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   QTabBar* tbsScope() const { return tabs_; }
   GridPage* picValues() const { return gridPage_; }
   SourcePane* picCode() const { return sourcePane_; }
-  FlowPane* picFlow() const { return flowPane_; }
-  ReportPane* picReports() const { return reportPane_; }
+  FlowPane* flowPane() const { return flowPane_; }
+  ReportPane* reportPane() const { return reportPane_; }
   TitleStripWidget* Title() const { return title_; }
   StatusArea* picStatus() const { return status_; }
   const std::string& LastDisplay() const { return tbsScope_Click_LastDisplay_; }

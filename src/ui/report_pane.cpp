@@ -50,7 +50,7 @@ QLabel* Heading(const char* text, QWidget* parent) {
 }  // namespace
 
 ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws) {
-  setObjectName("picReports");
+  setObjectName("reportsPage");
   options_ = DefaultReportOptions(ws_.appFolder);
   openFile = [](const std::string& file) {
     QDesktopServices::openUrl(QUrl::fromLocalFile(QPath(file)));

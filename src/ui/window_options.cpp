@@ -28,12 +28,7 @@ double ReadRatio(const std::string& key, std::int32_t fallbackThousandths, const
 }
 
 bool ReadBool(const std::string& key, bool fallback, const std::string& ini) {
-  const std::string text = Trim(Read(key, "", ini));
-  if (text.empty()) return fallback;
-  if (TextEquals(text, "True")) return true;
-  if (TextEquals(text, "False")) return false;
-  const auto n = ParseNumberText(text);
-  return n ? *n != 0 : fallback;
+  return ReadSettingFlag(kSection, key, fallback, ini);
 }
 
 void Write(const std::string& key, const std::string& value, const std::string& ini) {

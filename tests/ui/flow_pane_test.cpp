@@ -58,7 +58,7 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   flow->trigger();
 
   EXPECT_EQ(ActiveTab(w), 6);
-  FlowPane* pane = w.window->picFlow();
+  FlowPane* pane = w.window->flowPane();
   const std::int32_t asText = ProcedureNamed(*w.ws, "AsText");
   ASSERT_TRUE(pane->ShowsChart());
   const FlowGraph& graph = pane->Chart()->Graph();
@@ -92,7 +92,7 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
 TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(6);
-  FlowPane* pane = w.window->picFlow();
+  FlowPane* pane = w.window->flowPane();
   ASSERT_TRUE(pane->ShowsChart());
   auto* left = pane->findChild<QComboBox*>("cboCallDepth0");
   ASSERT_NE(left, nullptr);
@@ -112,7 +112,7 @@ TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
 TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->SelectScopeTab(6);
-  FlowPane* pane = w.window->picFlow();
+  FlowPane* pane = w.window->flowPane();
   EXPECT_FALSE(pane->ShowsChart());
   auto* notice = pane->findChild<QLabel*>("flowNotice");
   ASSERT_NE(notice, nullptr);
@@ -125,7 +125,7 @@ TEST(FlowTab, CallPairsThatDoNotFitTheProjectAreNamedOnThePage) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.ws->Session(1).FlowPair(1).ToProc = 999;
   w.window->SelectScopeTab(6);
-  FlowPane* pane = w.window->picFlow();
+  FlowPane* pane = w.window->flowPane();
   EXPECT_FALSE(pane->ShowsChart());
   const std::string text = pane->findChild<QLabel*>("flowNotice")->text().toStdString();
   EXPECT_NE(text.find("Monday.pfd: call pair 1 names procedure 999"), std::string::npos) << text;

@@ -30,7 +30,7 @@ ReportPane* ShowReports(DemoWindow& w) {
   QTabBar* tabs = w.window->tbsScope();
   tabs->setCurrentIndex(tabs->count() - 1);
   QApplication::processEvents();
-  return w.window->picReports();
+  return w.window->reportPane();
 }
 
 TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
