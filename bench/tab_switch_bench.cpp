@@ -163,11 +163,11 @@ int main(int argc, char** argv) {
     for (int r = 0; r < o.repeat; ++r) {
       for (int tab : {1, 2, 3, 4, 5}) {
         const auto t0 = Clock::now();
-        window.tbsScope()->setCurrentIndex(tab - 1);  // as a click on the tab does
+        window.pageTabs()->setCurrentIndex(tab - 1);  // as a click on the tab does
         QApplication::processEvents();
         window.repaint();
         times[tab].push_back(Milliseconds(t0));
-        rows[tab] = tab == 5 ? 0 : window.picValues()->Grid()->table().RowCount();
+        rows[tab] = tab == 5 ? 0 : window.gridPage()->Grid()->table().RowCount();
       }
     }
     std::printf("tab switch, whole session selected, measure %s (best / median of %d, ms; rows):\n",

@@ -73,7 +73,7 @@ void ProjectTree::SelectSession(std::int32_t cs, const std::string& tGroupNode, 
   AddSessionBranch(cs, tGroupNode);
   ws_.Session(cs).Selected = true;
   progress.SetProgressValue(0);
-  tvUpdateColor();
+  UpdateColors();
   progress.ShowProgress(false);
   progress.SetProgressText("");
   SessionStateChanged();
@@ -180,7 +180,7 @@ void ProjectTree::NodeClicked(const std::string& key) {
   nodes_.Select(key);
   if ((key == kMergeKey || key == kCompareKey) && node->Children.empty()) {
     BuildMergedData();
-    tvUpdateColor();
+    UpdateColors();
     if (TreeNode* opened = nodes_.Find(key)) opened->Expanded = true;
   }
   GetTreeSelection();

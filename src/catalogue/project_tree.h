@@ -50,7 +50,7 @@ class ProjectTree : public MergedSelectionView {
   // Colours every node for DisplayInfoType: white, then, with fColored, the
   // modules and procedures of every ticked loaded session by rank, and dead
   // code black.
-  void tvUpdateColor();
+  void UpdateColors();
 
   // Sets cs, cp, cMod and cPro from the selected node's key.
   void GetTreeSelection();

@@ -63,7 +63,7 @@ void ProjectTree::PaintSessionByRank(std::int32_t cs) {
   }
 }
 
-void ProjectTree::tvUpdateColor() {
+void ProjectTree::UpdateColors() {
   // White everywhere; dead code's white text goes back to black with it.
   nodes_.ForEach([](TreeNode& node) {
     node.BackColor = kTreeWhite;

@@ -85,7 +85,7 @@ GridBuild ComparedGrid::Finish(const std::string& title, bool pieUnavailable) {
       }
     }
   }
-  lvValues_AdjustWidth(t);
+  FitColumnWidths(t);
   t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
   ChartArrays& chart = build_.Arrays;
   chart.ChartArrayPie.clear();

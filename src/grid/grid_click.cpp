@@ -51,7 +51,7 @@ ClickTarget LineTarget(const Project& project, const Row& row, int lineIdColumn)
 
 }  // namespace
 
-ClickTarget lvValues_Clicked(const Project& project, const Table& table, int row, int column) {
+ClickTarget ClickedPlace(const Project& project, const Table& table, int row, int column) {
   if (row < 1 || row > table.RowCount() || column < 1 || column > table.ColumnCount()) return {};
   const Row& r = table.RowAt(row);
   const int moduleColumn = table.FindColumn("Module");

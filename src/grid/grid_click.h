@@ -34,7 +34,7 @@ struct ClickTarget {
 // module; "Line" the row's "Line ID". A click on any other column stands for
 // the row's line, else its procedure, else its module, by the row's text
 // cells. Names that match nothing (the total row) give zeros.
-ClickTarget lvValues_Clicked(const Project& project, const Table& table, int row, int column);
+ClickTarget ClickedPlace(const Project& project, const Table& table, int row, int column);
 
 // The tab to show after a click of kind `tClickKind` on a grid shown on
 // `activeTab`: a single click goes on to the tab to the right (from modules to

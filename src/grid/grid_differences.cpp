@@ -148,9 +148,9 @@ void ShowDifferences(GridBuild& build, const DifferenceOptions& options) {
 
   headers.ColumnsPerSession.assign(sessions, per + 2);
   headers.ColumnsPerSession.front() = per;
-  lvValues_AdjustWidth(t);
+  FitColumnWidths(t);
   SortMemory sort;
-  lvValues_Sort(t, sort, diffColumns.back(), kSortDescending, true);
+  SortTable(t, sort, diffColumns.back(), kSortDescending, true);
   t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
   build.Grid = std::move(t);
 }

@@ -97,8 +97,8 @@ bool ExportTable(const Table& table, const std::string& tFile, bool commaSeparat
   return true;
 }
 
-std::string lvValues_Export(const Table& table, std::string tFile, Prompter& prompter,
-                            std::int32_t& LastExportFileType) {
+std::string ExportGridToFile(const Table& table, std::string tFile, Prompter& prompter,
+                             std::int32_t& LastExportFileType) {
   const std::int32_t fileType = ExportFileType(tFile);
   if (GetFileName(tFile).find('.') == std::string::npos) tFile += ".txt";
   if (!ExportTable(table, tFile, fileType == 1, prompter)) return {};

@@ -40,12 +40,12 @@ std::string ExportText(const Table& table, const std::vector<int>& rows, bool co
 bool ExportTable(const Table& table, const std::string& tFile, bool commaSeparated,
                  Prompter& prompter);
 
-// lvValues_Export: writes `table` to `tFile`: CSV for a name ending in ".csv",
+// Writes `table` to `tFile`: CSV for a name ending in ".csv",
 // tab-separated otherwise; a name without "." gets ".txt". An empty table
 // shows "The table is empty !" and writes nothing. Returns the name written
 // (empty when nothing was) and sets `LastExportFileType`. Throws FileError
 // when the file can't be written.
-std::string lvValues_Export(const Table& table, std::string tFile, Prompter& prompter,
-                            std::int32_t& LastExportFileType);
+std::string ExportGridToFile(const Table& table, std::string tFile, Prompter& prompter,
+                             std::int32_t& LastExportFileType);
 
 }  // namespace zol

@@ -13,7 +13,7 @@ namespace {
 const std::string kNoName;
 }  // namespace
 
-void lvValues_AdjustWidth(Table& table) {
+void FitColumnWidths(Table& table) {
   std::vector<std::size_t> best(static_cast<std::size_t>(table.ColumnCount()));
   for (int c = 1; c <= table.ColumnCount(); ++c) best[c - 1] = table.ColumnAt(c).Header.size();
   for (const Row& row : table.Rows()) {
@@ -144,8 +144,8 @@ std::string ShareText(std::string_view valueText, double total) {
 }
 
 void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable) {
-  lvValues_AdjustWidth(table);
-  lvValues_Sort(table, sort, defaultColumn, kSortDescending, comparedTable);
+  FitColumnWidths(table);
+  SortTable(table, sort, defaultColumn, kSortDescending, comparedTable);
   table.SelectedRow = table.RowCount() > 0 ? 1 : 0;
 }
 

@@ -27,7 +27,7 @@ inline constexpr char kNoValue[] = "-";
 inline constexpr char kDeadValue[] = "  ";
 
 // Sets every column's width to its widest text (header or cell), in characters.
-void lvValues_AdjustWidth(Table& table);
+void FitColumnWidths(Table& table);
 
 // The time of a value record (procedure or line) that the measure shows: total,
 // average, child total or child average for DisplayInfoType 0 to 3.

@@ -122,8 +122,8 @@ bool IsNumericColumn(const std::string& header) {
   return header != "Line" && header != "Procedure" && header != "Module" && header != "Project";
 }
 
-std::int32_t lvValues_Sort(Table& table, SortMemory& memory, std::int32_t tColumnIndex,
-                           std::int32_t SortOrder, bool comparedTable) {
+std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t tColumnIndex,
+                       std::int32_t SortOrder, bool comparedTable) {
   if (table.RowCount() == 0) return -1;
   if (tColumnIndex < 1 || tColumnIndex > table.ColumnCount()) return -1;
   if (SortOrder == kSortToggle) {

@@ -30,8 +30,8 @@ struct SortMemory {
 // blue and those of the previously sorted column standard; grey rows and the
 // bold total row keep their colours. An empty table is left as it is. Returns
 // the order used (-1 when nothing was done).
-std::int32_t lvValues_Sort(Table& table, SortMemory& memory, std::int32_t tColumnIndex,
-                           std::int32_t SortOrder, bool comparedTable = false);
+std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t tColumnIndex,
+                       std::int32_t SortOrder, bool comparedTable = false);
 
 // Whether a column sorts by number: all but the text columns "Line",
 // "Procedure", "Module" and "Project".

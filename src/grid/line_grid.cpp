@@ -244,9 +244,9 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   if (t.RowCount() > 0) AddLineTotal(t, totals, dit, cols.bars);
 
   progress.Mark(1.2);
-  lvValues_AdjustWidth(t);
+  FitColumnWidths(t);
   progress.Mark(1.4);
-  lvValues_Sort(t, sort, sortColumn, kSortDescending);
+  SortTable(t, sort, sortColumn, kSortDescending);
   t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
 
   if (chart.ChartArrayBar.empty()) {
@@ -267,7 +267,7 @@ GridBuild ShowLinesUnavailable(const std::string& arg, const std::string& arg2) 
   t.AddColumn("", Alignment::Left, 150);
   t.AddRow("", arg);
   t.AddRow("", arg2);
-  lvValues_AdjustWidth(t);
+  FitColumnWidths(t);
   build.Chart = ChartUpdate::Reset;
   return build;
 }

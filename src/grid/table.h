@@ -38,7 +38,7 @@ enum class ImageListKind { Nothing, ModuleIcons, Unchanged };
 struct Column {
   std::string Header;
   Alignment Align = Alignment::Left;
-  // 150 at creation; lvValues_AdjustWidth replaces it by the widest text of
+  // 150 at creation; FitColumnWidths replaces it by the widest text of
   // the column, in characters.
   std::int32_t Width = 150;
 };

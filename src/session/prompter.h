@@ -38,7 +38,7 @@ class Prompter {
     return {Ask(text), false};
   }
 
-  // The progress area: a label (lblProgress), a bar with a maximum and value.
+  // The progress area: a label, a bar with a maximum and value.
   virtual void ShowProgress(bool visible) = 0;
   virtual void SetProgressText(const std::string& text) = 0;
   virtual void SetProgressMax(long max) = 0;

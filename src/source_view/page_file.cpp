@@ -30,8 +30,8 @@ std::string SourcePageFile(const Workspace& ws) {
   return ws.RtfPath + "code.htm";
 }
 
-void wbCode_LoadFile(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                     std::int32_t& tProcedure, PageBrowser& browser) {
+void ShowSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                    std::int32_t& tProcedure, PageBrowser& browser) {
   ws.HtmlFile = SourcePageFile(ws);
   CConcatString cc;
   WriteSourcePage(cc, ws, tSession, tModule, tProcedure, ws.DisplayInfoType, true);

@@ -27,8 +27,8 @@ std::string SourcePageFile(const Workspace& ws);
 // Sets HtmlFile, writes the linked page of the module or procedure for the
 // current measure into it, and shows it. Throws FileError when it can't be
 // written.
-void wbCode_LoadFile(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                     std::int32_t& tProcedure, PageBrowser& browser);
+void ShowSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
+                    std::int32_t& tProcedure, PageBrowser& browser);
 
 // Gives the page on display the current page font without building it again,
 // and shows it anew. A page without its style markers is left alone.

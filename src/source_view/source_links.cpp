@@ -28,7 +28,7 @@ bool IsBrowserUrl(const std::string& url) {
 
 }  // namespace
 
-LinkDecision wbCode_BeforeNavigate2(Workspace& ws, const std::string& url) {
+LinkDecision DecideLink(Workspace& ws, const std::string& url) {
   if (IsBrowserUrl(url)) return {};
   LinkDecision d;
   d.cancel = true;

@@ -18,6 +18,6 @@ struct LinkDecision {
 // A URL ending in ".htm" (any case) or "/", or holding "#", is passed on to
 // the browser. Any other is cancelled; if it splits at "|" into four parts or
 // more, parts 1 to 3 go to cModTmp, cProTmp and cLineTmp and the menu opens.
-LinkDecision wbCode_BeforeNavigate2(Workspace& ws, const std::string& url);
+LinkDecision DecideLink(Workspace& ws, const std::string& url);
 
 }  // namespace zol

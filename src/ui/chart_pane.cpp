@@ -74,14 +74,14 @@ ChartPane::ChartPane(QWidget* parent)
       view_(new QChartView(scroller_)),
       legend_(new QTableView(this)),
       legendModel_(new ChartLegendModel(this)) {
-  setObjectName("MSChart1");
+  setObjectName("chart");
   view_->setRenderHint(QPainter::Antialiasing);
-  view_->setObjectName("MSChart1View");
+  view_->setObjectName("chartView");
   scroller_->setWidget(view_);
   scroller_->setWidgetResizable(true);
   scroller_->setFrameShape(QFrame::NoFrame);
   scroller_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-  legend_->setObjectName("MSChart1Legend");
+  legend_->setObjectName("chartLegend");
   legend_->setModel(legendModel_);
   legend_->verticalHeader()->hide();
   legend_->setSelectionMode(QAbstractItemView::NoSelection);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The chart beside the grid (MSChart1), drawn with Qt Charts from the chart
+// The chart beside the grid, drawn with Qt Charts from the chart
 // description that the core's DoChart makes: what is plotted, in which order,
 // with which title, is all decided there; this pane only draws it.
 //

@@ -121,9 +121,9 @@ QWidget* FlowPane::MakeOptionStrip() {
     connect(box, &QSpinBox::valueChanged, this, changed);
     return box;
   };
-  horizontal_ = spin("Horizontal spacing", "txtHorizontalFlow", 10, 100);
-  vertical_ = spin("Vertical spacing", "txtVerticalFlow", 5, 50);
-  fontSize_ = spin("Font size (reflects node size)", "txtSizeFlow", 6, 16);
+  horizontal_ = spin("Horizontal spacing", "flowHorizontalSpacing", 10, 100);
+  vertical_ = spin("Vertical spacing", "flowVerticalSpacing", 5, 50);
+  fontSize_ = spin("Font size (reflects node size)", "flowFontSize", 6, 16);
   row->addSpacing(12);
   auto depth = [&](const char* caption, const char* name) {
     row->addWidget(new QLabel(tr(caption), strip));
@@ -135,11 +135,11 @@ QWidget* FlowPane::MakeOptionStrip() {
     connect(box, &QComboBox::currentIndexChanged, this, changed);
     return box;
   };
-  depthLeft_ = depth("Depth Left", "cboCallDepth0");
-  depthRight_ = depth("Depth Right", "cboCallDepth1");
+  depthLeft_ = depth("Depth Left", "flowDepthLeft");
+  depthRight_ = depth("Depth Right", "flowDepthRight");
   row->addSpacing(12);
   scheme_ = new QComboBox(strip);
-  scheme_->setObjectName("cboColorSchemeFlow");
+  scheme_->setObjectName("flowColorScheme");
   scheme_->addItems({tr("No Color"), tr("Color By %"), tr("Color By Value")});
   row->addWidget(scheme_);
   connect(scheme_, &QComboBox::currentIndexChanged, this, changed);

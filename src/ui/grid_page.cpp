@@ -25,7 +25,7 @@ GridPage::GridPage(QWidget* parent)
       headers_(new SessionHeaderBar(grid_, this)),
       chart_(new ChartPane(this)),
       split_(new QSplitter(Qt::Vertical, this)) {
-  setObjectName("picValues");
+  setObjectName("gridPage");
   auto* gridBox = new QWidget(split_);
   auto* gridLayout = new QVBoxLayout(gridBox);
   // The header of headers stands right on the grid's upper edge, its first
@@ -37,7 +37,7 @@ GridPage::GridPage(QWidget* parent)
   headerRow->addWidget(headers_);
   gridLayout->addLayout(headerRow);
   gridLayout->addWidget(grid_, 1);
-  split_->setObjectName("picHSplitGraph");
+  split_->setObjectName("gridChartSplitter");
   split_->addWidget(gridBox);
   split_->addWidget(chart_);
   split_->setChildrenCollapsible(false);
@@ -59,14 +59,14 @@ GridPage::GridPage(QWidget* parent)
 
 QWidget* GridPage::MakeOptionStrip() {
   auto* strip = new QWidget(this);
-  strip->setObjectName("picOptGraph");
+  strip->setObjectName("chartOptions");
   auto* row = new FlowLayout(strip);
   typeGroup_ = new QButtonGroup(strip);
   const char* types[] = {"Hide Graphic (Grid Only)", "Show Bar-Type Graphic",
                          "Show Pie-Type Graphic"};
   for (int i = 0; i < 3; ++i) {
     auto* b = new QRadioButton(tr(types[i]), strip);
-    b->setObjectName(QString("optOptGraphType%1").arg(i));
+    b->setObjectName(QString("chartType%1").arg(i));
     typeGroup_->addButton(b, i);
     row->addWidget(b);
   }
@@ -75,7 +75,7 @@ QWidget* GridPage::MakeOptionStrip() {
   const char* sorts[] = {"Sort by Name", "Sort by Value"};
   for (int i = 0; i < 2; ++i) {
     auto* b = new QRadioButton(tr(sorts[i]), strip);
-    b->setObjectName(QString("optOptGraphSort%1").arg(i + 1));
+    b->setObjectName(QString("chartOrder%1").arg(i + 1));
     sortGroup_->addButton(b, i + 1);
     row->addWidget(b);
   }
@@ -91,15 +91,15 @@ QWidget* GridPage::MakeOptionStrip() {
   limitRow->addWidget(limitLabel);
   limitRow->addWidget(maxItems_);
   row->addWidget(limit);
-  maxItems_->setObjectName("txtGraphMaxItems");
+  maxItems_->setObjectName("chartMaxItems");
   maxItems_->setRange(0, kGraphMaxItemsLimit);
   maxItems_->setToolTip(tr("Limit the number of items to plot (0: unlimited)"));
   maxItems_->setSpecialValueText(tr("all"));
   auto* save = new QPushButton(tr("Export..."), strip);
-  save->setObjectName("cmdOptGridSave");
+  save->setObjectName("saveGrid");
   save->setToolTip(tr("Save the table as comma- or tab-separated text"));
   auto* excel = new QPushButton(tr("View in Spreadsheet"), strip);
-  excel->setObjectName("cmdOptGridViewInExcel");
+  excel->setObjectName("openGridInSpreadsheet");
   excel->setToolTip(tr("Open the table in the desktop's spreadsheet program"));
   row->addWidget(save);
   row->addWidget(excel);
@@ -118,7 +118,7 @@ QWidget* GridPage::MakeOptionStrip() {
   connect(showDifferences_, &QCheckBox::toggled, this, [this] { OnDifferencesChanged(); });
   connect(changedOnly_, &QCheckBox::toggled, this, [this] { OnDifferencesChanged(); });
   search_ = new QLineEdit(strip);
-  search_->setObjectName("txtSearch");
+  search_->setObjectName("gridSearch");
   search_->setPlaceholderText(tr("Find module, procedure, line..."));
   search_->setToolTip(
       tr("Keeps the rows whose module, procedure or line holds all the words (Ctrl+F)"));

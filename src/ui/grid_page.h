@@ -1,8 +1,8 @@
 #pragma once
 
-// The page of the grid tabs (picValues): the grid with its header of headers
+// The page of the grid tabs: the grid with its header of headers
 // for compared sessions, the chart below it behind a splitter, and the option
-// strip (picOptGraph): chart kind, chart order, most items, export and the
+// strip: chart kind, chart order, most items, export and the
 // spreadsheet. A build is shown whole: table, headers and chart together.
 
 #include <QWidget>

@@ -79,7 +79,7 @@ void FrozenColumnsView::wheelEvent(QWheelEvent* event) {
 }
 
 GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableModel(this)) {
-  setObjectName("lvValues");
+  setObjectName("valuesGrid");
   setModel(model_);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   // Rows are gathered for a copy with Ctrl and Shift; a plain click goes on.
@@ -115,8 +115,8 @@ GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableMo
     if (frozenCount_ > 0) UpdateFrozenColumns();
   });
 
-  timDblClick_.setSingleShot(true);
-  connect(&timDblClick_, &QTimer::timeout, this, [this] {
+  singleClickTimer_.setSingleShot(true);
+  connect(&singleClickTimer_, &QTimer::timeout, this, [this] {
     ftimDblClick_ = false;
     if (hit_.Index > 0) emit gridClicked(kSingleClick, hit_.Index, hit_.SubIndex);
   });
@@ -133,7 +133,7 @@ int GridView::DoubleClickTime() {
 
 void GridView::ShowTable(Table table) {
   setUpdatesEnabled(false);
-  timDblClick_.stop();
+  singleClickTimer_.stop();
   ftimDblClick_ = false;
   model_->SetTable(std::move(table));
   ApplyColumns();
@@ -284,7 +284,7 @@ void GridView::SortOn(int column, bool compared) {
                               ? current.row()
                               : (selected.isEmpty() ? -1 : selected.front().row());
   table.SelectedRow = std::max(0, model_->TableRow(highlighted));
-  const std::int32_t order = lvValues_Sort(table, memory_, column, kSortToggle, compared);
+  const std::int32_t order = SortTable(table, memory_, column, kSortToggle, compared);
   model_->RowsReordered();
   ApplySearch();
   const Qt::SortOrder shown = order == kSortAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
@@ -333,17 +333,17 @@ void GridView::PressAt(const QModelIndex& index, Qt::MouseButton button) {
   GetHitTest(index, button);
   if (hit_.Index == 0) return;
   if (button == Qt::RightButton) {
-    timDblClick_.stop();
+    singleClickTimer_.stop();
     ftimDblClick_ = false;
     emit gridClicked(kRightClick, hit_.Index, hit_.SubIndex);
   } else if (button == Qt::LeftButton && !ftimDblClick_) {
     ftimDblClick_ = true;
-    timDblClick_.start(DoubleClickTime());
+    singleClickTimer_.start(DoubleClickTime());
   }
 }
 
 bool GridView::DoubleClickAt(const QModelIndex& index, Qt::MouseButton button) {
-  timDblClick_.stop();
+  singleClickTimer_.stop();
   ftimDblClick_ = false;
   GetHitTest(index, button);
   if (button == Qt::LeftButton && hit_.Index > 0) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// A grid on screen (lvValues): a table view over a GridTableModel with the
+// A grid on screen: a table view over a GridTableModel with the
 // click chain of the grids. A single click waits for the double-click time
 // before it counts, so that a double click never runs the single click's
 // action first; a right click opens the context menu at once. A click on a
@@ -36,7 +36,7 @@ class FrozenColumnsView : public QTableView {
   GridView* grid_;
 };
 
-// What lvValues_GetHitTest learns of the last press.
+// What the grid learns of the last press.
 struct GridHit {
   int Index = 0;     // row, from 1; 0 for none
   int SubIndex = 0;  // column, from 1
@@ -119,7 +119,7 @@ class GridView : public QTableView {
   void OnSectionMoved();
 
   GridTableModel* model_;
-  QTimer timDblClick_;
+  QTimer singleClickTimer_;
   bool ftimDblClick_ = false;
   GridHit hit_;
   SortMemory memory_;

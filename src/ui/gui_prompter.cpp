@@ -74,22 +74,22 @@ DontShowReply GuiPrompter::AskDontShowAgain(const std::string& title, const std:
 void GuiPrompter::ShowProgress(bool visible) {
   if (!status_) return;
   status_->ShowProgress(visible);
-  if (!visible) status_->ProgressBar1()->setValue(0);
+  if (!visible) status_->progressBar()->setValue(0);
 }
 
 void GuiPrompter::SetProgressText(const std::string& text) {
   if (!status_) return;
-  status_->lblProgress()->setText(Q(text));
+  status_->progressLabel()->setText(Q(text));
   PumpPaintsNowAndThen();
 }
 
 void GuiPrompter::SetProgressMax(long max) {
-  if (status_) status_->ProgressBar1()->setMaximum(std::max(1, Clamp(max)));
+  if (status_) status_->progressBar()->setMaximum(std::max(1, Clamp(max)));
 }
 
 void GuiPrompter::SetProgressValue(long value) {
   if (!status_) return;
-  QProgressBar* bar = status_->ProgressBar1();
+  QProgressBar* bar = status_->progressBar();
   if (!bar->isVisible() && value > 0) status_->ShowProgress(true);
   bar->setValue(std::min(Clamp(value), bar->maximum()));
   PumpPaintsNowAndThen();

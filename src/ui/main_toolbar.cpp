@@ -10,7 +10,7 @@ namespace zol {
 
 MainToolbar::MainToolbar(QWidget* parent)
     : QToolBar(tr("Toolbar"), parent), measures_(new QActionGroup(this)) {
-  setObjectName("Toolbar1");
+  setObjectName("toolbar");
   setMovable(false);
   setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
   setIconSize(QSize(24, 24));
@@ -45,7 +45,7 @@ MainToolbar::MainToolbar(QWidget* parent)
 
   for (const char* key : {"OPEN", "ADDSESSION"}) {
     auto* menu = new QMenu(this);
-    menu->setObjectName(QString("mnu%1").arg(key));
+    menu->setObjectName(QString("%1Menu").arg(key));
     menus_[key] = menu;
     QAction* a = buttons_[key];
     a->setMenu(menu);

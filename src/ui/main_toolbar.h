@@ -1,6 +1,6 @@
 #pragma once
 
-// The main window's toolbar (Toolbar1): its buttons by key with their
+// The main window's toolbar: its buttons by key with their
 // tooltips, the five measure buttons as one exclusive group, and the
 // drop-down menus of "OPEN" and "ADDSESSION", which the window fills each
 // time they open.

@@ -1,5 +1,5 @@
-// The main window: its widgets and their layout, the start (Form_Load) and
-// the end (Form_Unload) with the settings, the toolbar's dispatch, and files
+// The main window: its widgets and their layout, the start (startUp) and
+// the end (shutDown) with the settings, the toolbar's dispatch, and files
 // dropped on the window.
 
 #include "ui/main_window.h"
@@ -94,10 +94,10 @@ MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
     : ws_(ws),
       tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); },
                                       [this] {
-                                        if (!suppressRefresh_) tbsScope_Click();
+                                        if (!suppressRefresh_) showCurrentPage();
                                       },
                                       [this] { ClearViews(); }}) {
-  setObjectName("frmProfiler");
+  setObjectName("mainWindow");
   setWindowTitle(kMessageTitle);
   setWindowIcon(ZolIcon("SESSION"));
   setAcceptDrops(true);
@@ -107,7 +107,7 @@ MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
   ConnectWidgets();
   BuildMenuBar();
   qApp->installEventFilter(this);
-  Form_Load(start);
+  startUp(start);
 }
 
 MainWindow::~MainWindow() {
@@ -121,33 +121,33 @@ MainWindow::~MainWindow() {
 void MainWindow::BuildWidgets() {
   toolbar_ = new MainToolbar(this);
   addToolBar(Qt::TopToolBarArea, toolbar_);
-  cVS_ = new QSplitter(Qt::Horizontal, this);
-  cVS_->setObjectName("picVSplit");
-  cVS_->addWidget(BuildLeftPane());
-  cVS_->addWidget(BuildRightPane());
-  cVS_->setChildrenCollapsible(false);
-  setCentralWidget(cVS_);
+  mainSplitter_ = new QSplitter(Qt::Horizontal, this);
+  mainSplitter_->setObjectName("mainSplitter");
+  mainSplitter_->addWidget(BuildLeftPane());
+  mainSplitter_->addWidget(BuildRightPane());
+  mainSplitter_->setChildrenCollapsible(false);
+  setCentralWidget(mainSplitter_);
   status_ = new StatusArea(this);
   statusBar()->addWidget(status_, 1);
   statusBar()->setSizeGripEnabled(true);
-  mnuPopup_ = new QMenu(this);
-  mnuPopup_->setObjectName("mnuPopup");
-  mnuPopup_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(5); })
-      ->setObjectName("mnuPopupSource");
-  mnuPopup_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(6); })
+  gridMenu_ = new QMenu(this);
+  gridMenu_->setObjectName("gridMenu");
+  gridMenu_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(5); })
+      ->setObjectName("viewInSource");
+  gridMenu_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(6); })
       ->setObjectName("viewInFlow");
 }
 
 QWidget* MainWindow::BuildLeftPane() {
-  cHS_ = new QSplitter(Qt::Vertical, this);
-  cHS_->setObjectName("picHSplit");
-  treeView_ = new ProjectTreeView(tree_, cHS_);
+  leftSplitter_ = new QSplitter(Qt::Vertical, this);
+  leftSplitter_->setObjectName("leftSplitter");
+  treeView_ = new ProjectTreeView(tree_, leftSplitter_);
   sessionModel_ = new SessionListModel(this);
-  sessionList_ = new SessionListView(sessionModel_, cHS_);
-  cHS_->addWidget(treeView_);
-  cHS_->addWidget(sessionList_);
-  cHS_->setChildrenCollapsible(false);
-  return cHS_;
+  sessionList_ = new SessionListView(sessionModel_, leftSplitter_);
+  leftSplitter_->addWidget(treeView_);
+  leftSplitter_->addWidget(sessionList_);
+  leftSplitter_->setChildrenCollapsible(false);
+  return leftSplitter_;
 }
 
 QWidget* MainWindow::BuildRightPane() {
@@ -157,7 +157,7 @@ QWidget* MainWindow::BuildRightPane() {
   layout->setSpacing(0);
   title_ = new TitleStripWidget(right);
   tabs_ = new QTabBar(right);
-  tabs_->setObjectName("tbsScope");
+  tabs_->setObjectName("pageTabs");
   tabs_->setDrawBase(true);
   tabs_->setExpanding(false);
   for (int i = 0; i < kTabCount; ++i) tabs_->addTab(ZolIcon(kTabIcons[i]), tr(kTabNames[i]));
@@ -184,7 +184,7 @@ void MainWindow::ConnectWidgets() {
   connect(toolbar_->DropDown("ADDSESSION"), &QMenu::aboutToShow, this,
           &MainWindow::FillAddSessionMenu);
   connect(tabs_, &QTabBar::currentChanged, this, [this] {
-    if (!Busy()) RunGuarded(this, [this] { tbsScope_Click(); });
+    if (!Busy()) RunGuarded(this, [this] { showCurrentPage(); });
   });
   connect(treeView_, &ProjectTreeView::nodeClicked, this,
           [this](const QString& key) { ClickTreeNode(key.toStdString()); });
@@ -194,14 +194,12 @@ void MainWindow::ConnectWidgets() {
   connect(
       sessionModel_, &SessionListModel::checkToggled, this,
       [this](const QString& key, bool checked) {
-        RunGuarded(this, [&] { lvwSessionsItemCheck(key.toStdString(), checked); });
+        RunGuarded(this, [&] { onSessionTicked(key.toStdString(), checked); });
       },
       Qt::QueuedConnection);
   connect(
       sessionModel_, &SessionListModel::renameRequested, this,
-      [this](const QString& key, const QString& name) {
-        lvwSessions_AfterLabelEdit(key.toStdString(), name);
-      },
+      [this](const QString& key, const QString& name) { renameSession(key.toStdString(), name); },
       Qt::QueuedConnection);
   connect(sessionList_, &SessionListView::sortRequested, this, [this](int column) {
     sessionSort_.Click(column);
@@ -221,7 +219,7 @@ void MainWindow::ConnectWidgets() {
           &MainWindow::DestroyAllSessions);
 
   connect(gridPage_->Grid(), &GridView::gridClicked, this, [this](int kind, int row, int column) {
-    RunGuarded(this, [&] { lvValues_Clicked(kind, row, column); });
+    RunGuarded(this, [&] { onGridClicked(kind, row, column); });
   });
   connect(gridPage_, &GridPage::graphOptionsChanged, this, [this] {
     try {
@@ -251,19 +249,19 @@ void MainWindow::ConnectWidgets() {
   connect(flowPane_, &FlowPane::nodeClicked, this,
           [this](int procedure) { OnFlowNodeClicked(procedure); });
 
-  connect(cVS_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
-  connect(cHS_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
+  connect(mainSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
+  connect(leftSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
   connect(status_, &StatusArea::cancelRequested, this, [this] { prompter_->RequestAbort(); });
 
-  timLoadSession_.setObjectName("timLoadSession");
-  timLoadSession_.setInterval(500);
-  connect(&timLoadSession_, &QTimer::timeout, this,
+  autoLoadTimer_.setObjectName("autoLoadTimer");
+  autoLoadTimer_.setInterval(500);
+  connect(&autoLoadTimer_, &QTimer::timeout, this,
           [this] { RunGuarded(this, [this] { AutoLoadSessions(); }); });
 }
 
 // --- Start and end ---
 
-void MainWindow::Form_Load(const StartOptions& start) {
+void MainWindow::startUp(const StartOptions& start) {
   ws_.fDuringLoad = true;
   saveSettings_ = start.saveSettings;
   // The font of the source text: the IDE's on its own platform; here the
@@ -280,7 +278,7 @@ void MainWindow::Form_Load(const StartOptions& start) {
   instrumenterInstalled_ = !FindInstrumenter().isEmpty();
   toolbar_->SetInstrumenterInstalled(instrumenterInstalled_);
   toolbar_->PressMeasure(ws_.DisplayInfoType);
-  title_->UpdateAnalyzis(ws_.DisplayInfoType);
+  title_->updateAnalysis(ws_.DisplayInfoType);
 
   // A blank grid stands ready before any session is picked.
   SortMemory blankSort;
@@ -294,11 +292,11 @@ void MainWindow::Form_Load(const StartOptions& start) {
     const QSignalBlocker block(tabs_);
     tabs_->setCurrentIndex(ws_.Active_tbsTab - 1);
   }
-  tbsScope_Click();  // ends fDuringLoad
-  tbsScope_Click();  // shows the page of the tab
+  showCurrentPage();  // ends fDuringLoad
+  showCurrentPage();  // shows the page of the tab
   ApplyWindowPlace();
   if (start.minimised) setWindowState(windowState() | Qt::WindowMinimized);
-  timLoadSession_.start();
+  autoLoadTimer_.start();
   OpenStartFiles(start);
 }
 
@@ -336,9 +334,9 @@ void MainWindow::ApplyWindowPlace() {
 
 void MainWindow::ApplyRatios() {
   const int total = 10000;
-  cVS_->setSizes({int(total * options_.X_ratio), int(total * (1 - options_.X_ratio))});
+  mainSplitter_->setSizes({int(total * options_.X_ratio), int(total * (1 - options_.X_ratio))});
   // Y_ratio is the tree's share of the left pane, read and saved alike.
-  cHS_->setSizes({int(total * options_.Y_ratio), int(total * (1 - options_.Y_ratio))});
+  leftSplitter_->setSizes({int(total * options_.Y_ratio), int(total * (1 - options_.Y_ratio))});
 }
 
 void MainWindow::StoreRatios() {
@@ -350,8 +348,8 @@ void MainWindow::StoreRatios() {
     if (split->isVisible() && s.value(0) > 0 && s.value(1) > 0)
       ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
   };
-  share(cVS_, options_.X_ratio);
-  share(cHS_, options_.Y_ratio);
+  share(mainSplitter_, options_.X_ratio);
+  share(leftSplitter_, options_.Y_ratio);
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
@@ -400,13 +398,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
-  if (!closing_) Form_Unload();
+  if (!closing_) shutDown();
   event->accept();
 }
 
-void MainWindow::Form_Unload() {
+void MainWindow::shutDown() {
   closing_ = true;
-  timLoadSession_.stop();
+  autoLoadTimer_.stop();
   if (saveSettings_) SaveOptions();
   KillRtfPath(ws_);
   ws_.tempFiles.DeleteTempFiles();
@@ -525,12 +523,11 @@ void MainWindow::FillHistoryMenu(QMenu* menu, const char* history) {
     QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
     a->setData(QPath(file));
     a->setToolTip(QPath(file));
-    connect(a, &QAction::triggered, this,
-            [this, a] { Toolbar1_ButtonMenuClick(a->data().toString()); });
+    connect(a, &QAction::triggered, this, [this, a] { onToolbarMenuEntry(a->data().toString()); });
   }
 }
 
-void MainWindow::Toolbar1_ButtonMenuClick(const QString& entry) {
+void MainWindow::onToolbarMenuEntry(const QString& entry) {
   if (Busy()) return;
   RunGuarded(this, [&] {
     BusyScope busy(*this);
@@ -572,7 +569,7 @@ void MainWindow::ShowOptionsDialog() {
   ws_.fColored = options_.fColored;
   ws_.Filters = options_.Filters;
   ws_.DefaultPlan = options_.DefaultPlan;
-  tree_.tvUpdateColor();
+  tree_.UpdateColors();
   SyncTree();
   SaveOptions();
 }
@@ -628,9 +625,9 @@ void MainWindow::ApplyFilters() {
 
 void MainWindow::SetAutoLoadPaused(bool paused) {
   if (paused) {
-    timLoadSession_.stop();
+    autoLoadTimer_.stop();
   } else {
-    timLoadSession_.start();
+    autoLoadTimer_.start();
   }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// The program's main window (frmProfiler): the project tree above the session
+// The program's main window: the project tree above the session
 // list on the left, the strip of scope tabs over one page at a time on the
 // right, the toolbar above and the status strip below. It is the session pane
 // of the catalogue (the core tells it what changed) and the view of the
@@ -76,37 +76,37 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   const NavHistory& Nav() const { return nav_; }
 
   // Widgets, for the tests and the screenshots.
-  MainToolbar* Toolbar1() const { return toolbar_; }
-  ProjectTreeView* tvProjects() const { return treeView_; }
-  SessionListView* lvwSessions() const { return sessionList_; }
-  QTabBar* tbsScope() const { return tabs_; }
-  GridPage* picValues() const { return gridPage_; }
-  SourcePane* picCode() const { return sourcePane_; }
+  MainToolbar* toolbar() const { return toolbar_; }
+  ProjectTreeView* projectTreeView() const { return treeView_; }
+  SessionListView* sessionList() const { return sessionList_; }
+  QTabBar* pageTabs() const { return tabs_; }
+  GridPage* gridPage() const { return gridPage_; }
+  SourcePane* sourcePane() const { return sourcePane_; }
   FlowPane* flowPane() const { return flowPane_; }
   ReportPane* reportPane() const { return reportPane_; }
   TitleStripWidget* Title() const { return title_; }
-  StatusArea* picStatus() const { return status_; }
-  const std::string& LastDisplay() const { return tbsScope_Click_LastDisplay_; }
+  StatusArea* statusArea() const { return status_; }
+  const std::string& LastDisplay() const { return lastPage_; }
 
   // The central dispatcher: shows the page of the selected tab and has it
   // draw the selection.
-  void tbsScope_Click();
+  void showCurrentPage();
   // Selects scope tab `tab` (1 to 6, or 7 for the Reports page), which draws its page.
   void SelectScopeTab(int tab);
   // A click on the tree node `key`, as the user makes it.
   void ClickTreeNode(const std::string& key);
   // A click of kind 1 (single), 2 (right) or 3 (double) on a grid cell, row
   // and column from 1, as the grid's click chain reports it.
-  void lvValues_Clicked(int tClickKind, int row, int column);
+  void onGridClicked(int clickKind, int row, int column);
   // The measure buttons: DisplayInfoType 0 to 4.
   void SetMeasure(int displayInfoType);
   void BrowseBack();
   void BrowseFwd();
 
   // Session pane actions.
-  void lvwSessionsItemCheck(const std::string& key, bool checked);
+  void onSessionTicked(const std::string& key, bool checked);
   // Renames the row's session or group; false (the user told why) if refused.
-  bool lvwSessions_AfterLabelEdit(const std::string& key, const QString& newName);
+  bool renameSession(const std::string& key, const QString& newName);
   void RemoveRow(const std::string& key);
   void DestroyRow(const std::string& key);
   void SelectAllRows(bool checked);
@@ -157,13 +157,13 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   QWidget* BuildLeftPane();
   QWidget* BuildRightPane();
   void ConnectWidgets();
-  void Form_Load(const StartOptions& start);
+  void startUp(const StartOptions& start);
   void LoadOptions();
   void ApplyWindowPlace();
   void StoreWindowPlace();
   void ApplyRatios();
   void StoreRatios();
-  void Form_Unload();
+  void shutDown();
 
   // The menu bar: File, Edit, View and Help, with the usual shortcuts.
   void BuildMenuBar();
@@ -176,7 +176,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void OnToolbarButton(const QString& key);
   void FillOpenMenu();
   void FillAddSessionMenu();
-  void Toolbar1_ButtonMenuClick(const QString& entry);
+  void onToolbarMenuEntry(const QString& entry);
   void ProfileProject(const std::string& project);
   void ShowOptionsDialog();
   void ShowAbout();
@@ -186,8 +186,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
 
   // Views.
   void ShowGridTab(int tab);
-  void rchCode_UpdateView(std::int32_t tSession, std::int32_t tModule, std::int32_t tProcedure,
-                          std::int32_t tLine);
+  void updateSourceView(std::int32_t tSession, std::int32_t tModule, std::int32_t tProcedure,
+                        std::int32_t tLine);
   void UpdateTitle();
   // Draws the call graph around the selection on the Flow page; a procedure
   // chosen there becomes the selected one.
@@ -219,7 +219,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   SourcePageCache pageCache_;
   WindowOptions options_;
   SessionListSort sessionSort_;
-  std::string tbsScope_Click_LastDisplay_;
+  std::string lastPage_;
   std::string helpTopic_;
   bool instrumenterInstalled_ = false;
   int busy_ = 0;
@@ -243,10 +243,10 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   int reportsTabIndex_ = -1;  // its place on the strip, whatever tabs stand before it
   TitleStripWidget* title_ = nullptr;
   StatusArea* status_ = nullptr;
-  QSplitter* cVS_ = nullptr;  // left pane | pages
-  QSplitter* cHS_ = nullptr;  // tree / session list
-  QMenu* mnuPopup_ = nullptr;
-  QTimer timLoadSession_;
+  QSplitter* mainSplitter_ = nullptr;  // left pane | pages
+  QSplitter* leftSplitter_ = nullptr;  // tree / session list
+  QMenu* gridMenu_ = nullptr;
+  QTimer autoLoadTimer_;
 };
 
 // Runs `action` as an entry point of the window: a failure that reaches it is

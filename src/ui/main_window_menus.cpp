@@ -145,7 +145,7 @@ void MainWindow::BuildMenuBar() {
 
 void MainWindow::ShowTabAt(int index) {
   if (Busy() || index < 0 || index >= tabs_->count()) return;
-  // A change of tab draws its page (tbsScope_Click).
+  // A change of tab draws its page (showCurrentPage).
   tabs_->setCurrentIndex(index);
 }
 

@@ -25,14 +25,14 @@
 namespace zol {
 
 void MainWindow::CheckRow(Workspace&, const std::string& key) {
-  lvwSessionsItemCheck(key, true);
+  onSessionTicked(key, true);
 }
 
 void MainWindow::UncheckRow(Workspace&, const std::string& key) {
-  lvwSessionsItemCheck(key, false);
+  onSessionTicked(key, false);
 }
 
-void MainWindow::lvwSessionsItemCheck(const std::string& key, bool checked) {
+void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row) return;
   BusyScope busy(*this);
@@ -67,7 +67,7 @@ void MainWindow::lvwSessionsItemCheck(const std::string& key, bool checked) {
   SyncTree();
 }
 
-bool MainWindow::lvwSessions_AfterLabelEdit(const std::string& key, const QString& newName) {
+bool MainWindow::renameSession(const std::string& key, const QString& newName) {
   bool accepted = false;
   RunGuarded(this, [&] {
     const RenameOutcome outcome = RenameSessionRow(ws_, tree_, key, ToCp1252(newName));
@@ -119,7 +119,7 @@ void MainWindow::SelectAllRows(bool checked) {
     if (row.Checked != checked) keys.push_back(row.Key);
   }
   RunGuarded(this, [&] {
-    for (const std::string& key : keys) lvwSessionsItemCheck(key, checked);
+    for (const std::string& key : keys) onSessionTicked(key, checked);
   });
 }
 

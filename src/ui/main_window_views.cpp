@@ -1,4 +1,4 @@
-// The main window's pages: the central dispatcher tbsScope_Click, the grids'
+// The main window's pages: the central dispatcher showCurrentPage, the grids'
 // click chain and context menu, the source page and its links, the measures,
 // the navigation through places seen, the export of a grid.
 
@@ -78,7 +78,7 @@ bool TimingLogOn() {
 
 // --- The dispatcher ---
 
-void MainWindow::tbsScope_Click() {
+void MainWindow::showCurrentPage() {
   if (ws_.fDuringLoad) {
     sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
     ws_.fDuringLoad = false;
@@ -103,8 +103,7 @@ void MainWindow::tbsScope_Click() {
   if (tree_.Nodes().Count() == 0 || key.empty()) return;
   if (ws_.fOnlyGroups && key != kCompareKey) return;
   if (tab != 5 && tab != 6) {
-    tbsScope_Click_LastDisplay_ =
-        key + "-" + std::to_string(tab) + "-" + MeasureDigit(ws_.DisplayInfoType);
+    lastPage_ = key + "-" + std::to_string(tab) + "-" + MeasureDigit(ws_.DisplayInfoType);
   }
   gridPage_->Headers()->Release();
   QElapsedTimer drawing;
@@ -112,7 +111,7 @@ void MainWindow::tbsScope_Click() {
   {
     BusyScope busy(*this);
     if (tab == 5) {
-      rchCode_UpdateView(ws_.cs, ws_.cMod, ws_.cPro, ws_.cLine);
+      updateSourceView(ws_.cs, ws_.cMod, ws_.cPro, ws_.cLine);
       ws_.cLine = 0;
     } else if (tab == 6) {
       drawFlowPage();
@@ -141,11 +140,11 @@ void MainWindow::SelectScopeTab(int tab) {
   if (!reports && (tab < 1 || tab > kTabCount)) return;
   const int index = reports ? reportsTabIndex_ : tab - 1;
   if (tabs_->currentIndex() == index) {
-    tbsScope_Click();
+    showCurrentPage();
   } else {
     const QSignalBlocker block(tabs_);
     tabs_->setCurrentIndex(index);
-    tbsScope_Click();
+    showCurrentPage();
   }
 }
 
@@ -212,16 +211,16 @@ void MainWindow::MoveTreeTo(std::int32_t cs, std::int32_t cMod, std::int32_t cPr
 
 // --- Grids ---
 
-void MainWindow::lvValues_Clicked(int tClickKind, int row, int column) {
+void MainWindow::onGridClicked(int clickKind, int row, int column) {
   if (Busy()) return;
   if (!ws_.Project.InRange(ws_.cp)) return;
   const Table& table = gridPage_->Grid()->table();
   if (row < 1 || row > table.RowCount()) return;
-  const ClickTarget target = zol::lvValues_Clicked(ws_.Project(ws_.cp), table, row, column);
+  const ClickTarget target = zol::ClickedPlace(ws_.Project(ws_.cp), table, row, column);
   ws_.cModTmp = target.cModTmp;
   ws_.cProTmp = target.cProTmp;
   ws_.cLineTmp = target.cLineTmp;
-  if (tClickKind == kRightClick) {
+  if (clickKind == kRightClick) {
     ShowPopupMenu();
     return;
   }
@@ -230,11 +229,11 @@ void MainWindow::lvValues_Clicked(int tClickKind, int row, int column) {
   ws_.cLine = target.cLineTmp;
   MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
   ws_.cLine = target.cLineTmp;
-  SelectScopeTab(TabAfterClick(tClickKind, ws_.Active_tbsTab));
+  SelectScopeTab(TabAfterClick(clickKind, ws_.Active_tbsTab));
 }
 
 void MainWindow::ShowPopupMenu() {
-  mnuPopup_->popup(QCursor::pos());
+  gridMenu_->popup(QCursor::pos());
 }
 
 void MainWindow::ViewIn(int tab) {
@@ -262,7 +261,7 @@ void MainWindow::ExportGrid() {
   if (file.isEmpty()) return;
   std::string name = FromQPath(file);
   if (QFileInfo(file).suffix().isEmpty()) name += filter == csv ? ".csv" : ".txt";
-  lvValues_Export(table, name, ws_.prompter(), ws_.LastExportFileType);
+  ExportGridToFile(table, name, ws_.prompter(), ws_.LastExportFileType);
 }
 
 void MainWindow::ViewGridInSpreadsheet() {
@@ -284,8 +283,8 @@ void MainWindow::ViewGridInSpreadsheet() {
 
 // --- Source ---
 
-void MainWindow::rchCode_UpdateView(std::int32_t tSession, std::int32_t tModule,
-                                    std::int32_t tProcedure, std::int32_t tLine) {
+void MainWindow::updateSourceView(std::int32_t tSession, std::int32_t tModule,
+                                  std::int32_t tProcedure, std::int32_t tLine) {
   UpdateTitle();
   SourceBrowser* browser = sourcePane_->Browser();
   if (!pageCache_.NeedsReload({tSession, tModule, tProcedure, tLine, ws_.DisplayInfoType})) return;
@@ -305,14 +304,14 @@ void MainWindow::rchCode_UpdateView(std::int32_t tSession, std::int32_t tModule,
   }
   // A session or a project alone shows its first module.
   if (module == 0) module = 1;
-  wbCode_LoadFile(ws_, tSession, module, procedure, *browser);
+  ShowSourcePage(ws_, tSession, module, procedure, *browser);
   if (tLine != 0 && project.CodeLine.InRange(tLine)) {
     browser->ScrollToStatement(module, project.CodeLine(tLine).BelongToProcedure, tLine);
   }
 }
 
 bool MainWindow::OnSourceLink(const std::string& url) {
-  const LinkDecision decision = wbCode_BeforeNavigate2(ws_, url);
+  const LinkDecision decision = DecideLink(ws_, url);
   if (decision.openMenu) {
     sourcePane_->setFocus();
     ShowPopupMenu();
@@ -329,7 +328,7 @@ void MainWindow::OnSourceOptionsChanged() {
   }
   pageCache_.Forget();
   if (ws_.Active_tbsTab == 5 && !tree_.Nodes().SelectedKey().empty()) {
-    RunGuarded(this, [this] { rchCode_UpdateView(ws_.cs, ws_.cMod, ws_.cPro, 0); });
+    RunGuarded(this, [this] { updateSourceView(ws_.cs, ws_.cMod, ws_.cPro, 0); });
   }
 }
 
@@ -410,10 +409,10 @@ void MainWindow::SetMeasure(int displayInfoType) {
   if (displayInfoType < 0 || displayInfoType > 4) return;
   ws_.DisplayInfoType = displayInfoType;
   toolbar_->PressMeasure(displayInfoType);
-  tree_.tvUpdateColor();
+  tree_.UpdateColors();
   SyncTree();
-  title_->UpdateAnalyzis(displayInfoType);
-  tbsScope_Click();
+  title_->updateAnalysis(displayInfoType);
+  showCurrentPage();
 }
 
 void MainWindow::BrowseBack() {
@@ -435,9 +434,9 @@ void MainWindow::PressMeasureButton(const std::string& key) {
   for (int m = 0; m < 5; ++m) {
     if (key == kMeasureKeys[m]) {
       toolbar_->PressMeasure(m);
-      tree_.tvUpdateColor();
+      tree_.UpdateColors();
       SyncTree();
-      title_->UpdateAnalyzis(m);
+      title_->updateAnalysis(m);
     }
   }
 }

@@ -19,7 +19,7 @@ OptionsDialog::OptionsDialog(const WindowOptions& options, QWidget* parent)
       colored_(new QCheckBox(tr("Colour the project tree by rank"), this)),
       filters_(new QPlainTextEdit(this)),
       plan_(new QLineEdit(this)) {
-  setObjectName("frmOptions");
+  setObjectName("optionsDialog");
   setWindowTitle(tr("Options"));
   colored_->setChecked(options.fColored);
   QString filters = Q(options.Filters);

@@ -11,7 +11,7 @@ namespace zol {
 
 ProjectTreeView::ProjectTreeView(const ProjectTree& tree, QWidget* parent)
     : QTreeView(parent), tree_(tree), model_(new ProjectTreeModel(tree, this)) {
-  setObjectName("tvProjects");
+  setObjectName("projectTree");
   setModel(model_);
   setHeaderHidden(true);
   setUniformRowHeights(true);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The project tree (tvProjects) on screen. A click on a node, or a move of
+// The project tree on screen. A click on a node, or a move of
 // the current node with the keyboard, is reported once as nodeClicked; the
 // window runs the tree's click handling and then calls Sync, which brings the
 // view in line with the nodes: new structure, expansion, selection and

@@ -131,7 +131,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   auto* topRow = new QHBoxLayout;
   topRow->addWidget(new QLabel(tr("Items in Top rankings:"), htmlFrame));
   topItems_ = new QSpinBox(htmlFrame);
-  topItems_->setObjectName("txtItemsTop");
+  topItems_->setObjectName("reportTopItems");
   topItems_->setRange(kTopItemsMin, kTopItemsMax);
   topRow->addWidget(topItems_);
   topRow->addStretch(1);
@@ -181,7 +181,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   auto* folderRow = new QHBoxLayout;
   folderRow->addWidget(target_->button(3));
   folder_ = new QLineEdit(step5);
-  folder_->setObjectName("txtTargetReport");
+  folder_->setObjectName("reportFolder");
   folderRow->addWidget(folder_, 1);
   auto* browse = new QPushButton(tr("..."), step5);
   browse->setFixedWidth(32);

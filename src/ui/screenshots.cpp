@@ -14,7 +14,7 @@ namespace zol {
 QStringList SaveTabScreenshots(MainWindow& window, const QString& folder) {
   QDir().mkpath(folder);
   QStringList written;
-  QTabBar* tabs = window.tbsScope();
+  QTabBar* tabs = window.pageTabs();
   for (int tab = 1; tab <= tabs->count(); ++tab) {
     window.SelectScopeTab(tab);
     // Let the layout settle and the chart draw before the picture is taken.

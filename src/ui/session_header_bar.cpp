@@ -47,7 +47,7 @@ class BlankSection : public QWidget {
 
 SessionHeaderBar::SessionHeaderBar(QTableView* grid, QWidget* parent)
     : QHeaderView(Qt::Horizontal, parent), grid_(grid), corner_(new BlankSection(this)) {
-  setObjectName("lvValuesFakeHeader");
+  setObjectName("sessionHeaders");
   setModel(&names_);
   setSectionsClickable(false);
   setSectionsMovable(false);

@@ -18,7 +18,7 @@ constexpr int kColumnWidths[] = {75, 75, 100, 50, 200};
 
 SessionListView::SessionListView(SessionListModel* model, QWidget* parent)
     : QTreeView(parent), model_(model) {
-  setObjectName("lvwSessions");
+  setObjectName("sessionList");
   setModel(model);
   setRootIsDecorated(false);
   setUniformRowHeights(true);
@@ -79,7 +79,7 @@ void SessionListView::PopupMenu(const QPoint& globalPos) {
   const bool hasRow = !key.isEmpty();
   const bool hasRows = model_->rowCount() > 0;
   QMenu menu(this);
-  menu.setObjectName("mnuPopupListView");
+  menu.setObjectName("sessionListMenu");
   QAction* edit = menu.addAction(tr("Edit name"), this, &SessionListView::EditSelectedName);
   QAction* remove =
       menu.addAction(tr("Remove session"), this, [this, key] { emit removeRequested(key); });

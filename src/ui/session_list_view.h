@@ -1,8 +1,8 @@
 #pragma once
 
-// The session list (lvwSessions): one row per session or group with its tick
+// The session list: one row per session or group with its tick
 // box, a click on a header sorts, the name can be edited in place, and the
-// right button opens the list's menu (mnuPopupListView). The view only
+// right button opens the list's menu. The view only
 // reports what the user asked; the window acts on the catalogue.
 
 #include <QTreeView>

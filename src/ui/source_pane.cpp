@@ -23,7 +23,7 @@
 namespace zol {
 
 SourceBrowser::SourceBrowser(QWidget* parent) : QTextBrowser(parent) {
-  setObjectName("wbCode");
+  setObjectName("sourceBrowser");
   setOpenLinks(false);
   setOpenExternalLinks(false);
   // The page is drawn on white with its own colours, whatever the theme.
@@ -103,7 +103,7 @@ bool SourceBrowser::ScrollToStatement(std::int32_t module, std::int32_t procedur
 }
 
 SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBrowser(this)) {
-  setObjectName("picCode");
+  setObjectName("sourcePane");
   strip_ = MakeOptionStrip();
   // The strip wraps onto a second row on a narrow page.
   strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -116,11 +116,11 @@ SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBr
 
 QWidget* SourcePane::MakeOptionStrip() {
   auto* strip = new QWidget(this);
-  strip->setObjectName("picOptCode");
+  strip->setObjectName("sourceOptions");
   auto* row = new FlowLayout(strip);
   const char* names[] = {"Hits", "Avg. Time", "Total Time", "Avg. Children", "Total Children"};
-  const char* objects[] = {"chkHits", "chkAvgTime", "chkTotalTime", "chkAvgChildTime",
-                           "chkTotalChildTime"};
+  const char* objects[] = {"showHits", "showAvgTime", "showTotalTime", "showAvgChildTime",
+                           "showTotalChildTime"};
   for (std::size_t i = 0; i < columns_.size(); ++i) {
     columns_[i] = new QCheckBox(tr(names[i]), strip);
     columns_[i]->setObjectName(objects[i]);
@@ -134,7 +134,7 @@ QWidget* SourcePane::MakeOptionStrip() {
   const char* schemes[] = {"No Colors", "Color by Rank", "Color by Value"};
   for (int i = 0; i < 3; ++i) {
     auto* b = new QRadioButton(tr(schemes[i]), strip);
-    b->setObjectName(QString("optColorScheme%1").arg(i + 1));
+    b->setObjectName(QString("colorScheme%1").arg(i + 1));
     scheme_->addButton(b, i + 1);
     row->addWidget(b);
   }
@@ -143,12 +143,12 @@ QWidget* SourcePane::MakeOptionStrip() {
   });
   row->addSpacing(12);
   font_ = new QFontComboBox(strip);
-  font_->setObjectName("cboFontHTML");
+  font_->setObjectName("sourceFont");
   font_->setFontFilters(QFontComboBox::MonospacedFonts);
   font_->setToolTip(tr("Font of the source text"));
   font_->setMaximumWidth(180);
   size_ = new QSpinBox(strip);
-  size_->setObjectName("txtFontSizeHTML");
+  size_->setObjectName("sourceFontSize");
   size_->setRange(6, 36);
   size_->setSuffix(" pt");
   row->addWidget(font_);
@@ -159,9 +159,9 @@ QWidget* SourcePane::MakeOptionStrip() {
   connect(font_, &QFontComboBox::currentFontChanged, this, emitFont);
   connect(size_, &QSpinBox::valueChanged, this, emitFont);
   auto* print = new QPushButton(tr("Print..."), strip);
-  print->setObjectName("cmdOptCodePrint");
+  print->setObjectName("printSource");
   auto* preview = new QPushButton(tr("Print Preview..."), strip);
-  preview->setObjectName("cmdOptCodePreview");
+  preview->setObjectName("previewSource");
   row->addWidget(print);
   row->addWidget(preview);
   connect(print, &QPushButton::clicked, this, &SourcePane::Print);

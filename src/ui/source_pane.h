@@ -1,7 +1,7 @@
 #pragma once
 
-// The source page (picCode): the hyperlinked, coloured source of a module or
-// procedure in a text browser, and its option strip (picOptCode): the
+// The source page: the hyperlinked, coloured source of a module or
+// procedure in a text browser, and its option strip: the
 // numeric columns and the colour scheme of the page for the present measure,
 // the page's font, printing and print preview.
 //

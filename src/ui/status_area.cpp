@@ -9,14 +9,14 @@ namespace zol {
 
 StatusArea::StatusArea(QWidget* parent)
     : QWidget(parent),
-      lblProgress_(new QLabel(this)),
+      progressLabel_(new QLabel(this)),
       bar_(new QProgressBar(this)),
       cancel_(new QToolButton(this)) {
-  setObjectName("picStatus");
-  lblProgress_->setObjectName("lblProgress");
-  lblProgress_->setTextFormat(Qt::PlainText);
-  bar_->setObjectName("ProgressBar1");
-  cancel_->setObjectName("cmdCancelOperation");
+  setObjectName("statusArea");
+  progressLabel_->setObjectName("progressLabel");
+  progressLabel_->setTextFormat(Qt::PlainText);
+  bar_->setObjectName("progressBar");
+  cancel_->setObjectName("cancelOperation");
   bar_->setTextVisible(false);
   bar_->setMaximumWidth(260);
   bar_->setMaximumHeight(14);
@@ -24,7 +24,7 @@ StatusArea::StatusArea(QWidget* parent)
   cancel_->setToolTip(tr("Stop the operation under way (Esc)"));
   auto* layout = new QHBoxLayout(this);
   layout->setContentsMargins(6, 2, 6, 2);
-  layout->addWidget(lblProgress_, 1);
+  layout->addWidget(progressLabel_, 1);
   layout->addWidget(bar_);
   layout->addWidget(cancel_);
   connect(cancel_, &QToolButton::clicked, this, &StatusArea::cancelRequested);

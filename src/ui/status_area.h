@@ -1,7 +1,7 @@
 #pragma once
 
-// The strip at the bottom of the window (picStatus): the text of the long
-// operation under way (lblProgress), its progress bar, and a button that
+// The strip at the bottom of the window: the text of the long
+// operation under way, its progress bar, and a button that
 // asks the operation to stop.
 
 #include <QWidget>
@@ -18,8 +18,8 @@ class StatusArea : public QWidget {
  public:
   explicit StatusArea(QWidget* parent = nullptr);
 
-  QLabel* lblProgress() const { return lblProgress_; }
-  QProgressBar* ProgressBar1() const { return bar_; }
+  QLabel* progressLabel() const { return progressLabel_; }
+  QProgressBar* progressBar() const { return bar_; }
   QToolButton* CancelButton() const { return cancel_; }
 
   // Shows or hides the bar and the stop button; the label stays, so that a
@@ -30,7 +30,7 @@ class StatusArea : public QWidget {
   void cancelRequested();
 
  private:
-  QLabel* lblProgress_;
+  QLabel* progressLabel_;
   QProgressBar* bar_;
   QToolButton* cancel_;
 };

@@ -8,7 +8,7 @@
 
 namespace zol {
 
-QString AnalyzisText(std::int32_t displayInfoType) {
+QString AnalysisText(std::int32_t displayInfoType) {
   static const char* const kMeasures[] = {"total time)", "average time)", "total children time)",
                                           "avg. children time)", "hits)"};
   const int i = displayInfoType >= 0 && displayInfoType <= 4 ? displayInfoType : 0;
@@ -16,12 +16,12 @@ QString AnalyzisText(std::int32_t displayInfoType) {
 }
 
 TitleStripWidget::TitleStripWidget(QWidget* parent)
-    : QWidget(parent), lblAnalyzis_(new QLabel(this)) {
-  setObjectName("picScope");
+    : QWidget(parent), analysisLabel_(new QLabel(this)) {
+  setObjectName("titleStrip");
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(6, 3, 6, 3);
   row->setSpacing(4);
-  const char* names[] = {"lblGroup", "lblSession", "lblModule", "lblProc"};
+  const char* names[] = {"groupTitle", "sessionTitle", "moduleTitle", "procedureTitle"};
   for (std::size_t i = 0; i < slots_.size(); ++i) {
     Slot& s = slots_[i];
     if (i > 0) {
@@ -42,13 +42,13 @@ TitleStripWidget::TitleStripWidget(QWidget* parent)
     row->addWidget(s.text);
   }
   row->addStretch(1);
-  lblAnalyzis_->setObjectName("lblAnalyzis");
-  lblAnalyzis_->setTextFormat(Qt::PlainText);
-  lblAnalyzis_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-  QFont small = lblAnalyzis_->font();
+  analysisLabel_->setObjectName("analysisLabel");
+  analysisLabel_->setTextFormat(Qt::PlainText);
+  analysisLabel_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  QFont small = analysisLabel_->font();
   small.setPointSizeF(small.pointSizeF() * 0.85);
-  lblAnalyzis_->setFont(small);
-  row->addWidget(lblAnalyzis_);
+  analysisLabel_->setFont(small);
+  row->addWidget(analysisLabel_);
   Clear();
 }
 
@@ -72,8 +72,8 @@ void TitleStripWidget::Clear() {
   Show(TitleStrip{});
 }
 
-void TitleStripWidget::UpdateAnalyzis(std::int32_t displayInfoType) {
-  lblAnalyzis_->setText(AnalyzisText(displayInfoType));
+void TitleStripWidget::updateAnalysis(std::int32_t displayInfoType) {
+  analysisLabel_->setText(AnalysisText(displayInfoType));
 }
 
 std::array<QString, 4> TitleStripWidget::Texts() const {

@@ -1,9 +1,9 @@
 #pragma once
 
-// The title strip above the pages (picScope): group, session, module and
+// The title strip above the pages: group, session, module and
 // procedure of the selection, each with its icon; labels with nothing to show
 // are hidden with their icons. On the right, the colour legend's note
-// (lblAnalyzis).
+// (the analysis label).
 
 #include <QWidget>
 #include <array>
@@ -23,7 +23,7 @@ class TitleStripWidget : public QWidget {
   void Show(const TitleStrip& strip);
   void Clear();
   // "Color scheme:", a line break, "(based on ", the measure, ")".
-  void UpdateAnalyzis(std::int32_t displayInfoType);
+  void updateAnalysis(std::int32_t displayInfoType);
 
   // The texts on display, for the tests: group, session, module, procedure;
   // empty for a hidden label.
@@ -36,10 +36,10 @@ class TitleStripWidget : public QWidget {
     QLabel* separator = nullptr;
   };
   std::array<Slot, 4> slots_{};
-  QLabel* lblAnalyzis_;
+  QLabel* analysisLabel_;
 };
 
-// The text of lblAnalyzis for a measure.
-QString AnalyzisText(std::int32_t displayInfoType);
+// The text of the analysis label for a measure.
+QString AnalysisText(std::int32_t displayInfoType);
 
 }  // namespace zol

@@ -114,7 +114,7 @@ TEST_F(ProjectTreeTest, ColoursFollowTheMeasureShown) {
   EXPECT_EQ(Node("S1").BackColor, kTreeWhite) << "the session's yellow is painted over";
 
   ws_.DisplayInfoType = 4;
-  tree_.tvUpdateColor();
+  tree_.UpdateColors();
   EXPECT_EQ(Node("S1M1").BackColor, 0x00FFB4) << "75% covered: rank 0.25";
   EXPECT_EQ(Node("S1M1P1").BackColor, kTreeWhite) << "fully covered";
   EXPECT_EQ(Node("S1M1P2").BackColor, 0x0000FF) << "not covered at all";
@@ -122,7 +122,7 @@ TEST_F(ProjectTreeTest, ColoursFollowTheMeasureShown) {
   EXPECT_EQ(Node("S1M1P4").BackColor, kTreeBlack) << "dead code never takes a rank colour";
 
   ws_.fColored = false;
-  tree_.tvUpdateColor();
+  tree_.UpdateColors();
   tree_.Nodes().ForEach([](const TreeNode& n) { EXPECT_EQ(n.BackColor, kTreeWhite) << n.Key; });
   EXPECT_EQ(Node("S1M1P4").ForeColor, kTreeBlack);
   EXPECT_EQ(Node("S1M2").ForeColor, kTreeRed);

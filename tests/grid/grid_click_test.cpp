@@ -14,7 +14,7 @@ TEST(GridClick, RowTextsGiveModuleProcedureAndLineAfterAnySort) {
   GridFixture f;
   SortMemory sort;
   Table procs = ShowProceduresTiming(f.ws, f.Selection(0), sort).Grid;
-  lvValues_Sort(procs, sort, 3, kSortAscending);  // Tags no longer follow row order
+  SortTable(procs, sort, 3, kSortAscending);  // Tags no longer follow row order
   const Project& p = f.ws.Project(f.cp);
   const int helper = [&] {
     for (int r = 1; r <= procs.RowCount(); ++r) {
@@ -22,20 +22,19 @@ TEST(GridClick, RowTextsGiveModuleProcedureAndLineAfterAnySort) {
     }
     return 0;
   }();
-  EXPECT_EQ(lvValues_Clicked(p, procs, helper, 1), (ClickTarget{testing::kModule1, 0, 0}));
-  EXPECT_EQ(lvValues_Clicked(p, procs, helper, 2),
+  EXPECT_EQ(ClickedPlace(p, procs, helper, 1), (ClickTarget{testing::kModule1, 0, 0}));
+  EXPECT_EQ(ClickedPlace(p, procs, helper, 2),
             (ClickTarget{testing::kModule1, testing::kHelper, 0}));
-  EXPECT_EQ(lvValues_Clicked(p, procs, helper, 5),
+  EXPECT_EQ(ClickedPlace(p, procs, helper, 5),
             (ClickTarget{testing::kModule1, testing::kHelper, 0}));
-  EXPECT_EQ(lvValues_Clicked(p, procs, procs.RowCount(), 2), ClickTarget{});  // TOTAL
+  EXPECT_EQ(ClickedPlace(p, procs, procs.RowCount(), 2), ClickTarget{});  // TOTAL
 
   Table lines = ShowLines(f.ws, f.Selection(4), sort, false).Grid;
-  EXPECT_EQ(lvValues_Clicked(p, lines, 1, 3),
-            (ClickTarget{testing::kModule1, testing::kHelper, 4}));
+  EXPECT_EQ(ClickedPlace(p, lines, 1, 3), (ClickTarget{testing::kModule1, testing::kHelper, 4}));
 
   Table mods = ShowModulesTiming(f.ws, f.Selection(0), sort).Grid;
-  EXPECT_EQ(lvValues_Clicked(p, mods, 1, 3), (ClickTarget{testing::kForm1, 0, 0}));
-  EXPECT_EQ(lvValues_Clicked(p, mods, 99, 1), ClickTarget{});
+  EXPECT_EQ(ClickedPlace(p, mods, 1, 3), (ClickTarget{testing::kForm1, 0, 0}));
+  EXPECT_EQ(ClickedPlace(p, mods, 99, 1), ClickTarget{});
 }
 
 TEST(GridClick, SingleClickGoesToTheNextTabDoubleClickToTheSource) {

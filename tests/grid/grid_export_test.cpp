@@ -62,7 +62,7 @@ TEST(GridExport, EmptyTableShowsTheMessageAndWritesNothing) {
   t.AddColumn("Module");
   RecordingPrompter prompter;
   std::int32_t type = 7;
-  EXPECT_EQ(lvValues_Export(t, dir / "out.csv", prompter, type), "");
+  EXPECT_EQ(ExportGridToFile(t, dir / "out.csv", prompter, type), "");
   ASSERT_EQ(prompter.messages.size(), 1u);
   EXPECT_EQ(prompter.messages[0].text, "The table is empty !");
   EXPECT_FALSE(FileExist(dir / "out.csv"));
@@ -74,10 +74,10 @@ TEST(GridExport, FileTypeFollowsTheNameAndANameWithoutExtensionGetsTxt) {
   const Table t = SmallTable();
   RecordingPrompter prompter;
   std::int32_t type = 0;
-  EXPECT_EQ(lvValues_Export(t, dir / "OUT.CSV", prompter, type), dir / "OUT.CSV");
+  EXPECT_EQ(ExportGridToFile(t, dir / "OUT.CSV", prompter, type), dir / "OUT.CSV");
   EXPECT_EQ(type, 1);
   EXPECT_EQ(LoadFile(dir / "OUT.CSV"), ExportText(t, true));
-  EXPECT_EQ(lvValues_Export(t, dir / "grid", prompter, type), dir / "grid.txt");
+  EXPECT_EQ(ExportGridToFile(t, dir / "grid", prompter, type), dir / "grid.txt");
   EXPECT_EQ(type, 0);
   EXPECT_EQ(LoadFile(dir / "grid.txt"), ExportText(t, false));
   EXPECT_TRUE(prompter.messages.empty());
@@ -98,7 +98,7 @@ class ExportReadBack : public ::testing::Test {
     f.ws.Session(f.cs).CodeLineValue(2).TotalTime = 0.5;
     SortMemory sort;
     table = ShowLines(f.ws, f.Selection(0), sort, false).Grid;
-    lvValues_Sort(table, sort, table.FindColumn("Line ID"), kSortAscending);
+    SortTable(table, sort, table.FindColumn("Line ID"), kSortAscending);
   }
 
   int Check(const std::string& file, const std::string& kind, const std::string& expected) {
@@ -122,7 +122,7 @@ TEST_F(ExportReadBack, CsvReaderSeesEveryColumnOfEveryRowAndTheTextsWhole) {
   if (std::system("python3 -c 'import csv' > /dev/null 2>&1") != 0) GTEST_SKIP() << "no python3";
   RecordingPrompter prompter;
   std::int32_t type = 0;
-  const std::string file = lvValues_Export(table, dir / "lines.csv", prompter, type);
+  const std::string file = ExportGridToFile(table, dir / "lines.csv", prompter, type);
   EXPECT_EQ(Check(file, "csv",
                   "MsgBox \"a, b\", vbOK\ns = \"\"\"\"\nx = Chr$(9)\t' tab\nCaf\xE9 = \",\""),
             0);
@@ -132,7 +132,7 @@ TEST_F(ExportReadBack, TabSeparatedFileKeepsItsColumnsDespiteTabsInTheSource) {
   if (std::system("python3 -c 'import csv' > /dev/null 2>&1") != 0) GTEST_SKIP() << "no python3";
   RecordingPrompter prompter;
   std::int32_t type = 0;
-  const std::string file = lvValues_Export(table, dir / "lines.txt", prompter, type);
+  const std::string file = ExportGridToFile(table, dir / "lines.txt", prompter, type);
   EXPECT_EQ(
       Check(file, "txt", "MsgBox \"a, b\", vbOK\ns = \"\"\"\"\nx = Chr$(9) ' tab\nCaf\xE9 = \",\""),
       0);

@@ -30,9 +30,9 @@ TEST(GridSort, NumbersSortAsNumbersDashesAsTextDeadRowsAndTotalLast) {
   Table t =
       ValueTable({"a", "b", "c", "d", "e", "f"}, {"9", "  ", "-", "100", "12.5", "2147483647"});
   SortMemory m;
-  EXPECT_EQ(lvValues_Sort(t, m, 2, kSortDescending), kSortDescending);
+  EXPECT_EQ(SortTable(t, m, 2, kSortDescending), kSortDescending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"f", "d", "e", "a", "c", "b", "TOTAL"}));
-  EXPECT_EQ(lvValues_Sort(t, m, 2, kSortAscending), kSortAscending);
+  EXPECT_EQ(SortTable(t, m, 2, kSortAscending), kSortAscending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"c", "a", "e", "d", "f", "b", "TOTAL"}));
   // The texts come back as they were.
   EXPECT_EQ(ColumnTexts(t, 2), (V{"-", "9", "12.5", "100", "2147483647", "  ", "999"}));
@@ -41,19 +41,19 @@ TEST(GridSort, NumbersSortAsNumbersDashesAsTextDeadRowsAndTotalLast) {
 TEST(GridSort, PercentagesAndTimesCompareByValue) {
   Table t = ValueTable({"a", "b", "c", "d"}, {"9.5%", "100%", "12.3%", "0%"}, "% Time");
   SortMemory m;
-  lvValues_Sort(t, m, 2, kSortDescending);
+  SortTable(t, m, 2, kSortDescending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"b", "c", "a", "d", "TOTAL"}));
   t = ValueTable({"a", "b", "c"}, {"10.000000", "9.999999", "0.000001"}, "Total Time");
-  lvValues_Sort(t, m, 2, kSortAscending);
+  SortTable(t, m, 2, kSortAscending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"c", "b", "a", "TOTAL"}));
 }
 
 TEST(GridSort, TextColumnsIgnoreCaseAndKeepTheTotalLast) {
   Table t = ValueTable({"beta", "Alpha", "gamma", "ALPHB"}, {"1", "2", "3", "4"});
   SortMemory m;
-  lvValues_Sort(t, m, 1, kSortAscending);
+  SortTable(t, m, 1, kSortAscending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"Alpha", "ALPHB", "beta", "gamma", "TOTAL"}));
-  lvValues_Sort(t, m, 1, kSortDescending);
+  SortTable(t, m, 1, kSortDescending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"gamma", "beta", "ALPHB", "Alpha", "TOTAL"}));
 }
 
@@ -69,14 +69,14 @@ TEST(GridSort, HeaderClicksToggleOnTheSameColumnAndLineIdStartsAscending) {
   }
   SortMemory m;
   // Not sorted yet: a click sorts descending.
-  EXPECT_EQ(lvValues_Sort(t, m, 2, kSortToggle), kSortDescending);
+  EXPECT_EQ(SortTable(t, m, 2, kSortToggle), kSortDescending);
   EXPECT_EQ(ColumnTexts(t, 2), (V{"10", "2", "1"}));
-  EXPECT_EQ(lvValues_Sort(t, m, 2, kSortToggle), kSortAscending);
-  EXPECT_EQ(lvValues_Sort(t, m, 2, kSortToggle), kSortDescending);
+  EXPECT_EQ(SortTable(t, m, 2, kSortToggle), kSortAscending);
+  EXPECT_EQ(SortTable(t, m, 2, kSortToggle), kSortDescending);
   // Another column keeps the last order, but "Line ID" goes in source order.
-  EXPECT_EQ(lvValues_Sort(t, m, 3, kSortToggle), kSortAscending);
+  EXPECT_EQ(SortTable(t, m, 3, kSortToggle), kSortAscending);
   EXPECT_EQ(ColumnTexts(t, 3), (V{"1", "2", "10"}));
-  EXPECT_EQ(lvValues_Sort(t, m, 1, kSortToggle), kSortAscending);
+  EXPECT_EQ(SortTable(t, m, 1, kSortToggle), kSortAscending);
   EXPECT_EQ(m.LastColumn, 1);
 }
 
@@ -84,7 +84,7 @@ TEST(GridSort, EmptyTableIsLeftAloneAndMemoryKept) {
   Table t;
   t.AddColumn("Hits");
   SortMemory m{3, 1};
-  EXPECT_EQ(lvValues_Sort(t, m, 1, kSortToggle), -1);
+  EXPECT_EQ(SortTable(t, m, 1, kSortToggle), -1);
   EXPECT_EQ(m.LastColumn, 3);
   EXPECT_EQ(m.LastSortOrder, 1);
   EXPECT_FALSE(t.Sorted);
@@ -94,19 +94,19 @@ TEST(GridSort, SortedColumnTurnsDarkBlueExceptGreyRowsAndTheTotal) {
   Table t = ValueTable({"a", "b"}, {"1", "  "});
   t.AddColumn("Other", Alignment::Right);
   SortMemory m;
-  lvValues_Sort(t, m, 2, kSortDescending);
+  SortTable(t, m, 2, kSortDescending);
   const Row& live = t.RowAt(1);
   EXPECT_EQ(live.Cells[1].Color, kColorDarkBlue);
   EXPECT_EQ(t.RowAt(2).Cells[1].Color, kColorGrey);
   EXPECT_EQ(t.RowAt(3).Cells[1].Color, kColorBlue);
-  lvValues_Sort(t, m, 1, kSortDescending);
+  SortTable(t, m, 1, kSortDescending);
   EXPECT_EQ(testing::RowWith(t, 1, "a").Cells[1].Color, kColorStandard);
   EXPECT_EQ(testing::RowWith(t, 1, "a").Cells[0].Color, kColorDarkBlue);
 
   // Compared tables keep their own colours.
   Table c = ValueTable({"a", "b"}, {"1", "2"});
   c.RowAt(1).At(2).Color = kColorGreen;
-  lvValues_Sort(c, m, 2, kSortDescending, true);
+  SortTable(c, m, 2, kSortDescending, true);
   EXPECT_EQ(testing::RowWith(c, 1, "a").Cells[1].Color, kColorGreen);
 }
 
@@ -114,14 +114,14 @@ TEST(GridSort, SelectionFollowsTheSelectedRow) {
   Table t = ValueTable({"a", "b", "c"}, {"1", "3", "2"});
   t.SelectedRow = 1;
   SortMemory m;
-  lvValues_Sort(t, m, 2, kSortDescending);
+  SortTable(t, m, 2, kSortDescending);
   EXPECT_EQ(t.RowAt(t.SelectedRow).RowText(), "a");
 }
 
 TEST(GridSort, BarsSortByLengthAndEmptyCellsBeforeNumbersWhenAscending) {
   Table t = ValueTable({"a", "b", "c"}, {"lll", "", "l"}, "-\x9B Bars ");
   SortMemory m;
-  lvValues_Sort(t, m, 2, kSortDescending);
+  SortTable(t, m, 2, kSortDescending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"a", "c", "b", "TOTAL"}));
 }
 

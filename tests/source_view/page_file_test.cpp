@@ -55,7 +55,7 @@ TEST(PageFile, LoadFileWritesTheLinkedPageAndShowsIt) {
   RecordingBrowser browser;
   std::int32_t module = 1;
   std::int32_t procedure = 3;
-  wbCode_LoadFile(f.ws, PageFixture::kSession, module, procedure, browser);
+  ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, browser);
 
   EXPECT_EQ(f.ws.HtmlFile, f.dir / "code.htm");
   ASSERT_EQ(browser.shown, std::vector<std::string>{f.ws.HtmlFile});
@@ -73,7 +73,7 @@ TEST(PageFile, UpdateHtmlChangesOnlyTheStyle) {
   RecordingBrowser browser;
   std::int32_t module = 1;
   std::int32_t procedure = 0;
-  wbCode_LoadFile(f.ws, PageFixture::kSession, module, procedure, browser);
+  ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, browser);
   const std::string before = LoadFile(f.ws.HtmlFile);
 
   f.ws.FontHTML = "Lucida Console";

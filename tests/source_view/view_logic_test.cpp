@@ -10,18 +10,18 @@ namespace {
 
 TEST(SourceLinks, PageLinksOpenTheMenuOthersPass) {
   Workspace ws;
-  EXPECT_FALSE(wbCode_BeforeNavigate2(ws, "file:///tmp/run/code.HTM").cancel);
-  EXPECT_FALSE(wbCode_BeforeNavigate2(ws, "file:///tmp/run/").cancel);
-  EXPECT_FALSE(wbCode_BeforeNavigate2(ws, "file:///tmp/run/code.htm#legend").cancel);
+  EXPECT_FALSE(DecideLink(ws, "file:///tmp/run/code.HTM").cancel);
+  EXPECT_FALSE(DecideLink(ws, "file:///tmp/run/").cancel);
+  EXPECT_FALSE(DecideLink(ws, "file:///tmp/run/code.htm#legend").cancel);
 
-  const LinkDecision d = wbCode_BeforeNavigate2(ws, "about:blank|2|14|307");
+  const LinkDecision d = DecideLink(ws, "about:blank|2|14|307");
   EXPECT_TRUE(d.cancel);
   EXPECT_TRUE(d.openMenu);
   EXPECT_EQ(ws.cModTmp, 2);
   EXPECT_EQ(ws.cProTmp, 14);
   EXPECT_EQ(ws.cLineTmp, 307);
 
-  const LinkDecision short_link = wbCode_BeforeNavigate2(ws, "|2|14");
+  const LinkDecision short_link = DecideLink(ws, "|2|14");
   EXPECT_TRUE(short_link.cancel);
   EXPECT_FALSE(short_link.openMenu);
   EXPECT_EQ(ws.cModTmp, 2);

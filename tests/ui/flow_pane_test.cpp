@@ -26,7 +26,7 @@ using testing::DemoWindow;
 using testing::WaitFor;
 
 int ActiveTab(const DemoWindow& w) {
-  return w.window->tbsScope()->currentIndex() + 1;
+  return w.window->pageTabs()->currentIndex() + 1;
 }
 
 std::int32_t ProcedureNamed(const Workspace& ws, const std::string& name) {
@@ -39,7 +39,7 @@ std::int32_t ProcedureNamed(const Workspace& ws, const std::string& name) {
 TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   int row = 0;
   for (int r = 1; r <= t.RowCount(); ++r)
@@ -48,7 +48,7 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   grid->scrollTo(grid->model()->index(row - 1, 1));
   QTest::mouseClick(grid->viewport(), Qt::RightButton, {},
                     grid->visualRect(grid->model()->index(row - 1, 1)).center());
-  auto* menu = w.window->findChild<QMenu*>("mnuPopup");
+  auto* menu = w.window->findChild<QMenu*>("gridMenu");
   ASSERT_TRUE(WaitFor([&] { return menu->isVisible(); }));
   QAction* flow = menu->findChild<QAction*>("viewInFlow");
   ASSERT_NE(flow, nullptr);
@@ -94,7 +94,7 @@ TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
   w.window->SelectScopeTab(6);
   FlowPane* pane = w.window->flowPane();
   ASSERT_TRUE(pane->ShowsChart());
-  auto* left = pane->findChild<QComboBox*>("cboCallDepth0");
+  auto* left = pane->findChild<QComboBox*>("flowDepthLeft");
   ASSERT_NE(left, nullptr);
   EXPECT_EQ(left->itemText(0), "A: Automatic");
   left->setCurrentIndex(1);
@@ -103,7 +103,7 @@ TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
   const std::string ini = GetIniFile(w.ws->appFolder);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "CallDepth0", "", ini), "1");
 
-  auto* scheme = pane->findChild<QComboBox*>("cboColorSchemeFlow");
+  auto* scheme = pane->findChild<QComboBox*>("flowColorScheme");
   scheme->setCurrentIndex(0);
   EXPECT_EQ(pane->Chart()->Layout().DrawWidth, 1);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "ColorSchemeFlow", "", ini), "1");

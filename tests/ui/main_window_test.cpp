@@ -37,7 +37,7 @@ using testing::MessageBoxCatcher;
 using testing::WaitFor;
 
 int ActiveTab(const DemoWindow& w) {
-  return w.window->tbsScope()->currentIndex() + 1;
+  return w.window->pageTabs()->currentIndex() + 1;
 }
 
 // The row (from 1) whose cell under `header` reads `text`; 0 if none.
@@ -59,9 +59,9 @@ TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
   const TreeNodes& nodes = w.window->Tree().Nodes();
   ASSERT_NE(nodes.Find("MERGE"), nullptr);
   ASSERT_NE(nodes.Find("COMPARE"), nullptr);
-  EXPECT_TRUE(w.window->tvProjects()->Model()->IndexOfKey("MERGE").isValid());
-  EXPECT_TRUE(w.window->tvProjects()->Model()->IndexOfKey("COMPARE").isValid());
-  const auto& rows = w.window->lvwSessions()->Model()->Rows();
+  EXPECT_TRUE(w.window->projectTreeView()->Model()->IndexOfKey("MERGE").isValid());
+  EXPECT_TRUE(w.window->projectTreeView()->Model()->IndexOfKey("COMPARE").isValid());
+  const auto& rows = w.window->sessionList()->Model()->Rows();
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_TRUE(rows[0].Checked);
   EXPECT_TRUE(rows[1].Checked);
@@ -69,16 +69,16 @@ TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
   EXPECT_TRUE(FileExist(w.demo.File("Monday.pfd")));
 
   // Unticking one takes the merged views away again.
-  w.window->lvwSessionsItemCheck(rows[1].Key, false);
+  w.window->onSessionTicked(rows[1].Key, false);
   EXPECT_EQ(nodes.Find("MERGE"), nullptr);
   EXPECT_EQ(nodes.Find("COMPARE"), nullptr);
-  EXPECT_FALSE(w.window->lvwSessions()->Model()->Rows()[1].Checked);
+  EXPECT_FALSE(w.window->sessionList()->Model()->Rows()[1].Checked);
 }
 
 TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(2);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Module", "CInvoice");
   ASSERT_GT(row, 0);
   QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 1));
@@ -100,28 +100,28 @@ TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
 TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Procedure", "AddLine");
   ASSERT_GT(row, 0);
   QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 2));
   ASSERT_TRUE(WaitFor([&] { return ActiveTab(w) == 5; }));
   EXPECT_EQ(w.ws->cPro, 21);
   EXPECT_EQ(w.window->Title()->Texts()[3], "AddLine");
-  const QString page = w.window->picCode()->Browser()->toPlainText();
+  const QString page = w.window->sourcePane()->Browser()->toPlainText();
   EXPECT_TRUE(page.contains("Public Sub AddLine(")) << page.left(200).toStdString();
   EXPECT_FALSE(page.contains("Public Sub Class_Initialize"));
   // The single click's action never ran first: no stop on the Lines tab.
   testing::Pump(GridView::DoubleClickTime() + 100);
   EXPECT_EQ(ActiveTab(w), 5);
 
-  QAction* back = w.window->Toolbar1()->Button("BACK");
+  QAction* back = w.window->toolbar()->Button("BACK");
   ASSERT_TRUE(back->isEnabled());
   back->trigger();
   EXPECT_EQ(ActiveTab(w), 3);
   EXPECT_EQ(w.ws->cMod, 5);
   EXPECT_EQ(w.ws->cPro, 0);
   EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
-  QAction* forward = w.window->Toolbar1()->Button("FWD");
+  QAction* forward = w.window->toolbar()->Button("FWD");
   ASSERT_TRUE(forward->isEnabled());
   forward->trigger();
   EXPECT_EQ(ActiveTab(w), 5);
@@ -131,14 +131,14 @@ TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
 TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Procedure", "SubTotal");
   ASSERT_GT(row, 0);
   QTest::mouseClick(grid->viewport(), Qt::RightButton, {}, CellCentre(grid, row, 2));
-  auto* menu = w.window->findChild<QMenu*>("mnuPopup");
+  auto* menu = w.window->findChild<QMenu*>("gridMenu");
   ASSERT_NE(menu, nullptr);
   ASSERT_TRUE(WaitFor([&] { return menu->isVisible(); }));
-  QAction* source = menu->findChild<QAction*>("mnuPopupSource");
+  QAction* source = menu->findChild<QAction*>("viewInSource");
   ASSERT_NE(source, nullptr);
   EXPECT_EQ(source->text(), "View in Source");
   menu->close();
@@ -149,7 +149,7 @@ TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
 
 TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
   DemoWindow w({"Monday.pfl"});
-  SessionListModel* model = w.window->lvwSessions()->Model();
+  SessionListModel* model = w.window->sessionList()->Model();
   MessageBoxCatcher catcher;
   model->setData(model->index(0, 0), "Mon:day", Qt::EditRole);
   ASSERT_TRUE(WaitFor([&] { return !catcher.texts.empty(); }));
@@ -174,7 +174,7 @@ TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
   const std::string bytes = LoadFile(file);
   EXPECT_NE(bytes.find("bgcolor=DDDDDD"), std::string::npos);
   EXPECT_NE(bytes.find("<!-- BEGIN STYLE -->PRE {"), std::string::npos);
-  const QString shown = w.window->picCode()->Browser()->toHtml();
+  const QString shown = w.window->sourcePane()->Browser()->toHtml();
   EXPECT_TRUE(shown.contains("#dddddd", Qt::CaseInsensitive));
   EXPECT_TRUE(shown.contains("#666666", Qt::CaseInsensitive));
   // Showing it changed nothing on disk.
@@ -182,26 +182,26 @@ TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
 
   // A statement's link opens its menu instead of a page.
   MainWindow& window = *w.window;
-  SourceBrowser* browser = window.picCode()->Browser();
+  SourceBrowser* browser = window.sourcePane()->Browser();
   ASSERT_TRUE(browser->beforeNavigate);
   EXPECT_FALSE(browser->beforeNavigate("|5|21|40"));
   EXPECT_EQ(w.ws->cModTmp, 5);
   EXPECT_EQ(w.ws->cLineTmp, 40);
-  window.findChild<QMenu*>("mnuPopup")->close();
+  window.findChild<QMenu*>("gridMenu")->close();
   EXPECT_TRUE(browser->beforeNavigate("#legend"));
 }
 
 TEST(MainWindow, TheHeaderOfHeadersFollowsTheColumnsBothWays) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->SelectScopeTab(3);
-  SessionHeaderBar* bar = w.window->picValues()->Headers();
+  SessionHeaderBar* bar = w.window->gridPage()->Headers();
   ASSERT_TRUE(bar->isVisible());
   const FakeHeaders& h = bar->Shown();
   ASSERT_EQ(h.SessionNames, (std::vector<std::string>{"Monday", "Tuesday"}));
   ASSERT_GT(h.NumberOfColumnsPerSession, 0);
   ASSERT_EQ(bar->count(), 3);
   EXPECT_EQ(bar->model()->headerData(1, Qt::Horizontal).toString(), "Monday");
-  QHeaderView* columns = w.window->picValues()->Grid()->horizontalHeader();
+  QHeaderView* columns = w.window->gridPage()->Grid()->horizontalHeader();
   auto runWidth = [&](int session) {
     int width = 0;
     for (int k = 0; k < h.NumberOfColumnsPerSession; ++k) {
@@ -238,14 +238,14 @@ TEST(MainWindow, DestroyingAllAsksFirst) {
     EXPECT_EQ(cancel.titles[0], "Warning");
   }
   EXPECT_TRUE(FileExist(w.demo.File("Monday.pfd")));
-  EXPECT_EQ(w.window->lvwSessions()->Model()->rowCount(), 2);
+  EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 2);
   {
     MessageBoxCatcher ok(QMessageBox::Ok);
     w.window->DestroyAllSessions();
   }
   EXPECT_FALSE(FileExist(w.demo.File("Monday.pfd")));
   EXPECT_FALSE(FileExist(w.demo.File("Tuesday.pfd")));
-  EXPECT_EQ(w.window->lvwSessions()->Model()->rowCount(), 0);
+  EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 0);
   EXPECT_EQ(w.window->Tree().Nodes().Count(), 0u);
 }
 
@@ -257,17 +257,17 @@ TEST(MainWindow, RemovingTheSessionOnDisplayKeepsTheOtherTicked) {
   ASSERT_NE(nodes.Find("S2"), nullptr);
   EXPECT_TRUE(w.ws->Session(2).Selected);
   EXPECT_EQ(nodes.Find("MERGE"), nullptr);
-  EXPECT_EQ(w.window->lvwSessions()->Model()->rowCount(), 1);
-  EXPECT_FALSE(w.window->Toolbar1()->Button("BACK")->isEnabled());
+  EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 1);
+  EXPECT_FALSE(w.window->toolbar()->Button("BACK")->isEnabled());
 }
 
 TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
   DemoWindow w({});
-  QAbstractItemModelTester treeTester(w.window->tvProjects()->model(),
+  QAbstractItemModelTester treeTester(w.window->projectTreeView()->model(),
                                       QAbstractItemModelTester::FailureReportingMode::Warning);
-  QAbstractItemModelTester listTester(w.window->lvwSessions()->model(),
+  QAbstractItemModelTester listTester(w.window->sessionList()->model(),
                                       QAbstractItemModelTester::FailureReportingMode::Warning);
-  QAbstractItemModelTester gridTester(w.window->picValues()->Grid()->model(),
+  QAbstractItemModelTester gridTester(w.window->gridPage()->Grid()->model(),
                                       QAbstractItemModelTester::FailureReportingMode::Warning);
   int warnings = 0;
   static int* counter = nullptr;

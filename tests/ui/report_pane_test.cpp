@@ -27,7 +27,7 @@ using testing::DemoWindow;
 using testing::MessageBoxCatcher;
 
 ReportPane* ShowReports(DemoWindow& w) {
-  QTabBar* tabs = w.window->tbsScope();
+  QTabBar* tabs = w.window->pageTabs();
   tabs->setCurrentIndex(tabs->count() - 1);
   QApplication::processEvents();
   return w.window->reportPane();
@@ -35,7 +35,7 @@ ReportPane* ShowReports(DemoWindow& w) {
 
 TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  QTabBar* tabs = w.window->tbsScope();
+  QTabBar* tabs = w.window->pageTabs();
   EXPECT_EQ(tabs->tabText(tabs->count() - 1), "Reports");
   ReportPane* pane = ShowReports(w);
   EXPECT_TRUE(pane->isVisible());

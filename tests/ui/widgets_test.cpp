@@ -116,7 +116,7 @@ TEST(ProjectTreeModel, FollowsTheTreeAndNeverPointsIntoAGoneBranch) {
             QColor(255, 0, 0));
   // New colours need no new structure.
   ws->DisplayInfoType = 4;
-  tree.tvUpdateColor();
+  tree.UpdateColors();
   EXPECT_FALSE(model.Sync());
   // The branch goes before the model hears of it: its nodes draw empty.
   tree.UnSelectSession(cs);
@@ -164,7 +164,7 @@ TEST(TitleStrip, ShowsWhatIsSelectedAndTheMeasureOfTheColours) {
   const char* expected[] = {"total time)", "average time)", "total children time)",
                             "avg. children time)", "hits)"};
   for (int m = 0; m < 5; ++m) {
-    EXPECT_EQ(AnalyzisText(m), QString("Color scheme:\n(based on ") + expected[m]);
+    EXPECT_EQ(AnalysisText(m), QString("Color scheme:\n(based on ") + expected[m]);
   }
 }
 
@@ -208,17 +208,17 @@ TEST(GuiPrompter, TheProgressAreaMovesAndTheStopButtonAsksToStop) {
   prompter.SetProgressMax(200);
   prompter.ShowProgress(true);
   prompter.SetProgressValue(150);
-  EXPECT_EQ(status.lblProgress()->text(), "Building Tree view...");
-  EXPECT_EQ(status.ProgressBar1()->value(), 150);
-  EXPECT_TRUE(status.ProgressBar1()->isVisible());
+  EXPECT_EQ(status.progressLabel()->text(), "Building Tree view...");
+  EXPECT_EQ(status.progressBar()->value(), 150);
+  EXPECT_TRUE(status.progressBar()->isVisible());
   // A value beyond the maximum stays at the end of the bar.
   prompter.SetProgressValue(500);
-  EXPECT_EQ(status.ProgressBar1()->value(), 200);
+  EXPECT_EQ(status.progressBar()->value(), 200);
   QObject::connect(&status, &StatusArea::cancelRequested, [&] { prompter.RequestAbort(); });
   status.CancelButton()->click();
   EXPECT_TRUE(abort);
   prompter.ShowProgress(false);
-  EXPECT_FALSE(status.ProgressBar1()->isVisible());
+  EXPECT_FALSE(status.progressBar()->isVisible());
 }
 
 TEST(Icons, EveryKeyOfTheTreeAndTheToolbarHasADrawing) {

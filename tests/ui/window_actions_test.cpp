@@ -44,7 +44,7 @@ TEST(WindowActions, DroppedFilesEnterTheListUnticked) {
   ASSERT_TRUE(enter.isAccepted());
   QDropEvent drop(QPointF(100, 100), Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(w.window.get(), &drop);
-  const auto& rows = w.window->lvwSessions()->Model()->Rows();
+  const auto& rows = w.window->sessionList()->Model()->Rows();
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_FALSE(rows[0].Checked);
   // Entering reads headers only: the logs are still there.
@@ -56,7 +56,7 @@ TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
   DemoWindow w({});
   const std::string ini = GetIniFile(w.ws->appFolder);
   VBWritePrivateProfileString("Profiler", "Session0", w.demo.File("Tuesday.pfl"), ini);
-  SessionListModel* model = w.window->lvwSessions()->Model();
+  SessionListModel* model = w.window->sessionList()->Model();
   ASSERT_TRUE(WaitFor([&] { return model->rowCount() == 1; }));
   EXPECT_TRUE(model->Rows()[0].Checked);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session0", "?", ini), "");
@@ -66,7 +66,7 @@ TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
 TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(3);
-  MainToolbar* bar = w.window->Toolbar1();
+  MainToolbar* bar = w.window->toolbar();
   EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
   EXPECT_EQ(bar->Button("COVERAGE")->toolTip(), "Display coverage values");
   bar->Button("COVERAGE")->trigger();
@@ -74,10 +74,10 @@ TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
   EXPECT_TRUE(bar->Button("COVERAGE")->isChecked());
   EXPECT_FALSE(bar->Button("TOTALTIME")->isChecked());
   EXPECT_EQ(w.window->LastDisplay(), "S1-3-1");
-  const Table& grid = w.window->picValues()->Grid()->table();
+  const Table& grid = w.window->gridPage()->Grid()->table();
   EXPECT_EQ(grid.FindColumn("Total Time"), 0);
   // Back to the total times, through the history.
-  w.window->Toolbar1()->Button("BACK")->trigger();
+  w.window->toolbar()->Button("BACK")->trigger();
   EXPECT_EQ(w.ws->DisplayInfoType, 0);
   EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
 }
@@ -85,15 +85,15 @@ TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
 TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(3);
-  GridPage* page = w.window->picValues();
+  GridPage* page = w.window->gridPage();
   EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypeBar2d);
-  page->findChild<QRadioButton*>("optOptGraphType2")->click();
+  page->findChild<QRadioButton*>("chartType2")->click();
   EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypePie2d);
-  page->findChild<QSpinBox*>("txtGraphMaxItems")->setValue(5);
+  page->findChild<QSpinBox*>("chartMaxItems")->setValue(5);
   // Five slices and the rest summed as "{Other}".
   ASSERT_EQ(page->Chart()->Shown().Items.size(), 6u);
   EXPECT_EQ(page->Chart()->Shown().Items.back().Name, "{Other}");
-  page->findChild<QRadioButton*>("optOptGraphType0")->click();
+  page->findChild<QRadioButton*>("chartType0")->click();
   EXPECT_FALSE(page->Chart()->isVisibleTo(page));
   const std::string ini = GetIniFile(w.ws->appFolder);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "GraphType", "", ini), "0");
@@ -103,7 +103,7 @@ TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
 TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const int hits = grid->table().FindColumn("Hits");
   ASSERT_GT(hits, 0);
   auto column = [&] {
@@ -131,7 +131,7 @@ TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
 TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
   w.window->SelectScopeTab(4);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   auto timeOf = [&](const std::string& line) {
     const Table& t = grid->table();
     const int text = t.FindColumn("Line");
@@ -145,11 +145,11 @@ TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   ASSERT_GT(before, 0.01);
   w.ws->Filters = "mLines.Add";
   MessageBoxCatcher yes(QMessageBox::Yes);
-  w.window->Toolbar1()->Button("FILTERS")->trigger();
+  w.window->toolbar()->Button("FILTERS")->trigger();
   ASSERT_FALSE(yes.texts.empty());
   EXPECT_EQ(yes.titles[0], "Apply Filters ?");
   // The same page, drawn anew from the filtered values.
-  EXPECT_EQ(w.window->tbsScope()->currentIndex() + 1, 4);
+  EXPECT_EQ(w.window->pageTabs()->currentIndex() + 1, 4);
   EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5P21");
   const double after = timeOf("mLines.Add item");
   EXPECT_GE(after, 0.0);

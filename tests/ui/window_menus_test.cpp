@@ -52,9 +52,9 @@ TEST(WindowMenus, TheMenuBarHasTheUsualEntriesAndShortcuts) {
     ASSERT_NE(a, nullptr) << name;
     EXPECT_EQ(a->shortcut(), keys) << name;
   }
-  EXPECT_EQ(window.Toolbar1()->Button("HELP")->shortcut(), QKeySequence(Qt::Key_F1));
+  EXPECT_EQ(window.toolbar()->Button("HELP")->shortcut(), QKeySequence(Qt::Key_F1));
   EXPECT_TRUE(
-      window.findChild<QMenu*>("helpMenu")->actions().contains(window.Toolbar1()->Button("HELP")));
+      window.findChild<QMenu*>("helpMenu")->actions().contains(window.toolbar()->Button("HELP")));
   EXPECT_NE(window.findChild<QMenu*>("recentSessions"), nullptr);
   EXPECT_NE(window.findChild<QMenu*>("recentProjects"), nullptr);
 
@@ -63,23 +63,23 @@ TEST(WindowMenus, TheMenuBarHasTheUsualEntriesAndShortcuts) {
   window.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
   QTest::keyClick(&window, Qt::Key_2, Qt::ControlModifier);
-  EXPECT_EQ(window.tbsScope()->currentIndex(), 1);
+  EXPECT_EQ(window.pageTabs()->currentIndex(), 1);
   Action(window, "showTab4")->trigger();
-  EXPECT_EQ(window.tbsScope()->currentIndex(), 3);
+  EXPECT_EQ(window.pageTabs()->currentIndex(), 3);
   EXPECT_EQ(Action(window, "showTab4")->text(), "Lines");
   for (int i = 1; i <= 7; ++i) {
     QAction* a = Action(window, QString("showTab%1").arg(i).toLatin1().constData());
-    EXPECT_EQ(a->isVisible(), i <= window.tbsScope()->count()) << i;
+    EXPECT_EQ(a->isVisible(), i <= window.pageTabs()->count()) << i;
   }
   // The measures are the toolbar's buttons.
-  QAction* coverage = window.Toolbar1()->Button("COVERAGE");
+  QAction* coverage = window.toolbar()->Button("COVERAGE");
   EXPECT_TRUE(window.findChild<QMenu*>("viewMenu")->actions().contains(coverage));
 }
 
 TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   ASSERT_GT(t.RowCount(), 3);
   grid->selectionModel()->select(grid->model()->index(0, 0),
@@ -107,13 +107,13 @@ TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
 TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   QAbstractItemModelTester tester(grid->model(),
                                   QAbstractItemModelTester::FailureReportingMode::Fatal);
   const int all = grid->model()->rowCount();
   const int width = grid->horizontalHeader()->sectionSize(1);
   Action(*w.window, "find")->trigger();
-  QLineEdit* box = w.window->picValues()->SearchBox();
+  QLineEdit* box = w.window->gridPage()->SearchBox();
   box->setText("invoice ADD");
   const int shown = grid->model()->rowCount();
   ASSERT_GT(shown, 0);
@@ -138,7 +138,7 @@ TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   ASSERT_GE(addLine, 0);
   QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {},
                      grid->visualRect(grid->model()->index(addLine, 1)).center());
-  EXPECT_EQ(w.window->tbsScope()->currentIndex(), 4);
+  EXPECT_EQ(w.window->pageTabs()->currentIndex(), 4);
   EXPECT_EQ(w.ws->cPro, 21);
   w.window->SelectScopeTab(3);
   EXPECT_LT(grid->model()->rowCount(), grid->table().RowCount());
@@ -158,7 +158,7 @@ TEST(WindowMenus, TheTitleNamesTheSessionOnDisplay) {
 TEST(WindowMenus, TheHelpTellsWhereTheMergedNodesAre) {
   DemoWindow w({"Monday.pfl"});
   MessageBoxCatcher catcher;
-  w.window->Toolbar1()->Button("HELP")->trigger();
+  w.window->toolbar()->Button("HELP")->trigger();
   ASSERT_EQ(catcher.texts.size(), 1u);
   EXPECT_NE(catcher.texts[0].find("at the bottom of the tree"), std::string::npos);
   EXPECT_EQ(catcher.texts[0].find("top of the tree"), std::string::npos);
@@ -166,16 +166,16 @@ TEST(WindowMenus, TheHelpTellsWhereTheMergedNodesAre) {
 
 TEST(WindowMenus, MaxItemsStaysBesideItsSpinBox) {
   DemoWindow w({});
-  auto* spin = w.window->picValues()->findChild<QSpinBox*>("txtGraphMaxItems");
+  auto* spin = w.window->gridPage()->findChild<QSpinBox*>("chartMaxItems");
   ASSERT_NE(spin, nullptr);
   QLabel* label = nullptr;
-  for (QLabel* l : w.window->picValues()->findChildren<QLabel*>()) {
+  for (QLabel* l : w.window->gridPage()->findChildren<QLabel*>()) {
     if (l->text() == "Max Items:") label = l;
   }
   ASSERT_NE(label, nullptr);
   // One unit of the strip: they wrap together.
   EXPECT_EQ(label->parentWidget(), spin->parentWidget());
-  EXPECT_NE(spin->parentWidget(), w.window->picValues()->OptionStrip());
+  EXPECT_NE(spin->parentWidget(), w.window->gridPage()->OptionStrip());
 }
 
 TEST(WindowMenus, APictureTakingRunLeavesTheSettingsAlone) {

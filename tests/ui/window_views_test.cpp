@@ -72,9 +72,9 @@ int Ratio1000(const QSplitter* split) {
 TEST(WindowViews, ClickingAStatementOpensItsMenuAndTheLegendLinkJumps) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->SelectScopeTab(5);
-  SourceBrowser* browser = w.window->picCode()->Browser();
+  SourceBrowser* browser = w.window->sourcePane()->Browser();
   ASSERT_FALSE(browser->toPlainText().isEmpty());
-  auto* menu = w.window->findChild<QMenu*>("mnuPopup");
+  auto* menu = w.window->findChild<QMenu*>("gridMenu");
   ASSERT_NE(menu, nullptr);
   ASSERT_FALSE(menu->isVisible());
 
@@ -115,8 +115,8 @@ TEST(WindowViews, BothSplittersComeBackAsTheyWereLeft) {
     window.resize(1200, 800);
     window.show();
     QApplication::processEvents();
-    auto* vertical = window.findChild<QSplitter*>("picVSplit");
-    auto* left = window.findChild<QSplitter*>("picHSplit");
+    auto* vertical = window.findChild<QSplitter*>("mainSplitter");
+    auto* left = window.findChild<QSplitter*>("leftSplitter");
     ASSERT_NE(vertical, nullptr);
     ASSERT_NE(left, nullptr);
     vertical->setSizes({380, 820});
@@ -134,8 +134,8 @@ TEST(WindowViews, BothSplittersComeBackAsTheyWereLeft) {
     window.resize(1200, 800);
     window.show();
     QApplication::processEvents();
-    EXPECT_NEAR(Ratio1000(window.findChild<QSplitter*>("picVSplit")), widthShare, 15) << start;
-    EXPECT_NEAR(Ratio1000(window.findChild<QSplitter*>("picHSplit")), treeShare, 15) << start;
+    EXPECT_NEAR(Ratio1000(window.findChild<QSplitter*>("mainSplitter")), widthShare, 15) << start;
+    EXPECT_NEAR(Ratio1000(window.findChild<QSplitter*>("leftSplitter")), treeShare, 15) << start;
     window.close();
   }
 }
@@ -144,7 +144,7 @@ TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->resize(900, 700);
   w.window->SelectScopeTab(4);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   WidenLastColumn(grid);
   QScrollBar* bar = grid->horizontalScrollBar();
   ASSERT_GT(bar->maximum(), 0) << "the compared lines fit the page";
@@ -159,7 +159,7 @@ TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
 TEST(WindowViews, TheHighlightFollowsItsItemThroughASort) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->SelectScopeTab(3);
-  GridView* grid = w.window->picValues()->Grid();
+  GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   const int procedure = t.FindColumn("Procedure");
   ASSERT_GT(procedure, 0);
@@ -184,8 +184,8 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   w.window->resize(1000, 700);
   w.window->SelectScopeTab(4);
   QApplication::processEvents();
-  GridView* grid = w.window->picValues()->Grid();
-  SessionHeaderBar* bar = w.window->picValues()->Headers();
+  GridView* grid = w.window->gridPage()->Grid();
+  SessionHeaderBar* bar = w.window->gridPage()->Headers();
   const FakeHeaders& h = bar->Shown();
   ASSERT_EQ(h.FirstColumn, grid->FrozenColumns());
   ASSERT_GE(h.FirstColumn, 3);
@@ -239,7 +239,7 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
   w.window->resize(1280, 800);
   w.window->SelectScopeTab(3);
   QApplication::processEvents();
-  GridPage* page = w.window->picValues();
+  GridPage* page = w.window->gridPage();
   auto* show = page->findChild<QCheckBox*>("showDifferences");
   auto* changedOnly = page->findChild<QCheckBox*>("changedOnly");
   ASSERT_TRUE(show && changedOnly);

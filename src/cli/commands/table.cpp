@@ -118,7 +118,7 @@ bool ApplySort(zol::Table& table, zol::SortMemory& memory, const std::string& so
     std::cerr << "zolprof: no column \"" << column << "\" in the table\n";
     return false;
   }
-  zol::lvValues_Sort(table, memory, index, order, compared);
+  zol::SortTable(table, memory, index, order, compared);
   return true;
 }
 

@@ -64,7 +64,7 @@ void Setup(CLI::App& app) {
     }
     zol::ProjectTree& tree = ticked.tree();
     if (!args->closed && tree.Nodes().Find(zol::kMergeKey)) tree.NodeClicked(zol::kMergeKey);
-    tree.tvUpdateColor();
+    tree.UpdateColors();
     for (const auto& root : tree.Nodes().Roots()) PrintNode(*root, 0, args->details);
   });
 }
