@@ -32,14 +32,14 @@ double Log10(double x) {
   return std::log(x) / std::log(10.0);
 }
 
-std::string FormaterPourcentage(double x) {
+std::string FormatPercentage(double x) {
   if (x == 0) return "0%";
   if (x == 1) return "100%";
   return Format(RoundHalfEven(x * 10000) / 100, "0.0") + "%";
 }
 
-std::string FormaterNombre(double x, int n, bool fPad) {
-  if (fPad && x == 0) return Format(0, ZerosPattern(n - 1));
+std::string FormatSignificant(double x, int n, bool pad) {
+  if (pad && x == 0) return Format(0, ZerosPattern(n - 1));
   const std::string whole = CStr(RoundHalfEven(x));
   if (x >= PowerOfTen(n - 1) || x == 0) return whole;
   const int e = std::max(static_cast<int>(std::floor(Log10(std::fabs(x)))), 0);
@@ -48,13 +48,13 @@ std::string FormaterNombre(double x, int n, bool fPad) {
   // decimal to keep; it is shown whole, like its positive counterpart.
   if (k < 1) return whole;
   const double v = RoundHalfEven(x * k) / k;
-  return fPad ? Format(v, ZerosPattern(n - e - 1)) : CStr(v);
+  return pad ? Format(v, ZerosPattern(n - e - 1)) : CStr(v);
 }
 
-double Prorata(double x, double a, double b, double c, double d, bool fLimit) {
+double Prorata(double x, double a, double b, double c, double d, bool limit) {
   if (d == b) throw std::domain_error("proportional map over an empty range");
   const double result = a + (c - a) * (x - b) / (d - b);
-  if (fLimit) {
+  if (limit) {
     if (result > a && result > c) return std::max(a, c);
     if (result < a && result < c) return std::min(a, c);
   }

@@ -24,16 +24,16 @@ double Log10(double x);
 
 // "0%" for 0, "100%" for exactly 1, otherwise the percentage with one decimal:
 // 0.12345 -> "12.3%", 0.999999 -> "100.0%".
-std::string FormaterPourcentage(double x);
+std::string FormatPercentage(double x);
 
-// `x` to `n` significant digits. With `fPad` the text keeps trailing zeros
+// `x` to `n` significant digits. With `pad` the text keeps trailing zeros
 // ("1.500000" for n = 7), without it the shortest plain form ("1.5").
-std::string FormaterNombre(double x, int n, bool fPad);
+std::string FormatSignificant(double x, int n, bool pad);
 
 // Linear map taking b to a and d to c: a + (c - a) * (x - b) / (d - b). With
-// `fLimit` the result is kept between a and c. Throws std::domain_error if
+// `limit` the result is kept between a and c. Throws std::domain_error if
 // b equals d.
-double Prorata(double x, double a, double b, double c, double d, bool fLimit = false);
+double Prorata(double x, double a, double b, double c, double d, bool limit = false);
 
 // "major.minor.revision" as one comparable number: "1.2.3" -> 100020003.
 // A text with fewer than two dots gives 0.

@@ -8,12 +8,11 @@ namespace zol {
 namespace {
 
 std::string CoverageWords(bool isCovered, double coverage) {
-  return isCovered ? "LC:" + FormaterPourcentage(coverage) : "Not covered";
+  return isCovered ? "LC:" + FormatPercentage(coverage) : "Not covered";
 }
 
 std::string FiguresOf(const ModuleValue& v) {
-  return " (LC:" + FormaterPourcentage(v.LineCoverage) + " - TT:" + Format(v.TotalTime, "0.0") +
-         "s)";
+  return " (LC:" + FormatPercentage(v.LineCoverage) + " - TT:" + Format(v.TotalTime, "0.0") + "s)";
 }
 
 std::string ProcedureText(const Procedure& p, const ProcedureValue& v, const ModuleValue& module,

@@ -105,8 +105,8 @@ std::string SessionSummary(const Workspace& ws, std::int32_t cs) {
   out << s.SessionFile << ": " << p.Name << ", " << s.DateTime << ", " << p.ModulesNumber
       << " modules, " << p.ProceduresNumber << " procedures, " << p.LinesNumber << " lines; "
       << hits << " line hits, total time " << Format(v.TotalTime, "0.000000")
-      << " s, line coverage " << FormaterPourcentage(v.LineCoverage) << ", procedure coverage "
-      << FormaterPourcentage(v.ProcedureCoverage) << ", " << s.nFlowPair << " call pairs";
+      << " s, line coverage " << FormatPercentage(v.LineCoverage) << ", procedure coverage "
+      << FormatPercentage(v.ProcedureCoverage) << ", " << s.nFlowPair << " call pairs";
   return out.str();
 }
 

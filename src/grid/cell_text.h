@@ -4,7 +4,7 @@
 // of thousands of times and percentages on every rebuild, and the general
 // Format (which parses its pattern on each call) dominated the build. These
 // produce byte for byte what Format(value, "0.000000") and
-// FormaterPourcentage(value) give (the tests hold them to it), for any value.
+// FormatPercentage(value) give (the tests hold them to it), for any value.
 
 #include <string>
 
@@ -18,7 +18,7 @@ inline std::string TimeText(double seconds) {
   return FixedText(seconds, 6);
 }
 
-// FormaterPourcentage(x): "0%", "100%", or the percentage with one decimal.
+// FormatPercentage(x): "0%", "100%", or the percentage with one decimal.
 std::string PercentText(double x);
 
 }  // namespace zol

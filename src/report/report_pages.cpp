@@ -385,7 +385,7 @@ std::string ContentsTable(const Workspace& ws, const ContentsEntry& e) {
   table = Replace(table, "%SESSIONFILE%", HtmlPrepareString(GetFileName(e.sessionFile)));
   table = Replace(table, "%PROJECTFILE%", HtmlPrepareString(GetFileName(e.projectFile)));
   table = Replace(table, "%TIME%", Format(v.TotalTime, "0.000000"));
-  table = Replace(table, "%COVERAGE%", FormaterPourcentage(v.LineCoverage));
+  table = Replace(table, "%COVERAGE%", FormatPercentage(v.LineCoverage));
   return Replace(table, "%REPORT%", report);
 }
 

@@ -280,7 +280,8 @@ void PageWalk::SetTexts(std::int32_t hits, double average, double total, double 
   for (int k = 0; k < kColumns; ++k) {
     if (!Selected(k)) continue;
     texts_[static_cast<std::size_t>(k)] =
-        k == 0 ? std::to_string(hits) : FormaterNombre(times[static_cast<std::size_t>(k)], 7, true);
+        k == 0 ? std::to_string(hits)
+               : FormatSignificant(times[static_cast<std::size_t>(k)], 7, true);
   }
 }
 

@@ -18,66 +18,66 @@ TEST(RoundHalfEven, HalvesGoToTheEvenNeighbour) {
   EXPECT_EQ(RoundHalfEven(-0.7), -1);
 }
 
-// ln(1000) / ln(10) lands just below 3; FormaterNombre depends on it.
+// ln(1000) / ln(10) lands just below 3; FormatSignificant depends on it.
 TEST(Log10, IsTheRatioOfNaturalLogs) {
   EXPECT_LT(Log10(1000), 3.0);
   EXPECT_DOUBLE_EQ(Log10(100), 2.0);
   EXPECT_THROW(Log10(0), std::domain_error);
 }
 
-TEST(FormaterPourcentage, ExactEndsHaveNoDecimal) {
-  EXPECT_EQ(FormaterPourcentage(0), "0%");
-  EXPECT_EQ(FormaterPourcentage(1), "100%");
-  EXPECT_EQ(FormaterPourcentage(0.999999), "100.0%");
-  EXPECT_EQ(FormaterPourcentage(0.5), "50.0%");
+TEST(FormatPercentage, ExactEndsHaveNoDecimal) {
+  EXPECT_EQ(FormatPercentage(0), "0%");
+  EXPECT_EQ(FormatPercentage(1), "100%");
+  EXPECT_EQ(FormatPercentage(0.999999), "100.0%");
+  EXPECT_EQ(FormatPercentage(0.5), "50.0%");
 }
 
 // Two roundings: 1234.5 basis points to even (1234), then 12.34 to one
 // decimal; 0.1225 gives exactly 12.25, which the display rounds up.
-TEST(FormaterPourcentage, RoundsBasisPointsToEvenThenDisplaysOneDecimal) {
-  EXPECT_EQ(FormaterPourcentage(0.12345), "12.3%");
-  EXPECT_EQ(FormaterPourcentage(0.1225), "12.3%");
-  EXPECT_EQ(FormaterPourcentage(0.00004), "0.0%");
+TEST(FormatPercentage, RoundsBasisPointsToEvenThenDisplaysOneDecimal) {
+  EXPECT_EQ(FormatPercentage(0.12345), "12.3%");
+  EXPECT_EQ(FormatPercentage(0.1225), "12.3%");
+  EXPECT_EQ(FormatPercentage(0.00004), "0.0%");
 }
 
-TEST(FormaterNombre, ZeroAndLargeValuesAreWholeNumbers) {
-  EXPECT_EQ(FormaterNombre(0, 7, true), "0.000000");
-  EXPECT_EQ(FormaterNombre(0, 7, false), "0");
-  EXPECT_EQ(FormaterNombre(1234567.5, 7, true), "1234568");
-  EXPECT_EQ(FormaterNombre(1234568.5, 7, false), "1234568");  // half to even
-  EXPECT_EQ(FormaterNombre(2.5, 1, true), "2");
+TEST(FormatSignificant, ZeroAndLargeValuesAreWholeNumbers) {
+  EXPECT_EQ(FormatSignificant(0, 7, true), "0.000000");
+  EXPECT_EQ(FormatSignificant(0, 7, false), "0");
+  EXPECT_EQ(FormatSignificant(1234567.5, 7, true), "1234568");
+  EXPECT_EQ(FormatSignificant(1234568.5, 7, false), "1234568");  // half to even
+  EXPECT_EQ(FormatSignificant(2.5, 1, true), "2");
 }
 
-TEST(FormaterNombre, KeepsSignificantDigitsPaddedOrPlain) {
-  EXPECT_EQ(FormaterNombre(1.5, 7, true), "1.500000");
-  EXPECT_EQ(FormaterNombre(1.5, 7, false), "1.5");
-  EXPECT_EQ(FormaterNombre(12.3456789, 7, true), "12.34568");
-  EXPECT_EQ(FormaterNombre(12.3456789, 7, false), "12.34568");
-  EXPECT_EQ(FormaterNombre(123456.7, 7, true), "123456.7");
-  EXPECT_EQ(FormaterNombre(999999.96, 7, true), "1000000.0");
+TEST(FormatSignificant, KeepsSignificantDigitsPaddedOrPlain) {
+  EXPECT_EQ(FormatSignificant(1.5, 7, true), "1.500000");
+  EXPECT_EQ(FormatSignificant(1.5, 7, false), "1.5");
+  EXPECT_EQ(FormatSignificant(12.3456789, 7, true), "12.34568");
+  EXPECT_EQ(FormatSignificant(12.3456789, 7, false), "12.34568");
+  EXPECT_EQ(FormatSignificant(123456.7, 7, true), "123456.7");
+  EXPECT_EQ(FormatSignificant(999999.96, 7, true), "1000000.0");
 }
 
 // Below 1 the digits count from the decimal mark, not from the first
 // significant digit.
-TEST(FormaterNombre, SmallValuesKeepNMinusOneDecimals) {
-  EXPECT_EQ(FormaterNombre(0.0123456789, 7, true), "0.012346");
-  EXPECT_EQ(FormaterNombre(0.0123456789, 7, false), "0.012346");
-  EXPECT_EQ(FormaterNombre(0.00000012, 7, true), "0.000000");
-  EXPECT_EQ(FormaterNombre(0.00000012, 7, false), "0");
+TEST(FormatSignificant, SmallValuesKeepNMinusOneDecimals) {
+  EXPECT_EQ(FormatSignificant(0.0123456789, 7, true), "0.012346");
+  EXPECT_EQ(FormatSignificant(0.0123456789, 7, false), "0.012346");
+  EXPECT_EQ(FormatSignificant(0.00000012, 7, true), "0.000000");
+  EXPECT_EQ(FormatSignificant(0.00000012, 7, false), "0");
 }
 
 // The value is rounded half to even in binary before it is formatted: 2.5
 // tenths stay 2, where formatting 0.25 alone with "0.0" would give 0.3.
-TEST(FormaterNombre, RoundsInBinaryBeforeFormatting) {
-  EXPECT_EQ(FormaterNombre(0.25, 2, true), "0.2");
-  EXPECT_EQ(FormaterNombre(0.25, 2, false), "0.2");
+TEST(FormatSignificant, RoundsInBinaryBeforeFormatting) {
+  EXPECT_EQ(FormatSignificant(0.25, 2, true), "0.2");
+  EXPECT_EQ(FormatSignificant(0.25, 2, false), "0.2");
 }
 
 // Log10(1000) falls below 3, so 1000 is taken for a 3-digit number and gets
 // one decimal more than 999.5 would.
-TEST(FormaterNombre, PowersOfTenFollowTheLogarithm) {
-  EXPECT_EQ(FormaterNombre(1000, 7, true), "1000.0000");
-  EXPECT_EQ(FormaterNombre(1000, 7, false), "1000");
+TEST(FormatSignificant, PowersOfTenFollowTheLogarithm) {
+  EXPECT_EQ(FormatSignificant(1000, 7, true), "1000.0000");
+  EXPECT_EQ(FormatSignificant(1000, 7, false), "1000");
 }
 
 TEST(Prorata, MapsLinearlyAndLimitsToTheTargetRange) {

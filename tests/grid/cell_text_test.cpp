@@ -50,7 +50,7 @@ TEST(CellText, SameTextsAsFormatAndFormaterPourcentageOnRandomValues) {
     const double v = std::pow(10.0, exponent(rng)) * (i % 7 == 0 ? -1 : 1);
     ASSERT_EQ(TimeText(v), Format(v, "0.000000")) << v;
     const double share = unit(rng);
-    ASSERT_EQ(PercentText(share), FormaterPourcentage(share)) << share;
+    ASSERT_EQ(PercentText(share), FormatPercentage(share)) << share;
     // Values on a grid of halves of the last place shown.
     const double half = std::floor(unit(rng) * 1e6) / 1e6 + 5e-7;
     ASSERT_EQ(TimeText(half), Format(half, "0.000000")) << half;

@@ -86,7 +86,7 @@ TEST_F(LoadedSessionGrids, LinesModulesAndProjectsAgreeWithTheSession) {
   EXPECT_EQ(mods.RowCount(), p.ModulesNumber + 1);
   EXPECT_EQ(mods.FindRow("TOTAL")->Text(2), std::to_string(s.SessionValue.TotalLines));
   const Table projects = ShowProjectsCoverage(ws_, Selection(4), sort_).Grid;
-  EXPECT_EQ(projects.RowAt(1).Text(5), FormaterPourcentage(s.SessionValue.LineCoverage));
+  EXPECT_EQ(projects.RowAt(1).Text(5), FormatPercentage(s.SessionValue.LineCoverage));
 
   // An export has a line for the headers and one per row.
   const std::string text = ExportText(mods, true);
