@@ -14,6 +14,10 @@ function(zol_apply_common target)
                         -fno-sanitize-recover=undefined,float-cast-overflow)
     target_link_options(${target} PRIVATE -fsanitize=address,undefined,float-cast-overflow)
   endif()
+  if(ZOLMARK_FUZZ)
+    # Coverage feedback for libFuzzer in every library the fuzzers reach.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
+  endif()
 endfunction()
 
 # zol_library(NAME DEPS dep...): one static library per source folder. Every .cpp

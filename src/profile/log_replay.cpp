@@ -14,4 +14,11 @@ void ThrowBadOrigin(const std::string& file, const pfl::LogRecord& r, std::int32
                            (line ? " lines" : " procedures") + " of the project.");
 }
 
+void ThrowTooDeep(const std::string& file, RecordPlace place) {
+  throw LogError(file, "Record " + std::to_string(place.record) + " of block " +
+                           std::to_string(place.block) + " enters a procedure more than " +
+                           std::to_string(kMaxStackDepth) +
+                           " calls deep, which no real run reaches.");
+}
+
 }  // namespace zol

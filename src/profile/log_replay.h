@@ -22,6 +22,14 @@ namespace zol {
 // units; it is applied as it stands, on purpose.
 inline constexpr double kMinimumTimePerProbe = 0.00000005;
 
+// The deepest call stack a log may build. A real program runs out of stack
+// space long before this (a few thousand nested calls on the usual 1 MB
+// stack); a log that goes deeper is damaged or made up, and replaying it
+// would only grow the replay's stack without end (16 bytes of log hold a
+// frame of the replay's stack, and a zlib block of nothing but entries
+// packs 50,000 of them into a few hundred bytes).
+inline constexpr std::int32_t kMaxStackDepth = 100000;
+
 struct ReplaySetup {
   Workspace& ws;
   std::int32_t cs = 0;
@@ -53,5 +61,9 @@ struct RecordPlace {
 // The fault of a record whose line or procedure ID is not in 1..`count`.
 [[noreturn]] void ThrowBadOrigin(const std::string& file, const pfl::LogRecord& r,
                                  std::int32_t count, RecordPlace place);
+
+// The fault of a procedure entry that would stack more than kMaxStackDepth
+// calls.
+[[noreturn]] void ThrowTooDeep(const std::string& file, RecordPlace place);
 
 }  // namespace zol

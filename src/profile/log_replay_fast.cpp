@@ -19,6 +19,7 @@
 // flow times go to pairs of frames standing on the stack, made when the upper
 // frame was entered, so deferring them changes no order.
 
+#include <algorithm>
 #include <cstdint>
 #include <vector>
 
@@ -208,7 +209,10 @@ class FastReplay : public LogReplay {
     }
     if (session_.FirstProc == 0) session_.FirstProc = id;
     session_.LastProc = id;
-    if (c.depth == Capacity()) GrowStack(c);
+    if (c.depth == Capacity()) {
+      if (c.depth >= kMaxStackDepth) ThrowTooDeep(file_, place);
+      GrowStack(c);
+    }
     c.depth += 1;
     c.top += 1;
     Frame& frame = *c.top;
@@ -227,10 +231,11 @@ class FastReplay : public LogReplay {
     ThrowBadOrigin(file_, r, static_cast<std::int32_t>(count), place);
   }
 
-  // Frames beyond the first 50 are added in bulk; new slots start empty, as
-  // in the literal replay.
+  // Frames beyond the first 50 are added in bulk, up to the deepest stack a
+  // log may build; new slots start empty, as in the literal replay.
   void GrowStack(Cursor& c) {
-    stack_.resize(stack_.size() * 2);
+    const auto deepest = static_cast<std::size_t>(kSpareFrames + kMaxStackDepth);
+    stack_.resize(std::min(stack_.size() * 2, deepest));
     c.top = Frames() + c.depth;
   }
 

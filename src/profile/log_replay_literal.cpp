@@ -41,6 +41,7 @@ class LiteralReplay : public LogReplay {
         nRecord = pfl::kDataRecordsPerBlock;
         continue;
       }
+      place_ = {index, nRecord};
       try {
         Replay(r, lTime, lastBlock);
       } catch (const BoundsError&) {
@@ -138,6 +139,7 @@ class LiteralReplay : public LogReplay {
     }
     if (session_.FirstProc == 0) session_.FirstProc = ID;
     session_.LastProc = ID;
+    if (StackDepth == kMaxStackDepth) ThrowTooDeep(file_, place_);
     StackDepth += 1;
     if (StackDepth > MaxDepth) {
       MaxDepth = StackDepth;
@@ -206,6 +208,7 @@ class LiteralReplay : public LogReplay {
   const std::string file_;
 
   std::int32_t MaxDepth = 50;
+  RecordPlace place_;  // the record being replayed, for messages
   Array1<StackFrame> Stack;
   std::int32_t StackDepth = 0;
   std::int32_t CurrentLine = 0;
