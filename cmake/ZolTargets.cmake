@@ -2,7 +2,7 @@
 
 # -Wrestrict is off: GCC 12 reports std::string assignments at -O2 as overlapping
 # copies (a known false positive of that compiler), which would drown real warnings.
-set(ZOL_WARNINGS -Wall -Wextra -Wpedantic -Wno-unused-parameter -Wno-restrict)
+set(ZOL_WARNINGS -Wall -Wextra -Wpedantic -Wno-unused-parameter $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
 function(zol_apply_common target)
   target_compile_options(${target} PRIVATE ${ZOL_WARNINGS})

@@ -10,6 +10,8 @@ PACKAGES=(
   qt6-base-dev qt6-charts-dev libqt6opengl6-dev libgl-dev
   xvfb xauth fonts-dejavu-core
   python3
+  clang libclang-rt-14-dev
+  dpkg-dev fakeroot help2man desktop-file-utils shared-mime-info xdg-utils
 )
 
 missing=()
