@@ -1,9 +1,25 @@
 # Bash completion of zolprof: its commands, then each command's options and
-# the files it reads.
+# the files it reads. Uses the helpers of bash-completion when they are
+# loaded, and plain compgen when they are not.
+
+_zolprof_files() {
+  if declare -F _filedir >/dev/null; then
+    _filedir "$@"
+  else
+    COMPREPLY=($(compgen -f -- "$cur"))
+  fi
+}
 
 _zolprof() {
   local cur prev words cword
-  _init_completion || return
+  if declare -F _init_completion >/dev/null; then
+    _init_completion || return
+  else
+    words=("${COMP_WORDS[@]}")
+    cword=$COMP_CWORD
+    cur="${COMP_WORDS[COMP_CWORD]}"
+    prev="${COMP_WORDS[COMP_CWORD - 1]}"
+  fi
 
   local commands="diff dump export filter flow live load merge report scan sessions source table tree version"
   local command="" i
@@ -34,10 +50,10 @@ _zolprof() {
 
   case "$prev" in
     -o | --output | --record | --replay | --project | --csv | --txt | --socket)
-      _filedir
+      _zolprof_files
       return
       ;;
   esac
-  _filedir '@(pfl|PFL|pfd|PFd|PFD|vbp|VBP|vbg|VBG|zle|ini|INI)'
+  _zolprof_files '@(pfl|PFL|pfd|PFd|PFD|vbp|VBP|vbg|VBG|zle|ini|INI)'
 }
 complete -F _zolprof zolprof

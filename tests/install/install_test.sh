@@ -49,4 +49,17 @@ table="$("$usr/bin/zolprof" table --tab procedures "$demo/Monday.pfl")"
 grep -q "AsText" <<<"$table" || fail "the procedures table of the demo lacks CInvoice.AsText"
 after="$(cd "$demo" && ls -l --time-style=+%s . | sort)"
 [[ "$before" == "$after" ]] || fail "reading the installed demo changed its files"
+# The completion offers every command that zolprof's help lists, and the
+# options of a command.
+commands="$("$usr/bin/zolprof" --help | sed -n '/^Subcommands:/,$p' | awk 'NR > 1 && NF {print $1}')"
+completion="$usr/share/bash-completion/completions/zolprof"
+offered="$(PATH="$usr/bin:$PATH" bash -c 'source "$1"; COMP_WORDS=(zolprof ""); COMP_CWORD=1
+  _zolprof; printf "%s\n" "${COMPREPLY[@]}"' _ "$completion")"
+for c in $commands; do
+  grep -qx "$c" <<<"$offered" || fail "the bash completion doesn't offer the command $c"
+done
+options="$(PATH="$usr/bin:$PATH" bash -c 'source "$1"; COMP_WORDS=(zolprof table --t); COMP_CWORD=2
+  _zolprof; printf "%s\n" "${COMPREPLY[@]}"' _ "$completion")"
+grep -qx -- "--tab" <<<"$options" || fail "the bash completion doesn't offer table's --tab"
+
 echo "installed into $usr: zolprof --version and zolprof table on the demo pass"
