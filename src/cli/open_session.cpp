@@ -34,7 +34,7 @@ bool ReplayInMemory(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   }
   if (p.ModulesNumber == 0 || p.LinesNumber != s.LinesNumber ||
       p.ProceduresNumber != s.ProceduresNumber) {
-    std::cerr << "zolprof: the project " << s.ProjectFile
+    std::cerr << "zolprof: " << s.SessionFile << ": the project " << s.ProjectFile
               << " is missing, empty, or does not match the log's counts (" << s.LinesNumber
               << " lines, " << s.ProceduresNumber << " procedures; the project has "
               << p.LinesNumber << " and " << p.ProceduresNumber << ")\n";
@@ -88,10 +88,16 @@ std::optional<std::int32_t> OpenSession(Workspace& ws, const std::string& file,
     ws.Session(cs).ProjectFile = *vbp;
     ws.Session(cs).Project = AssignProjectToSession(ws, cs, *vbp);
   }
-  const bool ok = options.readOnly && IsLog(ws.Session(cs).SessionFile)
-                      ? ReplayInMemory(ws, cs, options.replay)
-                      : LoadSession(ws, cs, options.replay);
-  if (!ok) return std::nullopt;
+  if (options.readOnly && IsLog(ws.Session(cs).SessionFile)) {
+    if (!ReplayInMemory(ws, cs, options.replay)) return std::nullopt;
+    return cs;
+  }
+  if (!LoadSession(ws, cs, options.replay)) {
+    // Some of the load's messages (a project that is gone) don't name the
+    // file, and several files may be loaded in one command.
+    std::cerr << "zolprof: " << file << ": not loaded\n";
+    return std::nullopt;
+  }
   return cs;
 }
 
