@@ -8,6 +8,7 @@
 // drift from a replay of the same store; so a double is made only where a
 // span is added into a session's field or compared with the floor.
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "base/vb_format.h"
 #include "live/compute_thread.h"
 #include "profile/log_reader.h"
+#include "profile/log_replay.h"
 
 namespace zol {
 
@@ -59,7 +61,7 @@ class Walk {
   Walk(Workspace& ws, const EventStore& store) : ws_(ws), store_(store) {
     StackDepth.assign(static_cast<std::size_t>(store.nThread) + 1, 0);
     Stack.assign(static_cast<std::size_t>(store.nThread) + 1,
-                 std::vector<Frame>(static_cast<std::size_t>(MaxDepth) + 1));
+                 std::vector<Frame>(static_cast<std::size_t>(kFirstDepth) + 1));
   }
 
   std::vector<std::string> Run(const std::function<void(const std::string&)>& status) {
@@ -180,6 +182,12 @@ class Walk {
   }
 
   void Enter(std::int32_t thread, std::int32_t lProcID, std::int64_t lTime) {
+    // A sender that only enters would grow the stack without end; no real
+    // thread nests this deep, so the entry is reported and passed over.
+    if (Depth(thread) >= kMaxStackDepth) {
+      throw BoundsError("thread " + std::to_string(thread) + " enters a procedure more than " +
+                        std::to_string(kMaxStackDepth) + " calls deep");
+    }
     Session& s = ws_.Session(cs);
     if (Depth(thread) != 0) {
       Frame& top = Top(thread);
@@ -192,9 +200,12 @@ class Walk {
     s.LastProc = lProcID;
     std::int32_t& depth = Depth(thread);
     depth += 1;
-    if (depth > MaxDepth) {
-      MaxDepth = depth;
-      for (auto& stack : Stack) stack.resize(static_cast<std::size_t>(MaxDepth) + 1);
+    // Each thread's stack grows on its own, so memory follows the depth each
+    // thread reached rather than the deepest one times the thread count. New
+    // slots start empty, as they would in a stack grown for another thread.
+    auto& stack = Stack[static_cast<std::size_t>(thread)];
+    if (static_cast<std::size_t>(depth) >= stack.size()) {
+      stack.resize(std::max(stack.size() * 2, static_cast<std::size_t>(depth) + 1));
     }
     Frame& frame = Top(thread);
     frame.TotalTime = 0;
@@ -267,7 +278,7 @@ class Walk {
   std::int32_t CurrentLineSession = 0;
   std::int64_t CurrentLineStartTime = 0;
   std::int32_t CurrentThread = 1;
-  std::int32_t MaxDepth = 2;
+  static constexpr std::int32_t kFirstDepth = 2;
   std::vector<std::int32_t> StackDepth;   // by thread, from 1
   std::vector<std::vector<Frame>> Stack;  // by thread, then depth, from 1
   std::vector<std::string> faults_;

@@ -6,6 +6,7 @@
 
 #include "live/compute_thread.h"
 #include "live/live_fixture.h"
+#include "profile/log_replay.h"
 
 namespace zol {
 namespace {
@@ -186,6 +187,26 @@ TEST(ThreadWalk, EventsOfAThreadWithoutSessionAreReportedAndPassedOver) {
   EXPECT_EQ(faults[1].rfind("event 2: ", 0), 0u) << faults[1];
   EXPECT_EQ(f.Line(1, 1).Hits, 1);
   EXPECT_DOUBLE_EQ(f.Line(1, 1).TotalTime, Units(93));
+}
+
+// A sender that enters without end can't make the walk grow without end: the
+// entry beyond the deepest stack a run can build is reported and passed over,
+// and the other thread's stack stays as small as its own calls.
+TEST(ThreadWalk, AStackDeeperThanAnyRealRunIsReportedAndNotGrown) {
+  WalkFixture f(2, {});
+  const std::int32_t entries = kMaxStackDepth + 1;
+  f.store.ProfileEvent.ReDim(entries + 2 + 5);
+  for (std::int32_t i = 1; i <= entries; ++i) f.store.ProfileEvent(i) = Enter(1, 1, 100 + i);
+  f.store.ProfileEvent(entries + 1) = Enter(2, 2, 100 + entries + 1);
+  f.store.ProfileEvent(entries + 2) = Leave(2, 2, 100 + entries + 11);
+  f.store.ProfileIndex = entries + 2;
+  const std::vector<std::string> faults = WalkEvents(f.ws, f.store);
+  ASSERT_EQ(faults.size(), 1u);
+  EXPECT_EQ(faults[0], "event " + std::to_string(entries) +
+                           ": thread 1 enters a procedure more than 100000 calls deep");
+  EXPECT_EQ(f.Proc(1, 1).Hits, kMaxStackDepth);
+  EXPECT_EQ(f.Proc(2, 2).Hits, 1);
+  EXPECT_DOUBLE_EQ(f.Proc(2, 2).TotalTime, Units(10 - 7));
 }
 
 }  // namespace
