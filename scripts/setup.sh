@@ -11,7 +11,7 @@ PACKAGES=(
   xvfb xauth fonts-dejavu-core
   python3
   clang libclang-rt-14-dev
-  dpkg-dev fakeroot help2man desktop-file-utils shared-mime-info xdg-utils
+  dpkg-dev help2man desktop-file-utils
 )
 
 missing=()
