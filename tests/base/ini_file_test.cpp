@@ -1,8 +1,12 @@
 #include "base/ini_file.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
 
 #include "base/files.h"
 #include "base/scoped_temp_dir.h"
@@ -160,6 +164,37 @@ TEST(IniFile, WritersInTwoProcessesLoseNoKey) {
     EXPECT_EQ(Get("Profiler", "Child" + std::to_string(i), ini), "v") << i;
     EXPECT_EQ(Get("Profiler", "Parent" + std::to_string(i), ini), "v") << i;
   }
+}
+
+// A writer killed at any moment leaves the settings file as one of its whole
+// versions: the keys written so far, each on a line of its own, never a line
+// cut short.
+TEST(IniFile, AWriterKilledAtAnyMomentLeavesAWholeFile) {
+  ScopedTempDir dir;
+  const std::string ini = dir / "killed.ini";
+  const std::string value(200, 'v');
+  std::ptrdiff_t keysSeen = 0;
+  for (int round = 0; round < 12; ++round) {
+    std::remove(ini.c_str());
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+      for (int i = 0;; ++i)
+        VBWritePrivateProfileString("Profiler", "Key" + std::to_string(i), value, ini);
+    }
+    ::usleep(static_cast<useconds_t>(2000 + 3000 * round));
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    if (!FileExist(ini)) continue;
+    std::string expected = "[Profiler]\r\n";
+    const std::string text = LoadFile(ini);
+    for (int i = 0; expected.size() < text.size(); ++i) {
+      expected += "Key" + std::to_string(i) + "=" + value + "\r\n";
+    }
+    EXPECT_EQ(text, expected) << "round " << round;
+    keysSeen = std::max(keysSeen, std::count(text.begin(), text.end(), '\n') - 1);
+  }
+  std::printf("12 kills: at most %ld keys written before one\n", static_cast<long>(keysSeen));
 }
 
 TEST(IniFile, LongValuesAreCut) {
