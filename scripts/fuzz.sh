@@ -38,10 +38,12 @@ for t in "${targets[@]}"; do
   echo "== fuzz_$t: $seconds s" >&2
   status=0
   # The scratch files of the targets go to a folder of this run.
-  TMPDIR="$(mktemp -d)" ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+  scratch="$(mktemp -d)"
+  TMPDIR="$scratch" ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
     "build/fuzz/fuzz/fuzz_$t" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 \
     -print_final_stats=1 -artifact_prefix="$findings/" "$corpus" "build/fuzz/seeds/$t" \
     >"$log" 2>&1 || status=$?
+  rm -rf "$scratch"
   grep -E '^(#[0-9]+ +DONE|stat::number_of_executed_units|stat::peak_rss_mb)' "$log" >&2 || true
   grep -oE 'cov: [0-9]+ ft: [0-9]+' "$log" | tail -1 >&2 || true
   if ((status != 0)); then
