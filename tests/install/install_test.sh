@@ -7,7 +7,15 @@ set -euo pipefail
 build="$1"
 cmake="$2"
 stage="$(mktemp -d)"
-trap 'rm -rf "$stage"' EXIT
+# An install writes its list of files into the build folder; the list of the
+# user's own install (which tells what to remove to uninstall it) is put back.
+manifest="$build/install_manifest.txt"
+if [[ -f "$manifest" ]]; then cp -p "$manifest" "$stage/manifest"; fi
+restore() {
+  if [[ -f "$stage/manifest" ]]; then cp -p "$stage/manifest" "$manifest"; else rm -f "$manifest"; fi
+  rm -rf "$stage"
+}
+trap restore EXIT
 export ZOLMARK_HOME="$stage/home"
 
 fail() {
