@@ -57,12 +57,13 @@ int WriteAll(int fd, std::string_view bytes) {
   return 0;
 }
 
-void WriteWithFlags(const std::string& tFile, std::string_view bytes, int flags) {
-  const std::string path = ToNativePath(tFile);
+void WriteWithFlags(const std::string& fileName, std::string_view bytes, int flags) {
+  const std::string path = ToNativePath(fileName);
   FileDescriptor fd(::open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0666));
-  if (!fd.valid()) throw FileError("Cannot open file for writing", tFile, errno);
-  if (const int err = WriteAll(fd.get(), bytes)) throw FileError("Cannot write file", tFile, err);
-  if (const int err = fd.Close()) throw FileError("Cannot write file", tFile, err);
+  if (!fd.valid()) throw FileError("Cannot open file for writing", fileName, errno);
+  if (const int err = WriteAll(fd.get(), bytes))
+    throw FileError("Cannot write file", fileName, err);
+  if (const int err = fd.Close()) throw FileError("Cannot write file", fileName, err);
 }
 
 std::string TrimTrailingSeparators(std::string path) {
@@ -155,14 +156,14 @@ FileError::FileError(const std::string& action, const std::string& path, int osE
 FileError::FileError(const std::string& message, const std::string& path)
     : std::runtime_error(message + " \"" + path + "\""), path_(path) {}
 
-bool FileExist(const std::string& tFile) {
+bool FileExist(const std::string& fileName) {
   struct stat st {};
-  return ::stat(ToNativePath(tFile).c_str(), &st) == 0 && S_ISREG(st.st_mode);
+  return ::stat(ToNativePath(fileName).c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
 
-bool FolderExist(const std::string& tFolder) {
+bool FolderExist(const std::string& folderPath) {
   struct stat st {};
-  return ::stat(ToNativePath(tFolder).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+  return ::stat(ToNativePath(folderPath).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
 std::string LoadFile(const std::string& sFileName) {
@@ -191,27 +192,27 @@ std::string LoadFile(const std::string& sFileName) {
   return content;
 }
 
-void WriteFile(const std::string& tFile, std::string_view tString) {
-  WriteWithFlags(tFile, tString, O_TRUNC);
+void WriteFile(const std::string& fileName, std::string_view text) {
+  WriteWithFlags(fileName, text, O_TRUNC);
 }
 
-void AppendToFile(const std::string& tFile, std::string_view tString) {
-  WriteWithFlags(tFile, tString, O_APPEND);
+void AppendToFile(const std::string& fileName, std::string_view text) {
+  WriteWithFlags(fileName, text, O_APPEND);
 }
 
-void WriteFileAtomic(const std::string& tFile, std::string_view bytes) {
-  if (tFile.empty()) throw FileError("Cannot write a file without a name", tFile);
-  const std::string target = FollowLink(ToNativePath(tFile));
+void WriteFileAtomic(const std::string& fileName, std::string_view bytes) {
+  if (fileName.empty()) throw FileError("Cannot write a file without a name", fileName);
+  const std::string target = FollowLink(ToNativePath(fileName));
   RemoveStaleSiblings(GetPath(target));
   std::string sibling;
   int createError = 0;
   FileDescriptor fd = CreateSibling(target, sibling, createError);
-  if (!fd.valid()) throw FileError("Cannot create a temporary file beside", tFile, createError);
+  if (!fd.valid()) throw FileError("Cannot create a temporary file beside", fileName, createError);
 
   auto fail = [&](int err) {
     if (fd.valid()) fd.Close();
     ::unlink(sibling.c_str());
-    throw FileError("Cannot write file", tFile, err);
+    throw FileError("Cannot write file", fileName, err);
   };
   if (const int err = WriteAll(fd.get(), bytes)) fail(err);
   struct stat old {};
@@ -224,14 +225,14 @@ void WriteFileAtomic(const std::string& tFile, std::string_view bytes) {
   SyncFolderOf(target);
 }
 
-std::string GetFreeFile(const std::string& tFile, const std::string& Separator,
+std::string GetFreeFile(const std::string& fileName, const std::string& Separator,
                         bool ForceNumbered) {
-  if (!ForceNumbered && !PathTaken(tFile)) return tFile;
-  const std::size_t nameStart = tFile.size() - GetFileName(tFile).size();
-  std::size_t dot = tFile.rfind('.');
-  if (dot == std::string::npos || dot <= nameStart) dot = tFile.size();
-  const std::string body = tFile.substr(0, dot);
-  const std::string extension = tFile.substr(dot);
+  if (!ForceNumbered && !PathTaken(fileName)) return fileName;
+  const std::size_t nameStart = fileName.size() - GetFileName(fileName).size();
+  std::size_t dot = fileName.rfind('.');
+  if (dot == std::string::npos || dot <= nameStart) dot = fileName.size();
+  const std::string body = fileName.substr(0, dot);
+  const std::string extension = fileName.substr(dot);
   for (long n = 1;; ++n) {
     std::string candidate = body + Separator + std::to_string(n) + extension;
     if (!PathTaken(candidate)) return candidate;

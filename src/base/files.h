@@ -27,36 +27,37 @@ class FileError : public std::runtime_error {
   int osError_ = 0;
 };
 
-// A file (or a link to one) exists at `tFile`; false for a folder.
-bool FileExist(const std::string& tFile);
-// A folder (or a link to one) exists at `tFolder`.
-bool FolderExist(const std::string& tFolder);
+// A file (or a link to one) exists at `fileName`; false for a folder.
+bool FileExist(const std::string& fileName);
+// A folder (or a link to one) exists at `folderPath`.
+bool FolderExist(const std::string& folderPath);
 
 // The whole file as bytes; empty when it doesn't exist.
 std::string LoadFile(const std::string& sFileName);
 
-// Writes `tString` as the whole file, replacing any earlier content.
-void WriteFile(const std::string& tFile, std::string_view tString);
-// Appends `tString` to the file, which is made if it doesn't exist.
-void AppendToFile(const std::string& tFile, std::string_view tString);
+// Writes `str` as the whole file, replacing any earlier content.
+void WriteFile(const std::string& fileName, std::string_view str);
+// Appends `str` to the file, which is made if it doesn't exist.
+void AppendToFile(const std::string& fileName, std::string_view str);
 
 // Replaces the file by `bytes` so that it is never seen half written: the bytes
 // go to a new file in the same folder, are flushed to disk, and that file is
-// renamed over `tFile`, keeping the permissions of the file it replaces. On any
+// renamed over `fileName`, keeping the permissions of the file it replaces. On any
 // failure the old file is left as it was, the new one removed, and FileError
 // thrown. A link is followed: the file it points to is replaced.
 // New files left in that folder by such a write that was killed before its
 // rename (".<name>.<pid>-...tmp" of a process that no longer runs) are removed
 // first.
-void WriteFileAtomic(const std::string& tFile, std::string_view bytes);
+void WriteFileAtomic(const std::string& fileName, std::string_view bytes);
 
-// A name that nothing on disk has yet. `tFile` is split at the last "." of its
+// A name that nothing on disk has yet. `fileName` is split at the last "." of its
 // file name into body and extension (a leading "." doesn't count); unless
-// `ForceNumbered`, `tFile` itself is the first candidate, then body, Separator,
+// `ForceNumbered`, `fileName` itself is the first candidate, then body, Separator,
 // 1, 2, ... and the extension: GetFreeFile("a\Title.pfd", " ", true) gives
 // "a\Title 1.pfd", or "a\Title 2.pfd" when that exists. The result keeps the
-// separators of `tFile`.
-std::string GetFreeFile(const std::string& tFile, const std::string& Separator, bool ForceNumbered);
+// separators of `fileName`.
+std::string GetFreeFile(const std::string& fileName, const std::string& Separator,
+                        bool ForceNumbered);
 
 // Makes the folder with all its parents; trailing separators don't count.
 // Throws FileError when it can't be made or a file is in the way.

@@ -66,20 +66,20 @@ std::string GetPath(const std::string& FilePath) {
   return pos == std::string::npos ? std::string() : FilePath.substr(0, pos);
 }
 
-Array1<std::string> GetParseDir(const std::string& tFile) {
+Array1<std::string> GetParseDir(const std::string& file) {
   Array1<std::string> dirs;
   dirs.ReDim(1);
-  if (!IsRootedPath(tFile)) {
-    const auto colon = tFile.find(':');
-    if (colon != std::string::npos) dirs(1) = tFile.substr(0, colon + 1);
+  if (!IsRootedPath(file)) {
+    const auto colon = file.find(':');
+    if (colon != std::string::npos) dirs(1) = file.substr(0, colon + 1);
     return dirs;
   }
   int n = 0;
-  for (std::size_t i = FirstSeparatorSearchStart(tFile); i < tFile.size(); ++i) {
-    if (!IsPathSeparator(tFile[i])) continue;
+  for (std::size_t i = FirstSeparatorSearchStart(file); i < file.size(); ++i) {
+    if (!IsPathSeparator(file[i])) continue;
     ++n;
     if (n > 1) dirs.ReDimPreserve(n);
-    dirs(n) = tFile.substr(0, i + 1);
+    dirs(n) = file.substr(0, i + 1);
   }
   return dirs;
 }

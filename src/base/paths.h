@@ -23,12 +23,12 @@ std::string GetFileBody(const std::string& FilePath);
 // The text before the last separator, without it; empty when there is none.
 std::string GetPath(const std::string& FilePath);
 
-// The folders that lead down to `tFile`, each with all its parents and its
+// The folders that lead down to `fileName`, each with all its parents and its
 // trailing separator, from the root down: "C:\a\b\f.txt" gives "C:\", "C:\a\",
 // "C:\a\b\"; "\\srv\share\f" gives "\\srv\", "\\srv\share\"; "/home/u/f" gives
 // "/", "/home/", "/home/u/". A path that is not rooted gives one element: empty,
 // or the drive ("C:" for "C:f").
-Array1<std::string> GetParseDir(const std::string& tFile);
+Array1<std::string> GetParseDir(const std::string& fileName);
 
 // `relPath` taken relative to the folder `refPath`, which must be absolute and
 // end in a separator. Every "..\" (or "../") in `relPath` climbs one folder and

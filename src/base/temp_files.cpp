@@ -33,10 +33,10 @@ void DeleteQuietly(const std::string& entry) {
 
 }  // namespace
 
-void TempFileRegistry::AddToDeleteOnExit(const std::string& arg, bool fIsFolder) {
+void TempFileRegistry::AddToDeleteOnExit(const std::string& arg, bool isFolder) {
   // An empty folder name would register the root folder.
   if (arg.empty()) return;
-  DeleteOnExit_.push_back(fIsFolder ? WithTrailingSeparator(arg) : arg);
+  DeleteOnExit_.push_back(isFolder ? WithTrailingSeparator(arg) : arg);
 }
 
 void TempFileRegistry::DeleteTempFiles() {
@@ -50,7 +50,7 @@ std::string GetTempPath() {
 }
 
 std::string GetTempFileName(const std::string& lpPathName, const std::string& sPrefix,
-                            bool fDeleteOnExit, TempFileRegistry& registry) {
+                            bool deleteOnExit, TempFileRegistry& registry) {
   const std::string folder =
       lpPathName.empty() ? GetTempPath() : WithTrailingSeparator(ToNativePath(lpPathName));
   // The name is cut at a zero character, as the system's C strings would.
@@ -59,7 +59,7 @@ std::string GetTempFileName(const std::string& lpPathName, const std::string& sP
   const int fd = ::mkstemps(name.data(), 4);
   if (fd < 0) throw FileError("Cannot create a temporary file in", folder, errno);
   ::close(fd);
-  if (fDeleteOnExit) {
+  if (deleteOnExit) {
     registry.AddToDeleteOnExit(name, false);
   } else {
     ::unlink(name.c_str());

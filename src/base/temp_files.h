@@ -13,7 +13,7 @@ class TempFileRegistry {
  public:
   // For a folder the path gets exactly one trailing separator: its trailing
   // "\" and "/" are trimmed and one "/" appended. An empty path is ignored.
-  void AddToDeleteOnExit(const std::string& arg, bool fIsFolder);
+  void AddToDeleteOnExit(const std::string& arg, bool isFolder);
   // Deletes every registered file and folder that still exists, ignoring
   // errors, then empties the list.
   void DeleteTempFiles();
@@ -31,10 +31,10 @@ std::string GetTempPath();
 
 // A new unique temporary file name in `lpPathName` (GetTempPath() when empty)
 // beginning with `sPrefix` and ending in ".tmp". The file is created; with
-// fDeleteOnExit it stays and is registered in `registry`, otherwise it is
+// deleteOnExit it stays and is registered in `registry`, otherwise it is
 // deleted and only the name kept. Throws FileError when the folder can't take
 // a new file.
 std::string GetTempFileName(const std::string& lpPathName, const std::string& sPrefix,
-                            bool fDeleteOnExit, TempFileRegistry& registry);
+                            bool deleteOnExit, TempFileRegistry& registry);
 
 }  // namespace zol

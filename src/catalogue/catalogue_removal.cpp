@@ -11,12 +11,12 @@ namespace {
 
 // Deletes a session or group file. A file that is already gone is no fault;
 // any other failure is reported, naming the file and the system's reason.
-void DeleteSessionFile(Workspace& ws, const std::string& tFile) {
-  if (tFile.empty()) return;
+void DeleteSessionFile(Workspace& ws, const std::string& path) {
+  if (path.empty()) return;
   std::error_code ec;
-  std::filesystem::remove(ToNativePath(tFile), ec);
+  std::filesystem::remove(ToNativePath(path), ec);
   if (ec) {
-    ws.prompter().ShowMessage(FileError("Cannot delete file", tFile, ec.value()).what(),
+    ws.prompter().ShowMessage(FileError("Cannot delete file", path, ec.value()).what(),
                               MessageKind::Exclamation);
   }
 }

@@ -47,14 +47,14 @@ Array1<std::string> RetrieveFileHistory(const Workspace& ws, const std::string& 
   return list;
 }
 
-void AddToFileHistory(Workspace& ws, const std::string& arg, const std::string& tFiles,
+void AddToFileHistory(Workspace& ws, const std::string& arg, const std::string& files,
                       const std::string& referenceFolder) {
   std::string file = arg;
   if (EndsWith(file, ".pfl")) file.back() = 'd';
   const auto found = ResolveExistingFile(file, referenceFolder);
   if (!found) return;
   file = *found;
-  const std::string prefix = tFiles == "?" ? PrefixFor(file) : tFiles;
+  const std::string prefix = files == "?" ? PrefixFor(file) : files;
   try {
     Array1<std::string> list = RetrieveFileHistory(ws, prefix);
     list.ReDimPreserve(kFileHistoryLength + 1);
@@ -73,9 +73,9 @@ void AddToFileHistory(Workspace& ws, const std::string& arg, const std::string& 
   }
 }
 
-void AddProjectToFileHistory(Workspace& ws, const std::string& tProject,
+void AddProjectToFileHistory(Workspace& ws, const std::string& projectFile,
                              const std::string& referenceFolder) {
-  std::string project = tProject;
+  std::string project = projectFile;
   std::string folder = referenceFolder;
   if (EndsWith(project, ".ini")) {
     const auto ini = ResolveExistingFile(project, referenceFolder);

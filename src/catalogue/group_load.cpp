@@ -36,10 +36,10 @@ void DropMembers(Workspace& ws, std::int32_t sg) {
 
 bool LoadSessionGroup(Workspace& ws, std::int32_t sg) {
   if (ws.SessionGroup(sg).Loaded) return true;
-  const std::string tFile = ws.SessionGroup(sg).SessionFile;
+  const std::string path = ws.SessionGroup(sg).SessionFile;
   std::string fault;
   try {
-    if (!LoadSessionInfoGroup(ws, sg, tFile)) return false;
+    if (!LoadSessionInfoGroup(ws, sg, path)) return false;
     AssignMemberProjects(ws, ws.SessionGroup(sg));
     CreateGroupSession(ws, sg);
   } catch (const SessionFileError& e) {
@@ -47,7 +47,7 @@ bool LoadSessionGroup(Workspace& ws, std::int32_t sg) {
   } catch (const ScanError& e) {
     fault = e.what();
   } catch (const MergeError& e) {
-    fault = CorruptSessionFileMessage(tFile) + "\n" + e.what();
+    fault = CorruptSessionFileMessage(path) + "\n" + e.what();
   }
   if (!fault.empty()) {
     DropMembers(ws, sg);
@@ -56,7 +56,7 @@ bool LoadSessionGroup(Workspace& ws, std::int32_t sg) {
   }
   SessionGroup& g = ws.SessionGroup(sg);
   g.Loaded = true;
-  AddProjectToFileHistory(ws, g.IniFile, GetPath(tFile));
+  AddProjectToFileHistory(ws, g.IniFile, GetPath(path));
   return true;
 }
 

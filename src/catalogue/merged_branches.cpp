@@ -34,8 +34,8 @@ void ProjectTree::AddMergeRoots(bool fHomogeneous) {
   AddRoot(nodes_, kMergeKey, "Merged Sessions " + kind);
 }
 
-void ProjectTree::SelectionChanged(bool fNothingTicked) {
-  if (fNothingTicked) nodes_.Clear();
+void ProjectTree::SelectionChanged(bool nothingTicked) {
+  if (nothingTicked) nodes_.Clear();
 }
 
 void ProjectTree::ShowMergedGroupRoots(const std::string& groupFileName) {
@@ -49,23 +49,23 @@ void ProjectTree::ShowMergedGroupRoots(const std::string& groupFileName) {
   }
 }
 
-void ProjectTree::ShowMergedSession(std::int32_t MergeIndex, bool fGroup) {
+void ProjectTree::ShowMergedSession(std::int32_t MergeIndex, bool group) {
   const Session& merged = ws_.Session(MergeIndex);
   TreeNode* merge = nodes_.Find(kMergeKey);
   TreeNode* compare = nodes_.Find(kCompareKey);
   if (!merge || !compare) return;
-  if (!fGroup) {
+  if (!group) {
     merge->Text = MergedRootText("Merged Sessions ", ws_.fHomogeneous, merged);
     compare->Text = MergedRootText("Compared Sessions ", ws_.fHomogeneous, merged);
   }
   AddMergedBranch(kMergeKey, MergeIndex, SessionKey(MergeIndex), true);
   // A member of merged groups is compared under its project's number.
-  AddMergedBranch(kCompareKey, MergeIndex, "S-" + std::to_string(fGroup ? merged.Project : 1),
+  AddMergedBranch(kCompareKey, MergeIndex, "S-" + std::to_string(group ? merged.Project : 1),
                   false);
 }
 
 void ProjectTree::AddMergedBranch(const char* rootKey, std::int32_t MergeIndex,
-                                  const std::string& sessionKey, bool fFigures) {
+                                  const std::string& sessionKey, bool withFigures) {
   if (nodes_.Find(sessionKey)) return;
   const Session& s = ws_.Session(MergeIndex);
   const Project& p = ws_.Project(s.Project);
@@ -78,15 +78,15 @@ void ProjectTree::AddMergedBranch(const char* rootKey, std::int32_t MergeIndex,
     const ModuleValue& mv = s.ModuleValue(m);
     const std::string moduleKey = ModuleKey(sessionKey, m);
     nodes_.Add(sessionKey, moduleKey,
-               fFigures ? ModuleNodeText(module, mv)
-                        : ComparedNodeText(module.Name, mv.IsCovered, mv.IsProfiled),
+               withFigures ? ModuleNodeText(module, mv)
+                           : ComparedNodeText(module.Name, mv.IsCovered, mv.IsProfiled),
                "TYPE" + std::to_string(module.Type));
     for (const std::int32_t id : byModule[static_cast<std::size_t>(m)]) {
       const Procedure& proc = p.Procedure(id);
       const ProcedureValue& pv = s.ProcedureValue(id);
       nodes_.Add(moduleKey, ProcedureKey(moduleKey, id),
-                 fFigures ? MergedProcedureNodeText(proc, pv, mv)
-                          : ComparedNodeText(proc.Name, pv.IsCovered, pv.IsProfiled),
+                 withFigures ? MergedProcedureNodeText(proc, pv, mv)
+                             : ComparedNodeText(proc.Name, pv.IsCovered, pv.IsProfiled),
                  "PROC" + std::to_string(proc.Type));
     }
   }

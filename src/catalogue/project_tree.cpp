@@ -60,7 +60,7 @@ void ProjectTree::AddSessionBranch(std::int32_t cs, const std::string& parentKey
   }
 }
 
-void ProjectTree::SelectSession(std::int32_t cs, const std::string& tGroupNode, bool fDontClick) {
+void ProjectTree::SelectSession(std::int32_t cs, const std::string& groupNode, bool dontClick) {
   if (!ws_.Session.InRange(cs)) return;
   const Session& s = ws_.Session(cs);
   if (s.Selected || !s.Loaded || !ws_.Project.InRange(s.Project) ||
@@ -70,17 +70,17 @@ void ProjectTree::SelectSession(std::int32_t cs, const std::string& tGroupNode, 
   Prompter& progress = ws_.prompter();
   progress.SetProgressText("Building Tree view...");
   progress.DoEvents();
-  AddSessionBranch(cs, tGroupNode);
+  AddSessionBranch(cs, groupNode);
   ws_.Session(cs).Selected = true;
   progress.SetProgressValue(0);
   UpdateColors();
   progress.ShowProgress(false);
   progress.SetProgressText("");
   SessionStateChanged();
-  if (!fDontClick) NodeClicked(SessionKey(cs));
+  if (!dontClick) NodeClicked(SessionKey(cs));
 }
 
-void ProjectTree::SelectSessionGroup(std::int32_t sg, bool fDontClick) {
+void ProjectTree::SelectSessionGroup(std::int32_t sg, bool dontClick) {
   if (!ws_.SessionGroup.InRange(sg) || ws_.SessionGroup(sg).Selected) return;
   const std::string groupKey = GroupKey(sg);
   TreeNode& node = nodes_.Add("", groupKey, ws_.SessionGroup(sg).Name, "GROUP");
@@ -92,7 +92,7 @@ void ProjectTree::SelectSessionGroup(std::int32_t sg, bool fDontClick) {
     SelectSession(member, groupKey, true);
   }
   ws_.SessionGroup(sg).Selected = true;
-  if (!fDontClick) nodes_.Select(groupKey);
+  if (!dontClick) nodes_.Select(groupKey);
 }
 
 void ProjectTree::UnSelectSession(std::int32_t cs) {

@@ -34,13 +34,13 @@ class ProjectTree : public MergedSelectionView {
 
   const TreeNodes& Nodes() const { return nodes_; }
 
-  // Adds the branch of the loaded session `cs` below the node `tGroupNode`
+  // Adds the branch of the loaded session `cs` below the node `groupNode`
   // (at the root when empty) and marks the session Selected; unless
-  // `fDontClick`, selects its node and runs the click handling. Does nothing
+  // `dontClick`, selects its node and runs the click handling. Does nothing
   // for a session already Selected or not Loaded.
-  void SelectSession(std::int32_t cs, const std::string& tGroupNode, bool fDontClick);
+  void SelectSession(std::int32_t cs, const std::string& groupNode, bool dontClick);
   // Adds the group node and the branches of its members below it.
-  void SelectSessionGroup(std::int32_t sg, bool fDontClick);
+  void SelectSessionGroup(std::int32_t sg, bool dontClick);
   // Removes the branch; the session is no longer Selected.
   void UnSelectSession(std::int32_t cs);
   // Removes the group's node with its members' branches; neither the group
@@ -72,8 +72,8 @@ class ProjectTree : public MergedSelectionView {
 
   // What the merge engine asks of the tree.
   void AddMergeRoots(bool fHomogeneous) override;
-  void SelectionChanged(bool fNothingTicked) override;
-  void ShowMergedSession(std::int32_t MergeIndex, bool fGroup) override;
+  void SelectionChanged(bool nothingTicked) override;
+  void ShowMergedSession(std::int32_t MergeIndex, bool forGroup) override;
   void ShowMergedGroupRoots(const std::string& groupFileName) override;
 
   const std::string& PreviousKey() const { return previousKey_; }
@@ -101,7 +101,7 @@ class ProjectTree : public MergedSelectionView {
   // The branch of a merged session below `rootKey`: with figures under
   // "MERGE", with names only under "COMPARE".
   void AddMergedBranch(const char* rootKey, std::int32_t MergeIndex, const std::string& sessionKey,
-                       bool fFigures);
+                       bool withFigures);
   void BuildMergedData();
   void PaintSessionByRank(std::int32_t cs);
 

@@ -24,25 +24,25 @@ namespace {
 // What the sessions related to one file are looked for in.
 class RelatedSessions {
  public:
-  RelatedSessions(Workspace& ws, SessionPane& pane, bool fQuiet)
-      : ws_(ws), pane_(pane), fQuiet_(fQuiet) {}
+  RelatedSessions(Workspace& ws, SessionPane& pane, bool quiet)
+      : ws_(ws), pane_(pane), quiet_(quiet) {}
 
-  void FromLog(const std::string& tFile);
-  void FromSessionFile(const std::string& tFile);
-  void FromProject(const std::string& tFile);
-  void FromSettings(const std::string& tIniFile);
+  void FromLog(const std::string& fileName);
+  void FromSessionFile(const std::string& fileName);
+  void FromProject(const std::string& fileName);
+  void FromSettings(const std::string& iniPath);
 
   void Tell(const std::string& text) {
-    if (!fQuiet_) ws_.prompter().ShowMessage(text, MessageKind::Exclamation);
+    if (!quiet_) ws_.prompter().ShowMessage(text, MessageKind::Exclamation);
   }
 
  private:
   void FromSettingsText(const std::string& iniText, const std::string& iniFolder);
-  void AddAlone(const std::string& tFile) { AddSession(ws_, pane_, tFile, false); }
+  void AddAlone(const std::string& fileName) { AddSession(ws_, pane_, fileName, false); }
 
   Workspace& ws_;
   SessionPane& pane_;
-  bool fQuiet_;
+  bool quiet_;
 };
 
 std::string LoadTextOrEmpty(const std::string& file) {
@@ -66,21 +66,21 @@ SettingsText ReadSettings(const std::string& named, const std::string& folder) {
   return {*found, LoadTextOrEmpty(*found)};
 }
 
-// Whether the run's settings name `tFile`: their text holds `needle` (as
+// Whether the run's settings name `fileName`: their text holds `needle` (as
 // text), or one of the paths they list is that file on this disk.
-bool SettingsNameTheFile(const SettingsText& settings, const std::string& tFile,
+bool SettingsNameTheFile(const SettingsText& settings, const std::string& fileName,
                          const std::string& needle) {
   if (InStr(1, settings.text, needle, CompareMethod::Text) > 0) return true;
   for (const std::string& path : ProfilerSessionPaths(settings.text)) {
     const auto found = FindSessionFile(path, GetPath(settings.file));
-    if (found && SameFile(*found, tFile)) return true;
+    if (found && SameFile(*found, fileName)) return true;
   }
   return false;
 }
 
 // The first `n` lines of a text file, line ends removed.
-std::vector<std::string> FirstLines(const std::string& tFile, int n) {
-  std::ifstream in(ToNativePath(tFile), std::ios::binary);
+std::vector<std::string> FirstLines(const std::string& fileName, int n) {
+  std::ifstream in(ToNativePath(fileName), std::ios::binary);
   std::vector<std::string> lines;
   std::string line;
   while (static_cast<int>(lines.size()) < n && std::getline(in, line)) {
@@ -90,8 +90,8 @@ std::vector<std::string> FirstLines(const std::string& tFile, int n) {
   return lines;
 }
 
-std::string FileMagic(const std::string& tFile) {
-  std::ifstream in(ToNativePath(tFile), std::ios::binary);
+std::string FileMagic(const std::string& fileName) {
+  std::ifstream in(ToNativePath(fileName), std::ios::binary);
   std::string magic(kMagicLength, '\0');
   in.read(magic.data(), static_cast<std::streamsize>(magic.size()));
   magic.resize(static_cast<std::size_t>(in.gcount()));
@@ -122,56 +122,57 @@ bool AnyLogOrSessionFile(const std::vector<std::string>& paths) {
   });
 }
 
-void RelatedSessions::FromLog(const std::string& tFile) {
-  const std::vector<std::string> lines = FirstLines(tFile, 4);
+void RelatedSessions::FromLog(const std::string& fileName) {
+  const std::vector<std::string> lines = FirstLines(fileName, 4);
   if (lines.empty() || lines[0] != "02") {
-    Tell(NotCompatibleMessage(tFile));
+    Tell(NotCompatibleMessage(fileName));
     return;
   }
-  const SettingsText settings = ReadSettings(lines.size() == 4 ? lines[3] : "", GetPath(tFile));
-  if (!SettingsNameTheFile(settings, tFile, tFile)) {
-    AddAlone(tFile);
+  const SettingsText settings = ReadSettings(lines.size() == 4 ? lines[3] : "", GetPath(fileName));
+  if (!SettingsNameTheFile(settings, fileName, fileName)) {
+    AddAlone(fileName);
     return;
   }
   FromSettingsText(settings.text, GetPath(settings.file));
 }
 
-void RelatedSessions::FromSessionFile(const std::string& tFile) {
-  const std::string magic = FileMagic(tFile);
+void RelatedSessions::FromSessionFile(const std::string& fileName) {
+  const std::string magic = FileMagic(fileName);
   std::string iniFile;
   try {
     if (magic == UCase(kGroupFileMagic)) {
       SessionGroup g;
-      ReadGroupHeader(g, tFile);
+      ReadGroupHeader(g, fileName);
       iniFile = g.IniFile;
     } else if (magic == UCase(kSessionFileMagic)) {
       Session s;
-      ReadSessionHeader(ws_, s, tFile);
+      ReadSessionHeader(ws_, s, fileName);
       iniFile = s.IniFile;
     } else {
-      Tell(NotCompatibleMessage(tFile));
+      Tell(NotCompatibleMessage(fileName));
       return;
     }
   } catch (const SessionFileError&) {
-    AddAlone(tFile);  // which tells the user what is wrong with the file
+    AddAlone(fileName);  // which tells the user what is wrong with the file
     return;
   }
-  const SettingsText settings = ReadSettings(iniFile, GetPath(tFile));
-  const std::string withoutExtension = Left(tFile, static_cast<int>(tFile.size()) - 4);
-  if (!SettingsNameTheFile(settings, tFile, withoutExtension)) {
-    AddAlone(tFile);
+  const SettingsText settings = ReadSettings(iniFile, GetPath(fileName));
+  const std::string withoutExtension = Left(fileName, static_cast<int>(fileName.size()) - 4);
+  if (!SettingsNameTheFile(settings, fileName, withoutExtension)) {
+    AddAlone(fileName);
     pane_.Refresh(ws_);
     return;
   }
   FromSettingsText(settings.text, GetPath(settings.file));
 }
 
-void RelatedSessions::FromProject(const std::string& tFile) {
-  const std::optional<std::string> name = ProjectFileValue(LoadTextOrEmpty(tFile), "Name=");
+void RelatedSessions::FromProject(const std::string& fileName) {
+  const std::optional<std::string> name = ProjectFileValue(LoadTextOrEmpty(fileName), "Name=");
   if (!name) return;
-  const SettingsText settings = ReadSettings(ProjectSettingsFile(tFile, *name), GetPath(tFile));
+  const SettingsText settings =
+      ReadSettings(ProjectSettingsFile(fileName, *name), GetPath(fileName));
   if (InStr(1, settings.text, kProfilerSessionsSection) > 0) {
-    const std::vector<std::string> files = SessionLikeFiles(GetPath(tFile));
+    const std::vector<std::string> files = SessionLikeFiles(GetPath(fileName));
     if (!AnyLogOrSessionFile(files)) {
       Tell(kNoSessionToLoadText);
       return;
@@ -181,8 +182,8 @@ void RelatedSessions::FromProject(const std::string& tFile) {
   pane_.Refresh(ws_);
 }
 
-void RelatedSessions::FromSettings(const std::string& tIniFile) {
-  FromSettingsText(LoadTextOrEmpty(tIniFile), GetPath(tIniFile));
+void RelatedSessions::FromSettings(const std::string& iniPath) {
+  FromSettingsText(LoadTextOrEmpty(iniPath), GetPath(iniPath));
 }
 
 // Every session that the settings list, in file order; a path named again
@@ -204,30 +205,29 @@ void RelatedSessions::FromSettingsText(const std::string& iniText, const std::st
 
 }  // namespace
 
-void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& tFileIn, bool fQuiet) {
-  RelatedSessions related(ws, pane, fQuiet);
-  std::optional<std::string> found = ResolveExistingFile(tFileIn);
-  if (!found && EndsWithNoCase(tFileIn, ".pfl"))
-    found = ResolveExistingFile(WithLastCharD(tFileIn));
+void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& fileIn, bool quiet) {
+  RelatedSessions related(ws, pane, quiet);
+  std::optional<std::string> found = ResolveExistingFile(fileIn);
+  if (!found && EndsWithNoCase(fileIn, ".pfl")) found = ResolveExistingFile(WithLastCharD(fileIn));
   if (!found) {
     related.Tell(kNoSessionToLoadText);
     return;
   }
-  const std::string& tFile = *found;
-  const std::string extension = LCase(Right(tFile, 4));
+  const std::string& fileName = *found;
+  const std::string extension = LCase(Right(fileName, 4));
   if (extension == ".pfl") {
-    related.FromLog(tFile);
+    related.FromLog(fileName);
   } else if (extension == ".pfd") {
-    related.FromSessionFile(tFile);
+    related.FromSessionFile(fileName);
   } else if (extension == ".vbp") {
-    related.FromProject(tFile);
+    related.FromProject(fileName);
   } else if (extension == ".ini") {
-    related.FromSettings(tFile);
+    related.FromSettings(fileName);
   }
 }
 
-void AddSessionFromVBG(Workspace& ws, SessionPane& pane, const std::string& tVbgFile) {
-  const std::string vbg = ResolveExistingFile(tVbgFile).value_or(tVbgFile);
+void AddSessionFromVBG(Workspace& ws, SessionPane& pane, const std::string& vbgFile) {
+  const std::string vbg = ResolveExistingFile(vbgFile).value_or(vbgFile);
   const std::string folder = GetPath(vbg);
   AddSessionGroup(ws, pane, GroupSettingsFile(vbg), true);
   for (const std::string& line : Split(Replace(LoadTextOrEmpty(vbg), "\r\n", "\n"), "\n")) {

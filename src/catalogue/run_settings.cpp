@@ -5,12 +5,12 @@
 
 namespace zol {
 
-std::string ProjectSettingsFile(const std::string& tVbpFile, const std::string& projectName) {
-  return JoinPath(GetPath(tVbpFile), "zolOptions_" + projectName + ".ini");
+std::string ProjectSettingsFile(const std::string& vbpFile, const std::string& projectName) {
+  return JoinPath(GetPath(vbpFile), "zolOptions_" + projectName + ".ini");
 }
 
-std::string GroupSettingsFile(const std::string& tVbgFile) {
-  return JoinPath(GetPath(tVbgFile), "zol" + GetFileName(tVbgFile) + ".ini");
+std::string GroupSettingsFile(const std::string& vbgFile) {
+  return JoinPath(GetPath(vbgFile), "zol" + GetFileName(vbgFile) + ".ini");
 }
 
 std::vector<std::string> ProfilerSessionPaths(std::string_view iniText) {

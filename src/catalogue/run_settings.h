@@ -13,12 +13,12 @@ namespace zol {
 
 inline constexpr std::string_view kProfilerSessionsSection = "[Profiler Sessions]";
 
-// The settings file of the project `tVbpFile` whose "Name=" value is
+// The settings file of the project `vbpFile` whose "Name=" value is
 // `projectName` (double quotes already trimmed).
-std::string ProjectSettingsFile(const std::string& tVbpFile, const std::string& projectName);
+std::string ProjectSettingsFile(const std::string& vbpFile, const std::string& projectName);
 
-// The settings file of the project group `tVbgFile`.
-std::string GroupSettingsFile(const std::string& tVbgFile);
+// The settings file of the project group `vbgFile`.
+std::string GroupSettingsFile(const std::string& vbgFile);
 
 // The session paths listed in the settings text, in file order. The section
 // is found in any case; each of its lines is a first word, one blank, the

@@ -34,43 +34,43 @@ char LastChar(const std::string& s) {
 // A path from a header: the file where it is on this disk, else the file of
 // that name beside the session file, else the text as it was (the project is
 // then reported missing when the session is loaded).
-std::string FindBesideSession(const std::string& path, const std::string& tFile) {
+std::string FindBesideSession(const std::string& path, const std::string& fileName) {
   if (path.empty()) return path;
-  const std::string folder = GetPath(tFile);
+  const std::string folder = GetPath(fileName);
   if (auto found = ResolveExistingFile(path, folder)) return *found;
   if (auto beside = ResolveExistingFile(GetFileName(path), folder)) return *beside;
   return path;
 }
 
-std::string OriginalProjectOf(const std::string& iniFile, const std::string& tFile) {
+std::string OriginalProjectOf(const std::string& iniFile, const std::string& fileName) {
   if (iniFile.empty()) return "";
-  auto ini = ResolveExistingFile(iniFile, GetPath(tFile));
+  auto ini = ResolveExistingFile(iniFile, GetPath(fileName));
   if (!ini) return "";
   return VBGetPrivateProfileString("Source", "Project", "", *ini);
 }
 
-bool AlreadyEntered(const Workspace& ws, const std::string& tFile) {
+bool AlreadyEntered(const Workspace& ws, const std::string& fileName) {
   for (int i = 1; i <= ws.nSession; ++i) {
     const std::string& f = ws.Session(i).SessionFile;
-    if (!f.empty() && (EqualsNoCase1252(f, tFile) || SameFile(f, tFile))) return true;
+    if (!f.empty() && (EqualsNoCase1252(f, fileName) || SameFile(f, fileName))) return true;
   }
   for (int i = 1; i <= ws.nSessionGroup; ++i) {
     const std::string& f = ws.SessionGroup(i).SessionFile;
-    if (!f.empty() && (EqualsNoCase1252(f, tFile) || SameFile(f, tFile))) return true;
+    if (!f.empty() && (EqualsNoCase1252(f, fileName) || SameFile(f, fileName))) return true;
   }
   return false;
 }
 
 // Offers to delete a log whose header can't be used. Deleting is the user's
 // choice; errors are ignored.
-void RefuseLog(Workspace& ws, const std::string& tFile) {
-  const std::string text = CorruptSessionFileMessage(tFile) + "\n" +
+void RefuseLog(Workspace& ws, const std::string& fileName) {
+  const std::string text = CorruptSessionFileMessage(fileName) + "\n" +
                            "Please re-instrument the application for profiling. If the problem "
                            "persists, then please contact us at " +
                            kSupportAddress + "\n\nWould you like to delete the session file ?";
   if (ws.prompter().AskToDelete(text) == Answer::Yes) {
     std::error_code ec;
-    std::filesystem::remove(tFile, ec);
+    std::filesystem::remove(fileName, ec);
   }
 }
 
@@ -92,15 +92,15 @@ std::string Quoted(const std::string& text) {
 }
 
 // Header lines of a log into `s`. False when the log was refused.
-bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
+bool ReadLogHeader(Workspace& ws, Session& s, const std::string& fileName) {
   std::string head;
   {
-    std::ifstream in(tFile, std::ios::binary);
+    std::ifstream in(fileName, std::ios::binary);
     if (!in) {
       // Unreadable is not damaged: the log may be whole, so no deletion is offered.
       const int error = errno;
       ws.prompter().ShowMessage(
-          "The session file:\n" + tFile + "\ncan not be opened: " + std::strerror(error),
+          "The session file:\n" + fileName + "\ncan not be opened: " + std::strerror(error),
           MessageKind::Exclamation);
       return false;
     }
@@ -110,23 +110,23 @@ bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
   }
   const auto header = pfl::SplitHeader(head);
   if (!header) {
-    RefuseLog(ws, tFile);
+    RefuseLog(ws, fileName);
     return false;
   }
   const auto& line = header->Lines;
   s.GroupFile = line[1];
   if (!s.GroupFile.empty() && !EndsWithNoCase(s.GroupFile, ".vbg")) {
-    RefuseLog(ws, tFile);
+    RefuseLog(ws, fileName);
     return false;
   }
-  s.ProjectFile = FindBesideSession(line[2], tFile);
+  s.ProjectFile = FindBesideSession(line[2], fileName);
   s.IniFile = line[3];
-  s.OriginalProjectFile = OriginalProjectOf(s.IniFile, tFile);
+  s.OriginalProjectFile = OriginalProjectOf(s.IniFile, fileName);
   s.DateTime = line[4];
   const auto lines = HeaderCount(line[5]);
   const auto procedures = HeaderCount(line[6]);
   if (!lines || !procedures) {
-    ws.prompter().ShowMessage(CorruptSessionFileMessage(tFile) + "\nIts header tells " +
+    ws.prompter().ShowMessage(CorruptSessionFileMessage(fileName) + "\nIts header tells " +
                                   Quoted(line[5]) + " lines and " + Quoted(line[6]) +
                                   " procedures; each must be a count from 0 to " +
                                   std::to_string(kMaxScanId) + ".",
@@ -139,14 +139,14 @@ bool ReadLogHeader(Workspace& ws, Session& s, const std::string& tFile) {
   return true;
 }
 
-void AskToDeleteUnloadable(Workspace& ws, const std::string& tFile) {
+void AskToDeleteUnloadable(Workspace& ws, const std::string& fileName) {
   const std::string text =
       "Unable to load the session ! The corresponding source code has been removed or "
       "overwritten, or the project you are trying to profile is empty (no procedures) !\n"
       "Would you like to delete the session file ?";
   if (ws.prompter().AskToDelete(text) == Answer::Yes) {
     std::error_code ec;
-    std::filesystem::remove(tFile, ec);
+    std::filesystem::remove(fileName, ec);
   }
 }
 
@@ -254,16 +254,16 @@ void ReportDamagedHeader(Workspace& ws, const SessionFileError& e) {
 
 // A group file as a new SessionGroup slot; its project entry is keyed by its
 // .vbg file. Returns the group's index, 0 when its header can't be read.
-std::int32_t AddGroup(Workspace& ws, const std::string& tFile) {
+std::int32_t AddGroup(Workspace& ws, const std::string& fileName) {
   SessionGroup g;
   try {
-    ReadGroupHeader(g, tFile);
+    ReadGroupHeader(g, fileName);
   } catch (const SessionFileError& e) {
     ReportDamagedHeader(ws, e);
     return 0;
   }
-  g.SessionFile = tFile;
-  g.Name = GetFileBody(tFile);
+  g.SessionFile = fileName;
+  g.Name = GetFileBody(fileName);
   g.Project = AssignProjectToSession(ws, 0, g.GroupFile);
   const std::int32_t sg = ++ws.nSessionGroup;
   if (sg > ws.SessionGroup.UBound()) ws.SessionGroup.ReDimPreserve(sg);
@@ -273,16 +273,16 @@ std::int32_t AddGroup(Workspace& ws, const std::string& tFile) {
 
 // Reads the header of a .pfl or .pfd into a new Session slot. A refused file
 // leaves the slot counted but blank, so that it has no row.
-std::int32_t AddSingleSession(Workspace& ws, const std::string& tFile) {
-  const char last = LastChar(tFile);
+std::int32_t AddSingleSession(Workspace& ws, const std::string& fileName) {
+  const char last = LastChar(fileName);
   if (last != 'd' && last != 'l') return 0;
   const std::int32_t cs = ++ws.nSession;
   Session& s = ws.SessionSlot(cs);
-  s.SessionFile = tFile;
-  s.Name = GetFileBody(tFile);
+  s.SessionFile = fileName;
+  s.Name = GetFileBody(fileName);
   bool ok = false;
   try {
-    ok = last == 'l' ? ReadLogHeader(ws, s, tFile) : ReadSessionHeader(ws, s, tFile);
+    ok = last == 'l' ? ReadLogHeader(ws, s, fileName) : ReadSessionHeader(ws, s, fileName);
   } catch (const SessionFileError& e) {
     ReportDamagedHeader(ws, e);
   }
@@ -291,14 +291,14 @@ std::int32_t AddSingleSession(Workspace& ws, const std::string& tFile) {
     return 0;
   }
   s.Project = AssignProjectToSession(ws, cs, s.ProjectFile);
-  AddProjectToFileHistory(ws, s.IniFile, GetPath(tFile));
+  AddProjectToFileHistory(ws, s.IniFile, GetPath(fileName));
   return cs;
 }
 
 }  // namespace
 
-std::string CorruptSessionFileMessage(const std::string& tFile) {
-  return "The session file:\n" + tFile +
+std::string CorruptSessionFileMessage(const std::string& fileName) {
+  return "The session file:\n" + fileName +
          "\ncan not be read ! It was either corrupted or not generated properly.";
 }
 
@@ -313,25 +313,25 @@ std::string UnreadModulesMessage(const Workspace& ws, std::int32_t cs) {
   return text;
 }
 
-std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& tFileIn,
-                        bool fAndLoadSession) {
-  const std::optional<std::string> found = FindSessionFile(tFileIn);
+std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& fileIn,
+                        bool andLoadSession) {
+  const std::optional<std::string> found = FindSessionFile(fileIn);
   if (!found) return 0;
-  const std::string& tFile = *found;
-  if (AlreadyEntered(ws, tFile)) return 0;
-  if (EndsWithNoCase(tFile, ".pfd") && IsGroupFile(tFile)) {
-    const std::int32_t sg = AddGroup(ws, tFile);
-    if (sg != 0 && fAndLoadSession) pane.CheckRow(ws, GroupRowKey(sg));
+  const std::string& fileName = *found;
+  if (AlreadyEntered(ws, fileName)) return 0;
+  if (EndsWithNoCase(fileName, ".pfd") && IsGroupFile(fileName)) {
+    const std::int32_t sg = AddGroup(ws, fileName);
+    if (sg != 0 && andLoadSession) pane.CheckRow(ws, GroupRowKey(sg));
     return 0;
   }
-  const std::int32_t cs = AddSingleSession(ws, tFile);
-  if (cs != 0 && fAndLoadSession) pane.CheckRow(ws, SessionRowKey(cs));
+  const std::int32_t cs = AddSingleSession(ws, fileName);
+  if (cs != 0 && andLoadSession) pane.CheckRow(ws, SessionRowKey(cs));
   return cs;
 }
 
-std::int32_t AddSession(Workspace& ws, const std::string& tFile) {
+std::int32_t AddSession(Workspace& ws, const std::string& fileName) {
   HeadlessSessionPane pane;
-  return AddSession(ws, pane, tFile, false);
+  return AddSession(ws, pane, fileName, false);
 }
 
 bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {

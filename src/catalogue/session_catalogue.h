@@ -20,7 +20,7 @@
 namespace zol {
 
 // The text shown when a log can't be used, as its first three lines.
-std::string CorruptSessionFileMessage(const std::string& tFile);
+std::string CorruptSessionFileMessage(const std::string& fileName);
 
 // Why the log of Session(cs) can't be replayed: the module files of its
 // (scanned) project that couldn't be read, one per line with the reason; empty
@@ -38,32 +38,32 @@ inline constexpr const char* kNoSessionToLoadText =
 // for as ResolveExistingFile does. A session file becomes a new Session slot
 // with its project entry assigned, and its run's original project goes to the
 // recent projects; a group file becomes a new SessionGroup slot. With
-// `fAndLoadSession` the new row is ticked through `pane`. Returns the new
+// `andLoadSession` the new row is ticked through `pane`. Returns the new
 // Session index, or 0 when no session was entered: a group (then it is
 // SessionGroup(nSessionGroup)), or nothing because the file is missing, is
 // already entered (under this or another name), is not a session file, or its
 // header was refused (the user has been told; the slot of a refused file stays
 // counted, blank, and has no row).
-std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& tFile,
-                        bool fAndLoadSession);
+std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& fileName,
+                        bool andLoadSession);
 // The same without ticking the row.
-std::int32_t AddSession(Workspace& ws, const std::string& tFile);
+std::int32_t AddSession(Workspace& ws, const std::string& fileName);
 
-// Enters all sessions related to `tFile`:
+// Enters all sessions related to `fileName`:
 //   .pfl, .pfd  the sessions that the run's settings file lists, if it lists
 //               this one; otherwise this file alone;
 //   .vbp        the session files in the project's folder, if the project's
 //               settings file ("zolOptions_" and its Name, ".ini") has a
 //               section "[Profiler Sessions]";
 //   .ini        the sessions listed in its section "[Profiler Sessions]".
-// A .pfl that is gone counts as its .pfd. Unless `fQuiet`, tells the user when
+// A .pfl that is gone counts as its .pfd. Unless `quiet`, tells the user when
 // the file is of another version or nothing could be found to add.
-void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& tFile, bool fQuiet);
+void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& fileName, bool quiet);
 
 // Enters all sessions of a project group: those of the group's settings file
 // ("zol", the .vbg's file name, ".ini", beside it), then those related to
 // each project of the group, quietly; the .vbg goes to the recent projects.
-void AddSessionFromVBG(Workspace& ws, SessionPane& pane, const std::string& tVbgFile);
+void AddSessionFromVBG(Workspace& ws, SessionPane& pane, const std::string& vbgFile);
 
 // Fills the value arrays of Session(cs). For a log: scan the project if need
 // be, replay, derive the statistics, write the .pfd whole and only then delete

@@ -14,24 +14,23 @@ namespace zol {
 namespace {
 
 // Whole kilobytes of the file, 0 when it can't be found.
-std::string KilobytesOf(const std::string& tFile) {
+std::string KilobytesOf(const std::string& path) {
   std::error_code ec;
-  const auto found = ResolveExistingFile(tFile);
+  const auto found = ResolveExistingFile(path);
   const std::uintmax_t bytes = found ? std::filesystem::file_size(ToNativePath(*found), ec) : 0;
   return std::to_string(ec ? 0 : bytes / 1024);
 }
 
-std::string SessionFileColumn(const std::string& tFile) {
-  return KilobytesOf(tFile) + " Kb: " + tFile;
+std::string SessionFileColumn(const std::string& path) {
+  return KilobytesOf(path) + " Kb: " + path;
 }
 
 // Reads each project file once per listing: many sessions share a project.
 class ProjectTitles {
  public:
-  const ProjectTitle& Of(const std::string& tProjectFile) {
-    auto it = titles_.find(tProjectFile);
-    if (it == titles_.end())
-      it = titles_.emplace(tProjectFile, ReadProjectTitle(tProjectFile)).first;
+  const ProjectTitle& Of(const std::string& projectFile) {
+    auto it = titles_.find(projectFile);
+    if (it == titles_.end()) it = titles_.emplace(projectFile, ReadProjectTitle(projectFile)).first;
     return it->second;
   }
 
@@ -107,9 +106,9 @@ std::optional<std::string> ProjectFileValue(std::string_view vbpText, std::strin
   return std::nullopt;
 }
 
-ProjectTitle ReadProjectTitle(const std::string& tProjectFile) {
+ProjectTitle ReadProjectTitle(const std::string& projectFile) {
   std::string text;
-  if (const auto found = ResolveExistingFile(tProjectFile)) {
+  if (const auto found = ResolveExistingFile(projectFile)) {
     try {
       text = LoadFile(*found);
     } catch (const FileError&) {
@@ -119,7 +118,7 @@ ProjectTitle ReadProjectTitle(const std::string& tProjectFile) {
   auto value = [&](std::string_view key) { return ProjectFileValue(text, key).value_or(""); };
   ProjectTitle title;
   title.Name = value("Name=");
-  if (title.Name.empty()) title.Name = GetFileBody(tProjectFile);
+  if (title.Name.empty()) title.Name = GetFileBody(projectFile);
   title.Version = value("MajorVer=") + "." + value("MinorVer=") + "." + value("RevisionVer=");
   return title;
 }

@@ -64,6 +64,6 @@ struct ProjectTitle {
   std::string Name;
   std::string Version;
 };
-ProjectTitle ReadProjectTitle(const std::string& tProjectFile);
+ProjectTitle ReadProjectTitle(const std::string& projectFile);
 
 }  // namespace zol

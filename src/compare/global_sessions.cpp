@@ -25,10 +25,10 @@ struct SelectionCount {
 
 SelectionCount CountSelection(const Workspace& ws) {
   SelectionCount n;
-  std::int32_t tProject = 0;
+  std::int32_t firstProject = 0;
   auto seeProject = [&](std::int32_t project) {
-    if (tProject == 0) tProject = project;
-    if (project != tProject) n.homogeneous = false;
+    if (firstProject == 0) firstProject = project;
+    if (project != firstProject) n.homogeneous = false;
   };
   for (std::int32_t i = 1; i <= ws.nSessionGroup; ++i) {
     if (!ws.SessionGroup(i).Selected) continue;
@@ -79,8 +79,8 @@ void InitGlobalSessions(Workspace& ws, MergedSelectionView* view) {
 }
 
 bool IsNeeded(const Workspace& ws, std::int32_t arg, std::int32_t Obj,
-              const Array1<std::int32_t>& tListOfSessionsToInclude) {
-  for (const std::int32_t cs : tListOfSessionsToInclude) {
+              const Array1<std::int32_t>& listOfSessionsToInclude) {
+  for (const std::int32_t cs : listOfSessionsToInclude) {
     const Session* s = nullptr;
     if (ws.fHomogeneous && ws.Session.InRange(cs)) s = &ws.Session(cs);
     if (!ws.fHomogeneous && ws.CompareSession.InRange(cs)) s = &ws.CompareSession(cs);

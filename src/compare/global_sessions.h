@@ -35,18 +35,18 @@ void InitGlobalSessions(Workspace& ws, MergedSelectionView* view);
 // each listed session's module and procedure values renumbered to the merged
 // project (heterogeneous merges only).
 //   fHomogeneous: merge by ID; all listed sessions share one project.
-//   fGroup: the caller has set the slot up; it isn't cleared, no lines are
+//   group: the caller has set the slot up; it isn't cleared, no lines are
 //     merged by name, and the tree roots keep their texts.
-//   fNoSelect: stop after the numbers; `view` is not used.
-//   fKeepTrackOfOriginalProject: each merged module records its project in
+//   noSelect: stop after the numbers; `view` is not used.
+//   keepTrackOfOriginalProject: each merged module records its project in
 //     BelongToProject.
 // A heterogeneous merge into slot 0 builds Project(0); into any other slot, a
 // new Project entry. Throws MergeError (see above); the tables may then hold a
 // partial merge in the target slot, which is never Loaded.
 void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t MergeIndex,
                                   Array1<Session>& CompareSession, bool fHomogeneous,
-                                  const Array1<std::int32_t>& ListOfSessionsToInclude, bool fGroup,
-                                  bool fNoSelect, bool fKeepTrackOfOriginalProject,
+                                  const Array1<std::int32_t>& ListOfSessionsToInclude, bool group,
+                                  bool noSelect, bool keepTrackOfOriginalProject,
                                   MergedSelectionView* view = nullptr);
 
 // Kinds of item for IsNeeded.
@@ -58,7 +58,7 @@ inline constexpr std::int32_t kNeededProcedure = 3;  // a procedure with hits
 // looked up in Session when ws.fHomogeneous, in ws.CompareSession otherwise.
 // An item that a session's arrays don't hold counts as no value.
 bool IsNeeded(const Workspace& ws, std::int32_t arg, std::int32_t Obj,
-              const Array1<std::int32_t>& tListOfSessionsToInclude);
+              const Array1<std::int32_t>& listOfSessionsToInclude);
 
 // The ticked sessions, 1 to nSession in rising order: what the merged view of
 // a selection of sessions is made of.

@@ -75,8 +75,8 @@ void MakeMergedAndCompareSessionsGroups(Workspace& ws, MergedSelectionView* view
   }
   if (view) view->ShowMergedGroupRoots(GetFileName(ws.SessionGroup(0).GroupFile));
 
-  const std::int32_t nMembers = ws.SessionGroup(first).nSession;
-  for (std::int32_t i = 1; i <= nMembers; ++i) {
+  const std::int32_t memberCount = ws.SessionGroup(first).nSession;
+  for (std::int32_t i = 1; i <= memberCount; ++i) {
     const std::int32_t member = ws.SessionGroup(first).Sessions(i);
     const std::int32_t n = NewMemberSlot(ws, member);
     const Array1<std::int32_t> list = MembersOfProject(ws, groups, ws.Session(member).Project);
@@ -107,8 +107,8 @@ void CreateGroupSession(Workspace& ws, std::int32_t csg) {
   ws.SessionGroup(csg).GroupMergedSession = n;
 }
 
-std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& tList) {
-  tList.Erase();
+std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& sessionList) {
+  sessionList.Erase();
   for (std::int32_t i = 1; i <= ws.nSession; ++i) {
     const Session& s = ws.Session(i);
     if (!s.Selected) continue;
@@ -117,9 +117,9 @@ std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& tLis
          !ws.SessionGroup(s.Group).Selected)) {
       continue;
     }
-    Append(tList, i);
+    Append(sessionList, i);
   }
-  return tList.Count();
+  return sessionList.Count();
 }
 
 std::int32_t GetGroupMergedSession(const Workspace& ws, std::int32_t cs) {

@@ -29,7 +29,7 @@ void CreateGroupSession(Workspace& ws, std::int32_t csg);
 // The sessions whose columns a compared grid shows, in rising order: the
 // ticked sessions, or, for a selection of groups only, the ticked members of
 // ticked groups whose project is ws.cp. Returns their number.
-std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& tList);
+std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& list);
 
 // The ticked group (slot 0 included) whose merged session is `cs`, or -1.
 std::int32_t GetGroupMergedSession(const Workspace& ws, std::int32_t cs);

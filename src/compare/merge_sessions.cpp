@@ -69,9 +69,9 @@ void SizeValueArrays(Workspace& ws, std::int32_t MergeIndex, bool fHomogeneous) 
 }
 
 void MakeFrame(Workspace& ws, std::int32_t MergeIndex, Array1<Session>& CompareSession,
-               bool fHomogeneous, const Array1<std::int32_t>& list, bool fGroup,
-               bool fKeepTrackOfOriginalProject) {
-  if (!fGroup) ClearSlot(ws, MergeIndex, CompareSession);
+               bool fHomogeneous, const Array1<std::int32_t>& list, bool group,
+               bool keepTrackOfOriginalProject) {
+  if (!group) ClearSlot(ws, MergeIndex, CompareSession);
   if (ws.Session(MergeIndex).Name.empty()) ws.Session(MergeIndex).Name = kMergedSessionsName;
   if (fHomogeneous) {
     const std::int32_t cp = ws.Session(list(1)).Project;
@@ -84,7 +84,7 @@ void MakeFrame(Workspace& ws, std::int32_t MergeIndex, Array1<Session>& CompareS
   } else {
     const std::int32_t mp = NewMergedProject(ws, MergeIndex);
     ws.Session(MergeIndex).Project = mp;
-    merge_detail::UniteProjects(ws, mp, MergeIndex, list, fGroup, fKeepTrackOfOriginalProject);
+    merge_detail::UniteProjects(ws, mp, MergeIndex, list, group, keepTrackOfOriginalProject);
     ws.Project(mp).Loaded = true;
     merge_detail::FillCompareSessions(ws, mp, list, CompareSession);
   }
@@ -95,16 +95,16 @@ void MakeFrame(Workspace& ws, std::int32_t MergeIndex, Array1<Session>& CompareS
 
 void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t MergeIndex,
                                   Array1<Session>& CompareSession, bool fHomogeneous,
-                                  const Array1<std::int32_t>& ListOfSessionsToInclude, bool fGroup,
-                                  bool fNoSelect, bool fKeepTrackOfOriginalProject,
+                                  const Array1<std::int32_t>& ListOfSessionsToInclude, bool group,
+                                  bool noSelect, bool keepTrackOfOriginalProject,
                                   MergedSelectionView* view) {
   CheckList(ws, MergeIndex, ListOfSessionsToInclude);
   if (MergeIndex < 0 || MergeIndex > ws.Session.UBound()) {
     throw MergeError("no session slot " + std::to_string(MergeIndex) + " to merge into");
   }
   try {
-    MakeFrame(ws, MergeIndex, CompareSession, fHomogeneous, ListOfSessionsToInclude, fGroup,
-              fKeepTrackOfOriginalProject);
+    MakeFrame(ws, MergeIndex, CompareSession, fHomogeneous, ListOfSessionsToInclude, group,
+              keepTrackOfOriginalProject);
     merge_detail::SumSessions(ws, MergeIndex, fHomogeneous, ListOfSessionsToInclude,
                               CompareSession);
     merge_detail::DeriveMergedValues(ws, MergeIndex, fHomogeneous, ListOfSessionsToInclude,
@@ -112,7 +112,7 @@ void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t MergeIndex,
   } catch (const BoundsError& e) {
     throw MergeError(std::string("a session's values don't fit its project: ") + e.what());
   }
-  if (!fNoSelect && view) view->ShowMergedSession(MergeIndex, fGroup);
+  if (!noSelect && view) view->ShowMergedSession(MergeIndex, group);
 }
 
 }  // namespace zol

@@ -22,11 +22,11 @@ ModuleKey KeyOf(const Module& m);
 QualifiedProcedureKey KeyOf(const Project& p, const Procedure& proc);
 
 // Heterogeneous frame: the modules and procedures of every listed session's
-// project united by name into Project(mp), and, unless `fGroup`, each
+// project united by name into Project(mp), and, unless `group`, each
 // project's lines appended once as a block of their own, with the line values
 // of all its listed sessions summed into Session(MergeIndex).
 void UniteProjects(Workspace& ws, std::int32_t mp, std::int32_t MergeIndex,
-                   const Array1<std::int32_t>& list, bool fGroup, bool fKeepTrackOfOriginalProject);
+                   const Array1<std::int32_t>& list, bool group, bool keepTrackOfOriginalProject);
 
 // Each listed session's module and procedure values, renumbered to
 // Project(mp), into its slot of CompareSession (sized 1 to nSession).

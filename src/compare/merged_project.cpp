@@ -27,14 +27,14 @@ class ProjectUnion {
  public:
   explicit ProjectUnion(Project& m) : m_(m) {}
 
-  std::int32_t AddModule(const Module& mod, std::int32_t cp, bool fKeepTrackOfOriginalProject) {
+  std::int32_t AddModule(const Module& mod, std::int32_t cp, bool keepTrackOfOriginalProject) {
     auto [it, added] = modules_.try_emplace(ModuleKey{mod.Name, mod.Type}, m_.ModulesNumber + 1);
     if (added) {
       m_.Module.ReDimPreserve(++m_.ModulesNumber);
       Module& appended = m_.Module(m_.ModulesNumber);
       appended.Name = mod.Name;
       appended.Type = mod.Type;
-      if (fKeepTrackOfOriginalProject) appended.BelongToProject = cp;
+      if (keepTrackOfOriginalProject) appended.BelongToProject = cp;
     }
     return it->second;
   }
@@ -114,8 +114,7 @@ QualifiedProcedureKey KeyOf(const Project& p, const Procedure& proc) {
 }
 
 void UniteProjects(Workspace& ws, std::int32_t mp, std::int32_t MergeIndex,
-                   const Array1<std::int32_t>& list, bool fGroup,
-                   bool fKeepTrackOfOriginalProject) {
+                   const Array1<std::int32_t>& list, bool group, bool keepTrackOfOriginalProject) {
   Project& m = ws.Project(mp);
   ProjectUnion merged(m);
   std::vector<std::int32_t> projectsWithLines;
@@ -128,7 +127,7 @@ void UniteProjects(Workspace& ws, std::int32_t mp, std::int32_t MergeIndex,
     std::vector<std::int32_t> moduleInM(static_cast<std::size_t>(p.ModulesNumber) + 1, 0);
     for (std::int32_t j = 1; j <= p.ModulesNumber; ++j) {
       moduleInM[static_cast<std::size_t>(j)] =
-          merged.AddModule(p.Module(j), cp, fKeepTrackOfOriginalProject);
+          merged.AddModule(p.Module(j), cp, keepTrackOfOriginalProject);
     }
     std::vector<std::int32_t> procedureInM(static_cast<std::size_t>(p.ProceduresNumber) + 1, 0);
     for (std::int32_t id = 1; id <= p.ProceduresNumber; ++id) {
@@ -141,7 +140,7 @@ void UniteProjects(Workspace& ws, std::int32_t mp, std::int32_t MergeIndex,
 
     // A project listed more than once gets one block, which all its sessions
     // fill.
-    if (fGroup || p.LinesNumber == 0 ||
+    if (group || p.LinesNumber == 0 ||
         std::find(projectsWithLines.begin(), projectsWithLines.end(), cp) !=
             projectsWithLines.end()) {
       continue;

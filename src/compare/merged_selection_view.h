@@ -17,14 +17,14 @@ class MergedSelectionView {
   // are added, named for the kind of selection.
   virtual void AddMergeRoots(bool fHomogeneous) = 0;
 
-  // The ticks have changed and any merged view is stale. With `fNothingTicked`
+  // The ticks have changed and any merged view is stale. With `nothingTicked`
   // the tree is emptied and every view cleared.
-  virtual void SelectionChanged(bool fNothingTicked) = 0;
+  virtual void SelectionChanged(bool nothingTicked) = 0;
 
   // The branches of the merged session `MergeIndex` below "MERGE" and
-  // "COMPARE". For a member of merged groups (`fGroup`) the roots keep their
+  // "COMPARE". For a member of merged groups (`forGroup`) the roots keep their
   // texts and the compared branch is keyed by the member's project.
-  virtual void ShowMergedSession(std::int32_t MergeIndex, bool fGroup) = 0;
+  virtual void ShowMergedSession(std::int32_t MergeIndex, bool forGroup) = 0;
 
   // The roots of a merged selection of groups, named after the project group
   // file (its name without folder).

@@ -12,7 +12,7 @@ namespace {
 
 // Why the ticked sessions can't be saved as one, or empty when they can.
 std::string RefusalFor(const Workspace& ws, const Array1<std::int32_t>& list,
-                       const std::string& tFile) {
+                       const std::string& path) {
   if (list.Count() < 2) return "Select two or more sessions to save them merged as one session.";
   for (const std::int32_t cs : list) {
     if (ws.Session(cs).Project != ws.Session(list(1)).Project) {
@@ -20,19 +20,19 @@ std::string RefusalFor(const Workspace& ws, const Array1<std::int32_t>& list,
              "belongs to one project.";
     }
   }
-  if (UCase(Right(tFile, 4)) != ".PFD") {
-    return "A merged session is saved as a .pfd file:\n" + tFile;
+  if (UCase(Right(path, 4)) != ".PFD") {
+    return "A merged session is saved as a .pfd file:\n" + path;
   }
   return "";
 }
 
 // The header of the saved session: its own file and date, the rest from the
 // first session of the merge.
-void NameSavedSession(Workspace& ws, std::int32_t n, std::int32_t first, const std::string& tFile) {
+void NameSavedSession(Workspace& ws, std::int32_t n, std::int32_t first, const std::string& path) {
   const Session& f = ws.Session(first);
   Session& s = ws.Session(n);
-  s.SessionFile = tFile;
-  s.Name = GetFileBody(tFile);
+  s.SessionFile = path;
+  s.Name = GetFileBody(path);
   s.DateTime = PresentDateTimeText();
   s.GroupFile = f.GroupFile;
   s.ProjectFile = f.ProjectFile;
@@ -43,9 +43,9 @@ void NameSavedSession(Workspace& ws, std::int32_t n, std::int32_t first, const s
 
 }  // namespace
 
-std::int32_t SaveMergedSession(Workspace& ws, const std::string& tFile, MergedSelectionView* view) {
+std::int32_t SaveMergedSession(Workspace& ws, const std::string& path, MergedSelectionView* view) {
   const Array1<std::int32_t> list = SelectedSessions(ws);
-  if (const std::string refusal = RefusalFor(ws, list, tFile); !refusal.empty()) {
+  if (const std::string refusal = RefusalFor(ws, list, path); !refusal.empty()) {
     ws.prompter().ShowMessage(refusal, MessageKind::Exclamation);
     return 0;
   }
@@ -54,7 +54,7 @@ std::int32_t SaveMergedSession(Workspace& ws, const std::string& tFile, MergedSe
   try {
     MakeMergedAndCompareSessions(ws, n, ws.FakeCompareSession, true, list, false, true, false);
     ws.FakeCompareSession.Erase();
-    NameSavedSession(ws, n, list(1), tFile);
+    NameSavedSession(ws, n, list(1), path);
     SaveSessionInfo(ws, n);
   } catch (const std::exception& e) {
     ws.FakeCompareSession.Erase();

@@ -62,13 +62,13 @@ ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std:
                           std::int32_t displayInfoType) {
   std::vector<ChartItem> items = arrays.ChartArrayPie;
   bool inOrder = false;
-  double tOther = -1;
+  double other = -1;
   if (LimitApplies(o, activeTab, items.size())) {
     SortChartArray2dim(items, kGraphSortByValue);
     const std::size_t leftOut = items.size() - static_cast<std::size_t>(o.GraphMaxItems);
     if (IsSummable(displayInfoType)) {
-      tOther = 0;
-      for (std::size_t i = 0; i < leftOut; ++i) tOther += items[i].Value;
+      other = 0;
+      for (std::size_t i = 0; i < leftOut; ++i) other += items[i].Value;
     }
     items.erase(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(leftOut));
     inOrder = o.GraphSortKey == kGraphSortByValue;
@@ -83,7 +83,7 @@ ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std:
         {activeTab == kTabLines ? WithoutLineIdPrefix(item.Name) : std::move(item.Name),
          {item.Value}});
   }
-  if (tOther != -1) chart.Items.push_back({kOtherItem, {tOther}});
+  if (other != -1) chart.Items.push_back({kOtherItem, {other}});
   return chart;
 }
 
@@ -166,8 +166,8 @@ void DoChartSortOnly(ChartDescription& chart, std::int32_t graphSortKey) {
   SortRows(chart.Items, graphSortKey);
 }
 
-ChartDescription ResetChart(ChartArrays& arrays, bool fEraseArrays) {
-  if (fEraseArrays) arrays.Erase();
+ChartDescription ResetChart(ChartArrays& arrays, bool eraseArrays) {
+  if (eraseArrays) arrays.Erase();
   return ResetChart();
 }
 

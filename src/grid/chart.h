@@ -81,12 +81,12 @@ struct ChartDescription {
 ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options,
                          std::int32_t activeTab, std::int32_t displayInfoType);
 
-// DoChart(fSortOnly = true): re-sorts what the chart holds by `graphSortKey`.
+// DoChart(sortOnly = true): re-sorts what the chart holds by `graphSortKey`.
 void DoChartSortOnly(ChartDescription& chart, std::int32_t graphSortKey);
 
-// The empty chart with the text "No available chart"; with `fEraseArrays` the
+// The empty chart with the text "No available chart"; with `eraseArrays` the
 // arrays are erased too.
-ChartDescription ResetChart(ChartArrays& arrays, bool fEraseArrays);
+ChartDescription ResetChart(ChartArrays& arrays, bool eraseArrays);
 ChartDescription ResetChart();
 
 // A round axis top at or above `largest`: 1, 2 or 5 times a power of ten.

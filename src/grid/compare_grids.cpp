@@ -92,8 +92,8 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
                  {child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
 
   const int n = g.SessionCount();
-  std::vector<double> tHits(n, 0);
-  std::vector<double> tTotalTime(n, 0);
+  std::vector<double> hits(n, 0);
+  std::vector<double> totalTime(n, 0);
   AddProcedureRows(g, sel, kNeededProcedure,
                    [&](Row& row, std::vector<double>& chart, const Procedure&, std::int32_t i) {
                      for (int k = 0; k < n; ++k) {
@@ -103,17 +103,17 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
                        if (pv->Hits == 0) continue;
                        SetTimes(g, row, k, 0, child ? pv->ChildTotalTime : pv->TotalTime,
                                 child ? pv->ChildAverageTime : pv->AverageTime);
-                       tHits[k] += pv->Hits;
-                       tTotalTime[k] += CellValue(g.RunCell(row, k, 0).Text);
+                       hits[k] += pv->Hits;
+                       totalTime[k] += CellValue(g.RunCell(row, k, 0).Text);
                      }
                    });
 
   if (g.Grid().RowCount() > 0 && dit <= 1) {
     Row& total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
-      if (tHits[k] == 0) continue;
+      if (hits[k] == 0) continue;
       const double time = SelectionTime(g, k, sel, false);
-      SetTimes(g, total, k, 0, time, time / tHits[k]);
+      SetTimes(g, total, k, 0, time, time / hits[k]);
     }
   }
   return g.Finish(ProcedureChartTitle(dit), true);
@@ -125,10 +125,10 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
   ComparedGrid g(ws, sel, {"Module", "Procedure", "Line", "Line ID"},
                  {"Hits", child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
   const Project& project = g.ShownProject();
-  const std::int32_t tNumberOfZeros = LineIdDigits(project.LinesNumber);
+  const std::int32_t numberOfZeros = LineIdDigits(project.LinesNumber);
 
   const int n = g.SessionCount();
-  std::vector<double> tHits(n, 0);
+  std::vector<double> hits(n, 0);
   for (std::int32_t i = 1; i <= project.LinesNumber; ++i) {
     const CodeLine& line = project.CodeLine(i);
     const std::int32_t proc = line.BelongToProcedure;
@@ -144,7 +144,7 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
     if (procedure) row.At(2).Text = procedure->Name;
     row.At(3).Text = line.Text;
     row.At(4).Text = std::to_string(i);
-    ChartRow chart{LineChartName(i, tNumberOfZeros, line.Text), std::vector<double>(n, 0)};
+    ChartRow chart{LineChartName(i, numberOfZeros, line.Text), std::vector<double>(n, 0)};
     int zeros = 0;
     for (int k = 0; k < n; ++k) {
       const CodeLineValue* v = g.Line(k, i);
@@ -153,7 +153,7 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
       if (chart.Values[k] == 0) ++zeros;
       if (!v || v->Hits == 0) continue;
       g.RunCell(row, k, 0).Text = std::to_string(v->Hits);
-      tHits[k] += v->Hits;
+      hits[k] += v->Hits;
       if (line.IsProcedureExit) {
         // The end of a procedure has no time of its own.
         g.RunCell(row, k, 1).Text = kNoValue;
@@ -170,10 +170,10 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
   if (g.Grid().RowCount() > 0 && dit <= 1) {
     Row& total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
-      if (tHits[k] == 0) continue;
+      if (hits[k] == 0) continue;
       const double time = SelectionTime(g, k, sel, true);
-      g.RunCell(total, k, 0).Text = CStr(tHits[k]);
-      SetTimes(g, total, k, 1, time, time / tHits[k]);
+      g.RunCell(total, k, 0).Text = CStr(hits[k]);
+      SetTimes(g, total, k, 1, time, time / hits[k]);
     }
   }
   return g.Finish(LineChartTitle(dit), true);
@@ -183,7 +183,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
   ComparedGrid g(ws, sel, {"Module", "Procedure"}, {"Coverage", "Critical Cov."});
 
   const int n = g.SessionCount();
-  std::vector<double> tLines(n, 0);
+  std::vector<double> lines(n, 0);
   std::vector<double> criticalHits(n, 0);
   std::vector<double> criticalLines(n, 0);
   AddProcedureRows(
@@ -194,7 +194,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
           if (!pv || pv->TotalLines == 0) continue;
           chart[k] = std::floor(100 * pv->Coverage);
           g.RunCell(row, k, 0).Text = PercentText(pv->Coverage);
-          tLines[k] += pv->TotalLines;
+          lines[k] += pv->TotalLines;
           if (proc.IsCritical) {
             g.RunCell(row, k, 1).Text = g.RunCell(row, k, 0).Text;
             criticalHits[k] += pv->HitLines;
@@ -206,7 +206,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
   if (g.Grid().RowCount() > 0) {
     Row& total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
-      if (tLines[k] == 0) continue;
+      if (lines[k] == 0) continue;
       const ModuleValue* rec = sel.cMod != 0 ? g.Module(k, sel.cMod) : &g.Own(k).SessionValue;
       if (rec && rec->TotalLines != 0) {
         g.RunCell(total, k, 0).Text = PercentText(rec->LineCoverage);

@@ -233,16 +233,16 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
     kLeftProcedures
   };
   const std::vector<std::int32_t> list = ProjectTableSessions(ws, sel);
-  bool fContainsCritical = false;
+  bool hasCritical = false;
   for (const std::int32_t s : list) {
-    fContainsCritical = fContainsCritical || ws.Project(ws.Session(s).Project).ContainsCritical;
+    hasCritical = hasCritical || ws.Project(ws.Session(s).Project).ContainsCritical;
   }
 
   GridBuild build;
   Table& t = StartTable(build, ImageListKind::Nothing, {"Project"});
   AddValueColumns(t, {"# Modules"});
   AddCoverageColumns(t);
-  const int critical = AddCriticalColumn(t, fContainsCritical);
+  const int critical = AddCriticalColumn(t, hasCritical);
   const int bars = AddBarsColumn(t, 6);
 
   // Fills the columns of a project row, or of the total row from the sums.

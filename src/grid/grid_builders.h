@@ -27,9 +27,9 @@ GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, Sor
 GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort);
 
 // The Lines tab, any measure; progress goes to the Workspace's prompter. With
-// `fFake` only the headers and one blank row, no data and no chart: the grid
+// `fake` only the headers and one blank row, no data and no chart: the grid
 // that stands before any session is picked.
-GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, bool fFake);
+GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, bool fake);
 // A one-column notice of two rows where lines can't be listed.
 GridBuild ShowLinesUnavailable(const std::string& arg, const std::string& arg2);
 

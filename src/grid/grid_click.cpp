@@ -70,8 +70,8 @@ ClickTarget ClickedPlace(const Project& project, const Table& table, int row, in
   return ModuleTarget(project, r, moduleColumn);
 }
 
-std::int32_t TabAfterClick(std::int32_t tClickKind, std::int32_t activeTab) {
-  switch (tClickKind) {
+std::int32_t TabAfterClick(std::int32_t clickKind, std::int32_t activeTab) {
+  switch (clickKind) {
     case kSingleClick:
       return activeTab + 1;
     case kDoubleClick:

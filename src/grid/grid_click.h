@@ -36,10 +36,10 @@ struct ClickTarget {
 // cells. Names that match nothing (the total row) give zeros.
 ClickTarget ClickedPlace(const Project& project, const Table& table, int row, int column);
 
-// The tab to show after a click of kind `tClickKind` on a grid shown on
+// The tab to show after a click of kind `clickKind` on a grid shown on
 // `activeTab`: a single click goes on to the tab to the right (from modules to
 // their procedures, and so on), a double click to the source page; a right
 // click opens the context menu and stays (the result is `activeTab`).
-std::int32_t TabAfterClick(std::int32_t tClickKind, std::int32_t activeTab);
+std::int32_t TabAfterClick(std::int32_t clickKind, std::int32_t activeTab);
 
 }  // namespace zol

@@ -36,35 +36,35 @@ std::string WithoutTabs(std::string_view text) {
 // One cell as written. `firstColumn`: the row's own text, which stands as it
 // is; `lineColumn`: the source text, whose commas are never numbers.
 std::string ExportCell(const std::string& text, bool commaSeparated, bool firstColumn,
-                       bool lineColumn, bool fReplaceComma) {
+                       bool lineColumn, bool replaceComma) {
   if (!commaSeparated) {
     if (!firstColumn && text == "-") return "0";
     return WithoutTabs(text);
   }
   if (firstColumn) return NeedsQuotes(text) ? Quoted(text) : text;
   if (text == "-") return Quoted("0");
-  return Quoted(fReplaceComma && !lineColumn ? Replace(text, ",", ".") : text);
+  return Quoted(replaceComma && !lineColumn ? Replace(text, ",", ".") : text);
 }
 
 }  // namespace
 
-std::int32_t ExportFileType(const std::string& tFile) {
-  return TextEquals(Right(tFile, 4), ".csv") ? 1 : 0;
+std::int32_t ExportFileType(const std::string& file) {
+  return TextEquals(Right(file, 4), ".csv") ? 1 : 0;
 }
 
-std::string ExportText(const Table& table, bool commaSeparated, bool fReplaceComma) {
+std::string ExportText(const Table& table, bool commaSeparated, bool replaceComma) {
   std::vector<int> rows(static_cast<std::size_t>(table.RowCount()));
   for (std::size_t r = 0; r < rows.size(); ++r) rows[r] = static_cast<int>(r) + 1;
-  return ExportText(table, rows, commaSeparated, fReplaceComma);
+  return ExportText(table, rows, commaSeparated, replaceComma);
 }
 
 std::string ExportText(const Table& table, const std::vector<int>& rows, bool commaSeparated,
-                       bool fReplaceComma) {
+                       bool replaceComma) {
   std::vector<int> columns;
   for (const int c : table.GetHeadersPositions()) {
     if (!IsBarsColumn(table.ColumnAt(c))) columns.push_back(c);
   }
-  const int tLineCol = fReplaceComma ? table.FindColumn("Line") : 0;
+  const int lineCol = replaceComma ? table.FindColumn("Line") : 0;
   const std::string_view separator = commaSeparated ? "," : "\t";
 
   std::string out;
@@ -72,7 +72,7 @@ std::string ExportText(const Table& table, const std::vector<int>& rows, bool co
     for (std::size_t k = 0; k < columns.size(); ++k) {
       if (k > 0) out.append(separator);
       const int c = columns[k];
-      out.append(ExportCell(textOf(c), commaSeparated, c == 1, c == tLineCol, fReplaceComma));
+      out.append(ExportCell(textOf(c), commaSeparated, c == 1, c == lineCol, replaceComma));
     }
     out.append(kLineEnd);
   };
@@ -85,25 +85,25 @@ std::string ExportText(const Table& table, const std::vector<int>& rows, bool co
   return out;
 }
 
-bool ExportTable(const Table& table, const std::string& tFile, bool commaSeparated,
+bool ExportTable(const Table& table, const std::string& file, bool commaSeparated,
                  Prompter& prompter) {
   if (table.RowCount() == 0) {
     prompter.ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
     return false;
   }
   // A locale that writes decimal commas would put commas into number cells.
-  const bool fReplaceComma = CStr(1.0 / 3).find(',') != std::string::npos;
-  WriteFile(tFile, ExportText(table, commaSeparated, fReplaceComma));
+  const bool replaceComma = CStr(1.0 / 3).find(',') != std::string::npos;
+  WriteFile(file, ExportText(table, commaSeparated, replaceComma));
   return true;
 }
 
-std::string ExportGridToFile(const Table& table, std::string tFile, Prompter& prompter,
+std::string ExportGridToFile(const Table& table, std::string file, Prompter& prompter,
                              std::int32_t& LastExportFileType) {
-  const std::int32_t fileType = ExportFileType(tFile);
-  if (GetFileName(tFile).find('.') == std::string::npos) tFile += ".txt";
-  if (!ExportTable(table, tFile, fileType == 1, prompter)) return {};
+  const std::int32_t fileType = ExportFileType(file);
+  if (GetFileName(file).find('.') == std::string::npos) file += ".txt";
+  if (!ExportTable(table, file, fileType == 1, prompter)) return {};
   LastExportFileType = fileType;
-  return tFile;
+  return file;
 }
 
 }  // namespace zol

@@ -118,11 +118,10 @@ std::string ShareText(std::string_view valueText, double total);
 
 // The digits of the largest line ID of a project of `linesNumber` lines.
 std::int32_t LineIdDigits(std::int32_t linesNumber);
-// A line's name in the chart: its ID padded with zeros to `tNumberOfZeros`
+// A line's name in the chart: its ID padded with zeros to `numberOfZeros`
 // digits, "-", and its text cut to 33 characters; so a sort by name is a sort
 // by line ID.
-std::string LineChartName(std::int32_t lineId, std::int32_t tNumberOfZeros,
-                          const std::string& text);
+std::string LineChartName(std::int32_t lineId, std::int32_t numberOfZeros, const std::string& text);
 
 // Widths, the sort on `defaultColumn` in descending order, and the first row
 // selected.

@@ -122,25 +122,25 @@ bool IsNumericColumn(const std::string& header) {
   return header != "Line" && header != "Procedure" && header != "Module" && header != "Project";
 }
 
-std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t tColumnIndex,
+std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
                        std::int32_t SortOrder, bool comparedTable) {
   if (table.RowCount() == 0) return -1;
-  if (tColumnIndex < 1 || tColumnIndex > table.ColumnCount()) return -1;
+  if (columnIndex < 1 || columnIndex > table.ColumnCount()) return -1;
   if (SortOrder == kSortToggle) {
     if (!table.Sorted) {
       SortOrder = kSortDescending;
-    } else if (tColumnIndex == memory.LastColumn) {
+    } else if (columnIndex == memory.LastColumn) {
       SortOrder = 1 - memory.LastSortOrder;
     } else {
       SortOrder =
-          table.ColumnAt(tColumnIndex).Header == "Line ID" ? kSortAscending : memory.LastSortOrder;
+          table.ColumnAt(columnIndex).Header == "Line ID" ? kSortAscending : memory.LastSortOrder;
     }
   }
-  if (!comparedTable) Recolor(table, memory.LastColumn, tColumnIndex);
-  OrderRows(table, tColumnIndex, SortOrder);
+  if (!comparedTable) Recolor(table, memory.LastColumn, columnIndex);
+  OrderRows(table, columnIndex, SortOrder);
   table.Sorted = true;
   memory.LastSortOrder = SortOrder;
-  memory.LastColumn = tColumnIndex;
+  memory.LastColumn = columnIndex;
   return SortOrder;
 }
 

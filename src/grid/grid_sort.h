@@ -22,7 +22,7 @@ struct SortMemory {
   std::int32_t LastSortOrder = 0;
 };
 
-// Sorts `table` on column `tColumnIndex` (from 1). `SortOrder` 0 ascending, 1
+// Sorts `table` on column `columnIndex` (from 1). `SortOrder` 0 ascending, 1
 // descending, -1 decides by toggling: descending on a table not sorted yet,
 // the reverse of the last order on the same column, the last order on another
 // column, and ascending on "Line ID" so that lines come in source order.
@@ -30,7 +30,7 @@ struct SortMemory {
 // blue and those of the previously sorted column standard; grey rows and the
 // bold total row keep their colours. An empty table is left as it is. Returns
 // the order used (-1 when nothing was done).
-std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t tColumnIndex,
+std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
                        std::int32_t SortOrder, bool comparedTable = false);
 
 // Whether a column sorts by number: all but the text columns "Line",

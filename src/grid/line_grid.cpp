@@ -26,7 +26,7 @@ struct LineColumns {
   int bars = 0;
 };
 
-LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fFake) {
+LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fake) {
   const std::int32_t dit = sel.DisplayInfoType;
   const bool timing = dit != 4;
   const bool child = IsChildMeasure(dit);
@@ -40,7 +40,7 @@ LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fFake) {
   }
   cols.line = t.AddColumn("Line");
   cols.lineId = t.AddColumn("Line ID", Alignment::Right);
-  if (fFake) return cols;
+  if (fake) return cols;
   cols.bars = AddBarsColumn(t, !timing ? 4 : (IsAverageMeasure(dit) ? 8 : 6));
   cols.project = AddProjectColumn(t, sel);
   ShowProjectColumnFirst(t, cols.project);
@@ -138,11 +138,11 @@ void AddLineTotal(Table& t, const LineTotals& totals, std::int32_t dit, int bars
 
 }  // namespace
 
-std::string LineChartName(std::int32_t lineId, std::int32_t tNumberOfZeros,
+std::string LineChartName(std::int32_t lineId, std::int32_t numberOfZeros,
                           const std::string& text) {
-  // The rightmost tNumberOfZeros characters of that many zeros and the ID.
+  // The rightmost numberOfZeros characters of that many zeros and the ID.
   const std::string id = std::to_string(lineId);
-  const std::size_t width = static_cast<std::size_t>(MaxLong2(tNumberOfZeros, 0));
+  const std::size_t width = static_cast<std::size_t>(MaxLong2(numberOfZeros, 0));
   std::string name;
   name.reserve(width + 1 + 36);
   if (id.size() < width) name.append(width - id.size(), '0');
@@ -165,15 +165,15 @@ std::int32_t LineIdDigits(std::int32_t linesNumber) {
   return static_cast<std::int32_t>(std::to_string(MaxLong2(linesNumber, 1)).size());
 }
 
-GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, bool fFake) {
+GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, bool fake) {
   const std::int32_t dit = sel.DisplayInfoType;
   const bool timing = dit != 4;
   GridBuild build;
   Table& t = build.Grid;
   t.ImageList = ImageListKind::Nothing;
-  const LineColumns cols = AddLineColumns(t, sel, fFake);
+  const LineColumns cols = AddLineColumns(t, sel, fake);
   const int sortColumn = timing ? kTime : kHits;
-  if (fFake) {
+  if (fake) {
     Row& row = t.AddRow("", " ");
     row.At(cols.lineId).Text = " ";
     FinishGrid(t, sort, sortColumn);
@@ -183,7 +183,7 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   const Project& project = ws.Project(sel.cp);
   const Session& session = ws.Session(sel.cs);
   const std::int32_t linesNumber = project.LinesNumber;
-  const std::int32_t tNumberOfZeros = LineIdDigits(linesNumber);
+  const std::int32_t numberOfZeros = LineIdDigits(linesNumber);
   Prompter& prompter = ws.prompter();
   if (linesNumber != 0) prompter.SetProgressMax(static_cast<long>(linesNumber * 1.5));
   prompter.ShowProgress(linesNumber > 200 && sel.cPro == 0);
@@ -208,7 +208,7 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
     const CodeLine& line = project.CodeLine(i);
     const CodeLineValue& v = session.CodeLineValue(i);
     const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
-    chart.Add(LineChartName(i, tNumberOfZeros, line.Text), value, timing ? 1000000 * value : value);
+    chart.Add(LineChartName(i, numberOfZeros, line.Text), value, timing ? 1000000 * value : value);
 
     const std::int32_t proc = line.BelongToProcedure;
     const Procedure* procedure = proc != 0 ? &project.Procedure(proc) : nullptr;

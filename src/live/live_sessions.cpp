@@ -105,22 +105,22 @@ void BuildGroup(Workspace& ws, EventStore& store, LiveRunOutcome& outcome) {
     const std::string tag = "#" + std::to_string(p) + "#";
     if (listofprojects.find(tag) != std::string::npos) continue;
     listofprojects += tag;
-    Array1<std::int32_t> tListOfSessionsToInclude;
+    Array1<std::int32_t> listOfSessionsToInclude;
     std::int32_t ntl = 0;
     for (std::int32_t j = 1; j <= store.nThread; ++j) {
       if (ws.Session(store.Thread(j).SessionNr).Project != p) continue;
       ntl += 1;
-      tListOfSessionsToInclude.ReDimPreserve(ntl);
-      tListOfSessionsToInclude(ntl) = store.Thread(j).SessionNr;
+      listOfSessionsToInclude.ReDimPreserve(ntl);
+      listOfSessionsToInclude(ntl) = store.Thread(j).SessionNr;
     }
     ws.nSession += 1;
     ws.Session.ReDimPreserve(ws.nSession);
     if (ntl >= 2) {
       MakeMergedAndCompareSessions(ws, ws.nSession, ws.FakeCompareSession, true,
-                                   tListOfSessionsToInclude, false, true, false);
+                                   listOfSessionsToInclude, false, true, false);
       ws.FakeCompareSession.Erase();
     } else {
-      ws.Session(ws.nSession) = ws.Session(tListOfSessionsToInclude(1));
+      ws.Session(ws.nSession) = ws.Session(listOfSessionsToInclude(1));
     }
     Session& member = ws.Session(ws.nSession);
     member.Name = GetStringAPI(store.Thread(i).Pds.Title);
@@ -254,11 +254,11 @@ LiveRunOutcome ComputeThread(Workspace& ws, EventStore& store, LiveRunView& view
   ws.Session(0).Loaded = false;
 
   // Threads without a session take no part in the group.
-  bool fSessionGroup = MakesGroup(store);
-  for (std::int32_t i = 1; i <= store.nThread && fSessionGroup; ++i) {
-    if (store.Thread(i).SessionNr == 0) fSessionGroup = false;
+  bool sessionGroup = MakesGroup(store);
+  for (std::int32_t i = 1; i <= store.nThread && sessionGroup; ++i) {
+    if (store.Thread(i).SessionNr == 0) sessionGroup = false;
   }
-  if (fSessionGroup) {
+  if (sessionGroup) {
     try {
       BuildGroup(ws, store, outcome);
       view.SelectSessionGroup(ws, outcome.group);
@@ -268,7 +268,7 @@ LiveRunOutcome ComputeThread(Workspace& ws, EventStore& store, LiveRunView& view
   } else {
     InitGlobalSessions(ws, view.MergedView());
   }
-  if (!fSessionGroup) {
+  if (!sessionGroup) {
     for (std::int32_t i = 1; i <= store.nThread; ++i) {
       const std::int32_t s = store.Thread(i).SessionNr;
       if (s != 0 && !ws.Session(s).SessionFile.empty()) view.SelectSession(ws, s);

@@ -91,17 +91,18 @@ void LoadRecording(EventStore& store, const std::string& file) {
       t.Active = r.U8() != 0;
       r.Bytes(3);
     }
-    const std::int32_t nEvents = r.I32();
-    if (nEvents < 0) throw RecordingError(file, "number of events " + std::to_string(nEvents));
-    if (r.Remaining() != static_cast<std::size_t>(nEvents) * kEventBytes) {
+    const std::int32_t eventCount = r.I32();
+    if (eventCount < 0)
+      throw RecordingError(file, "number of events " + std::to_string(eventCount));
+    if (r.Remaining() != static_cast<std::size_t>(eventCount) * kEventBytes) {
       throw RecordingError(
-          file, std::to_string(nEvents) + " events need " +
-                    std::to_string(static_cast<std::size_t>(nEvents) * kEventBytes) +
+          file, std::to_string(eventCount) + " events need " +
+                    std::to_string(static_cast<std::size_t>(eventCount) * kEventBytes) +
                     " bytes, the file has " + std::to_string(r.Remaining()) + " after the threads");
     }
     Array1<ProfileEvent> events;
-    if (nEvents > 0) events.ReDim((nEvents + kGrowthStep - 1) / kGrowthStep * kGrowthStep);
-    for (std::int32_t i = 1; i <= nEvents; ++i) {
+    if (eventCount > 0) events.ReDim((eventCount + kGrowthStep - 1) / kGrowthStep * kGrowthStep);
+    for (std::int32_t i = 1; i <= eventCount; ++i) {
       ProfileEvent& e = events(i);
       e.Thread = r.I16();
       e.Action = r.U8();
@@ -116,9 +117,9 @@ void LoadRecording(EventStore& store, const std::string& file) {
       // A zero stamp would end the run there; live stamps are never zero.
       if (e.Time <= 0) throw RecordingError(file, where + " has time " + std::to_string(e.Time));
     }
-    for (std::int32_t i = 1; i <= nEvents; ++i) {
+    for (std::int32_t i = 1; i <= eventCount; ++i) {
       if (events(i).Action == kActionOverheadStart &&
-          (i == nEvents || events(i + 1).Action != kActionOverheadEnd)) {
+          (i == eventCount || events(i + 1).Action != kActionOverheadEnd)) {
         throw RecordingError(file,
                              "the overhead pair of event " + std::to_string(i) + " has no end");
       }
@@ -129,7 +130,7 @@ void LoadRecording(EventStore& store, const std::string& file) {
     store.nThread = nThread;
     store.Thread = std::move(threads);
     store.ProfileEvent = std::move(events);
-    store.ProfileIndex = nEvents;
+    store.ProfileIndex = eventCount;
   } catch (const TruncatedData& e) {
     throw RecordingError(file, std::string("truncated: ") + e.what());
   }

@@ -66,12 +66,12 @@ class Walk {
 
   std::vector<std::string> Run(const std::function<void(const std::string&)>& status) {
     const std::int32_t upper = store_.ProfileEvent.UBound();
-    for (nRecord = 1; nRecord <= upper; ++nRecord) {
-      if (nRecord % 10000 == 0 && status) {
-        status("Analyzing timings " + Format(static_cast<double>(nRecord) / upper, "0%") + " (" +
-               std::to_string(upper) + " events)");
+    for (recordNumber = 1; recordNumber <= upper; ++recordNumber) {
+      if (recordNumber % 10000 == 0 && status) {
+        status("Analyzing timings " + Format(static_cast<double>(recordNumber) / upper, "0%") +
+               " (" + std::to_string(upper) + " events)");
       }
-      const ProfileEvent& e = store_.ProfileEvent(nRecord);
+      const ProfileEvent& e = store_.ProfileEvent(recordNumber);
       if (e.Time == 0) break;
       Guard([&] { Step(e); });
     }
@@ -94,7 +94,7 @@ class Walk {
     } catch (const BoundsError& ex) {
       ++faultCount_;
       if (faults_.size() < kMaxFaultTexts) {
-        faults_.push_back("event " + std::to_string(nRecord) + ": " + ex.what());
+        faults_.push_back("event " + std::to_string(recordNumber) + ": " + ex.what());
       }
     }
   }
@@ -148,10 +148,10 @@ class Walk {
 
   void CloseRunningLine(std::int64_t lTime) {
     if (CurrentLine <= 0) return;
-    const std::int64_t tTimeToAdd =
+    const std::int64_t timeToAdd =
         Minus(Minus(lTime, CurrentLineStartTime), OverheadOf(CurrentThread));
     Guard([&] {
-      ws_.Session(CurrentLineSession).CodeLineValue(CurrentLine).TotalTime += Units(tTimeToAdd);
+      ws_.Session(CurrentLineSession).CodeLineValue(CurrentLine).TotalTime += Units(timeToAdd);
     });
     CurrentLine = 0;
     // A line that waits in a call on one thread is charged the time any thread
@@ -162,7 +162,7 @@ class Walk {
         const std::int32_t childLine =
             Stack[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)].ChildLine;
         if (childLine != 0) {
-          Guard([&] { SessionOf(i).CodeLineValue(childLine).ChildTotalTime += Units(tTimeToAdd); });
+          Guard([&] { SessionOf(i).CodeLineValue(childLine).ChildTotalTime += Units(timeToAdd); });
         }
       }
     }
@@ -256,15 +256,16 @@ class Walk {
   }
 
   void Overhead(std::int64_t lTime) {
-    const std::int64_t tTimeToAdd = Minus(
-        Plus(store_.QueryPerformanceCounterOverhead, store_.ProfileEvent(nRecord + 1).Time), lTime);
-    nRecord += 1;  // the end of the pair is not walked
+    const std::int64_t timeToAdd = Minus(
+        Plus(store_.QueryPerformanceCounterOverhead, store_.ProfileEvent(recordNumber + 1).Time),
+        lTime);
+    recordNumber += 1;  // the end of the pair is not walked
     for (std::int32_t i = 1; i <= store_.nThread; ++i) {
       const Session& s = SessionOf(i);
       for (std::int32_t j = 1; j <= Depth(i); ++j) {
         Frame& f = Stack[static_cast<std::size_t>(i)][static_cast<std::size_t>(j)];
         Guard([&] {
-          if (!IsCovered(s, f.ProcID)) f.EntryTime = Plus(f.EntryTime, tTimeToAdd);
+          if (!IsCovered(s, f.ProcID)) f.EntryTime = Plus(f.EntryTime, timeToAdd);
         });
       }
     }
@@ -273,7 +274,7 @@ class Walk {
   Workspace& ws_;
   const EventStore& store_;
   std::int32_t cs = 0;
-  std::int32_t nRecord = 0;
+  std::int32_t recordNumber = 0;
   std::int32_t CurrentLine = 0;
   std::int32_t CurrentLineSession = 0;
   std::int64_t CurrentLineStartTime = 0;

@@ -75,14 +75,14 @@ void GatherProcedures(Workspace& ws, const Project& project, Session& s) {
 // One line rank: each line's position, from 1, among all lines in rising
 // order of the measure. Lines that end a procedure stay at 0 in the scratch
 // array; ties keep whatever order the index sort leaves.
-void RankLines(const Project& project, const Session& s, std::int32_t nLines,
+void RankLines(const Project& project, const Session& s, std::int32_t lineCount,
                double CodeLineValue::*measure, Array1<double>& scratch,
                Array1<std::int32_t>& rank) {
-  for (std::int32_t id = 1; id <= nLines; ++id) {
+  for (std::int32_t id = 1; id <= lineCount; ++id) {
     if (!project.CodeLine(id).IsProcedureExit) scratch(id) = s.CodeLineValue(id).*measure;
   }
-  rank.ReDim(nLines);
-  NdxShellSortDouble(scratch, rank, nLines, false);
+  rank.ReDim(lineCount);
+  NdxShellSortDouble(scratch, rank, lineCount, false);
   rank = InverseArrayLong(rank);
 }
 
@@ -238,7 +238,7 @@ void GatherInfo(Workspace& ws, std::int32_t cs) {
   RankSession(ws, project, s);
 }
 
-std::int32_t RankToBackcolor(float tRank) {
+std::int32_t RankToBackcolor(float rankValue) {
   struct Band {
     double upTo;
     bool inclusive;
@@ -252,7 +252,7 @@ std::int32_t RankToBackcolor(float tRank) {
       {0.8, true, 255, 170, 0},   {0.9, true, 255, 145, 0}, {0.99, false, 255, 120, 0},
   };
   // The comparison is made in double, as the single rank widened.
-  const double rank = tRank;
+  const double rank = rankValue;
   for (const Band& band : kBands) {
     if (band.inclusive ? rank <= band.upTo : rank < band.upTo) {
       return band.r + 256 * band.g + 65536 * band.b;

@@ -69,6 +69,6 @@ void RankSession(Workspace& ws, const Project& project, Session& s);
 // The background colour of a rank, as red + 256 * green + 65536 * blue: white
 // for no rank, then green for the fastest through yellow to red for the
 // slowest.
-std::int32_t RankToBackcolor(float tRank);
+std::int32_t RankToBackcolor(float rankValue);
 
 }  // namespace zol

@@ -43,35 +43,35 @@ std::string MemberFault(std::size_t i, const std::string& name, const std::strin
   return "session " + std::to_string(i) + " (\"" + name + "\"): " + fault;
 }
 
-// Member `i` of the group file `tFile`, unpacked to `memberFile` and read as a
+// Member `i` of the group file `fileName`, unpacked to `memberFile` and read as a
 // session entered from a .pfd: header first, then values. Its project file is
 // looked for beside the group file, since the unpacked copy has no
 // neighbours. Faults are reported against the group file.
 Session ReadMember(Workspace& ws, std::int32_t csg, std::size_t i, const GroupFileMember& member,
-                   const std::string& memberFile, const std::string& tFile) {
+                   const std::string& memberFile, const std::string& fileName) {
   if (!HasMagic(member.Content, kSessionFileMagic)) {
-    throw SessionFileError(tFile, MemberFault(i, member.Name, "not a session file"));
+    throw SessionFileError(fileName, MemberFault(i, member.Name, "not a session file"));
   }
   Session m;
   m.SessionFile = memberFile;
   m.Name = member.Name;
   m.Invisible = true;
   m.Group = csg;
-  const std::string beside = GetPath(tFile);
+  const std::string beside = GetPath(fileName);
   bool projectFound = false;
   try {
     WriteFile(memberFile, member.Content);
     session_file_detail::ReadSessionHeaderFrom(ws, m, memberFile, beside);
     projectFound = session_file_detail::ReadSessionFile(ws, m, memberFile, beside);
   } catch (const SessionFileError& e) {
-    throw SessionFileError(tFile, MemberFault(i, member.Name, e.fault()));
+    throw SessionFileError(fileName, MemberFault(i, member.Name, e.fault()));
   } catch (const FileError& e) {
-    throw SessionFileError(tFile, MemberFault(i, member.Name, e.what()));
+    throw SessionFileError(fileName, MemberFault(i, member.Name, e.what()));
   }
   if (!projectFound) {
-    throw SessionFileError(tFile, MemberFault(i, member.Name,
-                                              "its project file \"" + m.ProjectFile +
-                                                  "\" can't be found or isn't a .vbp file"));
+    throw SessionFileError(fileName, MemberFault(i, member.Name,
+                                                 "its project file \"" + m.ProjectFile +
+                                                     "\" can't be found or isn't a .vbp file"));
   }
   m.Loaded = true;
   return m;
@@ -98,11 +98,11 @@ void SaveSessionInfoGroup(Workspace& ws, std::int32_t csg) {
   }
 }
 
-bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& tFile) {
+bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& fileName) {
   SessionGroup& g = ws.SessionGroup(csg);
-  const std::string bytes = LoadWholeFile(tFile);
+  const std::string bytes = LoadWholeFile(fileName);
   if (!HasMagic(bytes, kGroupFileMagic)) {
-    session_file_detail::ShowNotCompatible(ws, tFile);
+    session_file_detail::ShowNotCompatible(ws, fileName);
     return false;
   }
   GroupFileHeader h;
@@ -113,7 +113,7 @@ bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& tF
     h = ReadGroupFileHeader(r);
     members = ReadGroupFileMembers(r);
   } catch (const TruncatedData& e) {
-    throw SessionFileError(tFile, std::string("truncated or damaged: ") + e.what());
+    throw SessionFileError(fileName, std::string("truncated or damaged: ") + e.what());
   }
 
   // Every member is read before any slot is added, so a damaged member leaves
@@ -123,7 +123,7 @@ bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& tF
     UnpackFolder folder(ws);
     for (std::size_t i = 1; i <= members.size(); ++i) {
       const std::string memberFile = JoinPath(folder.path(), std::to_string(i) + ".pfd");
-      loaded.push_back(ReadMember(ws, csg, i, members[i - 1], memberFile, tFile));
+      loaded.push_back(ReadMember(ws, csg, i, members[i - 1], memberFile, fileName));
     }
   }
 

@@ -208,8 +208,8 @@ void ReadProfileFile(Workspace& ws, std::int32_t cs, ReplayKind kind) {
 }
 
 void AddFlowHit(Workspace& ws, std::int32_t cs, std::int32_t FromProc, std::int32_t ToProc,
-                std::int32_t nHits) {
-  FindOrAddFlowPair(ws.Session(cs), FromProc, ToProc).Hits += nHits;
+                std::int32_t hits) {
+  FindOrAddFlowPair(ws.Session(cs), FromProc, ToProc).Hits += hits;
 }
 
 void AddFlowTime(Workspace& ws, std::int32_t cs, std::int32_t FromProc, std::int32_t ToProc,

@@ -41,7 +41,7 @@ void ReadProfileFile(Workspace& ws, std::int32_t cs, ReplayKind kind = ReplayKin
 // Add to Hits, or to ChildTime, of the pair (FromProc, ToProc) of Session(cs),
 // found by a scan in order of creation and made at the end if it is new.
 void AddFlowHit(Workspace& ws, std::int32_t cs, std::int32_t FromProc, std::int32_t ToProc,
-                std::int32_t nHits);
+                std::int32_t hits);
 void AddFlowTime(Workspace& ws, std::int32_t cs, std::int32_t FromProc, std::int32_t ToProc,
                  double ttime);
 

@@ -32,13 +32,13 @@ class LiteralReplay : public LogReplay {
   }
 
   void Block(const unsigned char* records, std::int32_t index, bool lastBlock) override {
-    for (std::int32_t nRecord = 1; nRecord <= pfl::kRecordsPerBlock; ++nRecord) {
-      const pfl::LogRecord r = pfl::DecodeRecord(records + (nRecord - 1) * pfl::kRecordBytes);
+    for (std::int32_t recordNumber = 1; recordNumber <= pfl::kRecordsPerBlock; ++recordNumber) {
+      const pfl::LogRecord r = pfl::DecodeRecord(records + (recordNumber - 1) * pfl::kRecordBytes);
       const double lTime = pfl::LogTime(r.Time);
       // A zero clock value ends the data of a short block; the closing record
       // at the end of the block is read in every case.
-      if (lTime == 0 && nRecord <= pfl::kDataRecordsPerBlock) {
-        nRecord = pfl::kDataRecordsPerBlock;
+      if (lTime == 0 && recordNumber <= pfl::kDataRecordsPerBlock) {
+        recordNumber = pfl::kDataRecordsPerBlock;
         continue;
       }
       place_ = {index, nRecord};
@@ -48,7 +48,7 @@ class LiteralReplay : public LogReplay {
         const bool line = r.Action == pfl::kLineRun;
         ThrowBadOrigin(file_, r,
                        line ? session_.CodeLineValue.Count() : session_.ProcedureValue.Count(),
-                       {index, nRecord});
+                       {index, recordNumber});
       }
     }
   }
@@ -57,7 +57,7 @@ class LiteralReplay : public LogReplay {
 
  private:
   void Replay(const pfl::LogRecord& r, double lTime, bool lastBlock) {
-    tTimeToAdd = 0;
+    timeToAdd = 0;
     SettleGap(lTime);
     CloseRunningLine(r.Action, lTime);
     switch (r.Action) {
@@ -110,12 +110,12 @@ class LiteralReplay : public LogReplay {
     if (lAction != pfl::kBlockClosed && lAction != pfl::kProcedureOut && lAction != pfl::kLineRun) {
       return;
     }
-    tTimeToAdd = lTime - CurrentLineStartTime - CurrentLineOverheads * TraceOverhead;
-    session_.CodeLineValue(CurrentLine).TotalTime += tTimeToAdd;
+    timeToAdd = lTime - CurrentLineStartTime - CurrentLineOverheads * TraceOverhead;
+    session_.CodeLineValue(CurrentLine).TotalTime += timeToAdd;
     for (std::int32_t i = 1; i <= StackDepth - 1; ++i) {
       if (Stack(i).ChildLine != 0) {
-        session_.CodeLineValue(Stack(i).ChildLine).ChildTotalTime += tTimeToAdd;
-        AddFlowTime(ws_, cs_, Stack(i).ProcID, Stack(i + 1).ProcID, tTimeToAdd);
+        session_.CodeLineValue(Stack(i).ChildLine).ChildTotalTime += timeToAdd;
+        AddFlowTime(ws_, cs_, Stack(i).ProcID, Stack(i + 1).ProcID, timeToAdd);
       }
     }
     CurrentLine = 0;
@@ -215,7 +215,7 @@ class LiteralReplay : public LogReplay {
   double CurrentLineStartTime = 0;
   std::int64_t CurrentLineOverheads = 0;
   double DeadTime = 0;
-  double tTimeToAdd = 0;
+  double timeToAdd = 0;
 };
 
 }  // namespace

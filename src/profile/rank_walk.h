@@ -39,10 +39,10 @@ void RankByDistinctValue(std::int32_t count, RankWalk how, IsCandidate isCandida
 
   std::int32_t rank = 1;
   double last = noneYet;
-  bool fFoundOne = false;
+  bool foundOne = false;
   do {
     const std::int32_t start = rank;
-    fFoundOne = false;
+    foundOne = false;
     double best = noBest;
     // The next distinct value beyond `last` in the walk's direction.
     for (std::int32_t i = 1; i <= count; ++i) {
@@ -52,10 +52,10 @@ void RankByDistinctValue(std::int32_t count, RankWalk how, IsCandidate isCandida
       const bool beforeBest = how.descending ? v > best : v < best;
       if (beyondLast && beforeBest) {
         best = v;
-        fFoundOne = true;
+        foundOne = true;
       }
     }
-    if (fFoundOne) {
+    if (foundOne) {
       for (std::int32_t i = 1; i <= count; ++i) {
         if (!isCandidate(i) || valueOf(i) != best) continue;
         auto& field = rankOf(i);
@@ -66,7 +66,7 @@ void RankByDistinctValue(std::int32_t count, RankWalk how, IsCandidate isCandida
       }
     }
     last = best;
-  } while (fFoundOne);
+  } while (foundOne);
 
   if (rank > 1) {
     for (std::int32_t i = 1; i <= count; ++i) {

@@ -24,12 +24,12 @@ namespace session_file_detail {
 namespace {
 
 // The first `n` bytes of the file (fewer if it is shorter).
-std::string LoadFileHead(const std::string& tFile, std::size_t n) {
-  std::ifstream in(ToNativePath(tFile), std::ios::binary);
-  if (!in) throw SessionFileError(tFile, "the file can't be opened");
+std::string LoadFileHead(const std::string& fileName, std::size_t n) {
+  std::ifstream in(ToNativePath(fileName), std::ios::binary);
+  if (!in) throw SessionFileError(fileName, "the file can't be opened");
   std::string head(n, '\0');
   in.read(head.data(), static_cast<std::streamsize>(n));
-  if (in.bad()) throw SessionFileError(tFile, "the file can't be read");
+  if (in.bad()) throw SessionFileError(fileName, "the file can't be read");
   head.resize(static_cast<std::size_t>(in.gcount()));
   return head;
 }
@@ -37,22 +37,22 @@ std::string LoadFileHead(const std::string& tFile, std::size_t n) {
 // Parses the head of a file, and the whole file only when the head turns out
 // too short: catalogues read the headers of many large files.
 template <typename Parse>
-auto ParseFileHead(const std::string& tFile, Parse parse) {
+auto ParseFileHead(const std::string& fileName, Parse parse) {
   constexpr std::size_t kHeadBytes = 64 * 1024;
-  if (!FileExist(tFile)) throw SessionFileError(tFile, "the file does not exist");
+  if (!FileExist(fileName)) throw SessionFileError(fileName, "the file does not exist");
   try {
-    const std::string head = LoadFileHead(tFile, kHeadBytes);
+    const std::string head = LoadFileHead(fileName, kHeadBytes);
     try {
       ByteReader r(head);
       return parse(r);
     } catch (const TruncatedData&) {
       if (head.size() < kHeadBytes) throw;
     }
-    const std::string whole = LoadWholeFile(tFile);
+    const std::string whole = LoadWholeFile(fileName);
     ByteReader r(whole);
     return parse(r);
   } catch (const TruncatedData& e) {
-    throw SessionFileError(tFile, std::string("truncated or damaged header: ") + e.what());
+    throw SessionFileError(fileName, std::string("truncated or damaged header: ") + e.what());
   }
 }
 
@@ -84,10 +84,10 @@ bool IsVbpFile(const std::string& path) {
 // with the file's name and size. It is hidden however the read ends.
 class ReadingProgress {
  public:
-  ReadingProgress(Prompter& p, const std::string& tFile, std::size_t size) : p_(p) {
+  ReadingProgress(Prompter& p, const std::string& fileName, std::size_t size) : p_(p) {
     p_.SetProgressMax(9);
     p_.SetProgressValue(0);
-    p_.SetProgressText("Reading profile data from " + GetFileName(tFile) + " (" +
+    p_.SetProgressText("Reading profile data from " + GetFileName(fileName) + " (" +
                        Trim(Format(static_cast<double>(size), "### ### ### ### ###")) +
                        " bytes)...");
     p_.ShowProgress(true);
@@ -103,30 +103,30 @@ class ReadingProgress {
 
 }  // namespace
 
-std::string LoadWholeFile(const std::string& tFile) {
-  if (!FileExist(tFile)) throw SessionFileError(tFile, "the file does not exist");
+std::string LoadWholeFile(const std::string& fileName) {
+  if (!FileExist(fileName)) throw SessionFileError(fileName, "the file does not exist");
   try {
-    return LoadFile(tFile);
+    return LoadFile(fileName);
   } catch (const FileError& e) {
-    throw SessionFileError(tFile, e.what());
+    throw SessionFileError(fileName, e.what());
   }
 }
 
-void ShowNotCompatible(Workspace& ws, const std::string& tFile) {
-  ws.prompter().ShowMessage(NotCompatibleMessage(tFile), MessageKind::Exclamation);
+void ShowNotCompatible(Workspace& ws, const std::string& fileName) {
+  ws.prompter().ShowMessage(NotCompatibleMessage(fileName), MessageKind::Exclamation);
 }
 
-bool ReadSessionHeaderFrom(Workspace& ws, Session& s, const std::string& tFile,
+bool ReadSessionHeaderFrom(Workspace& ws, Session& s, const std::string& fileName,
                            const std::string& besideFolder) {
   const std::optional<SessionFileHeader> h =
-      ParseFileHead(tFile, [](ByteReader& r) -> std::optional<SessionFileHeader> {
+      ParseFileHead(fileName, [](ByteReader& r) -> std::optional<SessionFileHeader> {
         if (!HasMagic(r.Bytes(std::min(kMagicLength, r.Remaining())), kSessionFileMagic)) {
           return std::nullopt;
         }
         return ReadSessionFileHeader(r);
       });
   if (!h) {
-    ShowNotCompatible(ws, tFile);
+    ShowNotCompatible(ws, fileName);
     return false;
   }
   s.DateTime = h->DateTime;
@@ -140,14 +140,14 @@ bool ReadSessionHeaderFrom(Workspace& ws, Session& s, const std::string& tFile,
   return true;
 }
 
-bool ReadSessionFile(Workspace& ws, Session& s, const std::string& tFile,
+bool ReadSessionFile(Workspace& ws, Session& s, const std::string& fileName,
                      const std::string& besideFolder) {
-  const std::string bytes = LoadWholeFile(tFile);
+  const std::string bytes = LoadWholeFile(fileName);
   if (!HasMagic(bytes, kSessionFileMagic)) {
-    ShowNotCompatible(ws, tFile);
+    ShowNotCompatible(ws, fileName);
     return false;
   }
-  ReadingProgress progress(ws.prompter(), tFile, bytes.size());
+  ReadingProgress progress(ws.prompter(), fileName, bytes.size());
   try {
     ByteReader r(bytes);
     r.Bytes(kMagicLength);
@@ -164,21 +164,21 @@ bool ReadSessionFile(Workspace& ws, Session& s, const std::string& tFile,
     if (const std::string fault =
             ImpossibleSessionValue(s, h.LinesNumber, h.ProceduresNumber, h.ModulesNumber);
         !fault.empty()) {
-      throw SessionFileError(tFile, "a value no run can have: " + fault);
+      throw SessionFileError(fileName, "a value no run can have: " + fault);
     }
     ws.LinesNumber = h.LinesNumber;
     ws.ProceduresNumber = h.ProceduresNumber;
     ws.ModulesNumber = h.ModulesNumber;
     return true;
   } catch (const TruncatedData& e) {
-    throw SessionFileError(tFile, std::string("truncated or damaged: ") + e.what());
+    throw SessionFileError(fileName, std::string("truncated or damaged: ") + e.what());
   }
 }
 
 }  // namespace session_file_detail
 
-std::string NotCompatibleMessage(const std::string& tFile) {
-  return "The following file is not compatible with this version of the profiler:\n" + tFile;
+std::string NotCompatibleMessage(const std::string& fileName) {
+  return "The following file is not compatible with this version of the profiler:\n" + fileName;
 }
 
 void SaveSessionInfo(Workspace& ws, std::int32_t cs) {
@@ -201,40 +201,40 @@ void SaveSessionInfo(Workspace& ws, std::int32_t cs) {
   s.SessionFile = std::move(target);
 }
 
-bool LoadSessionInfo(Workspace& ws, std::int32_t cs, const std::string& tFile) {
+bool LoadSessionInfo(Workspace& ws, std::int32_t cs, const std::string& fileName) {
   Session scratch = ws.Session(cs);
-  if (!session_file_detail::ReadSessionFile(ws, scratch, tFile, GetPath(tFile))) return false;
+  if (!session_file_detail::ReadSessionFile(ws, scratch, fileName, GetPath(fileName))) return false;
   ws.Session(cs) = std::move(scratch);
   return true;
 }
 
-bool ReadSessionHeader(Workspace& ws, Session& s, const std::string& tFile) {
+bool ReadSessionHeader(Workspace& ws, Session& s, const std::string& fileName) {
   Session scratch = s;
-  if (!session_file_detail::ReadSessionHeaderFrom(ws, scratch, tFile, GetPath(tFile))) {
+  if (!session_file_detail::ReadSessionHeaderFrom(ws, scratch, fileName, GetPath(fileName))) {
     return false;
   }
   s = std::move(scratch);
   return true;
 }
 
-bool IsGroupFile(const std::string& tFile) {
-  if (!FileExist(tFile)) return false;
+bool IsGroupFile(const std::string& fileName) {
+  if (!FileExist(fileName)) return false;
   try {
-    return HasMagic(session_file_detail::LoadFileHead(tFile, kMagicLength), kGroupFileMagic);
+    return HasMagic(session_file_detail::LoadFileHead(fileName, kMagicLength), kGroupFileMagic);
   } catch (const SessionFileError&) {
     return false;
   }
 }
 
-void ReadGroupHeader(SessionGroup& g, const std::string& tFile) {
+void ReadGroupHeader(SessionGroup& g, const std::string& fileName) {
   const std::optional<GroupFileHeader> h = session_file_detail::ParseFileHead(
-      tFile, [](ByteReader& r) -> std::optional<GroupFileHeader> {
+      fileName, [](ByteReader& r) -> std::optional<GroupFileHeader> {
         if (!HasMagic(r.Bytes(std::min(kMagicLength, r.Remaining())), kGroupFileMagic)) {
           return std::nullopt;
         }
         return ReadGroupFileHeader(r);
       });
-  if (!h) throw SessionFileError(tFile, "not a group file");
+  if (!h) throw SessionFileError(fileName, "not a group file");
   g.DateTime = h->DateTime;
   g.GroupFile = h->GroupFile;
   g.IniFile = h->IniFile;

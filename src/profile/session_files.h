@@ -41,53 +41,53 @@ class SessionFileWriteError : public SessionFileError {
 
 // The message for a file that is neither a session file nor a group file of
 // this version (nor, where a log is allowed, a log).
-std::string NotCompatibleMessage(const std::string& tFile);
+std::string NotCompatibleMessage(const std::string& path);
 
 // Writes the .pfd of Session(cs), with the counts of its project. The last
 // character of SessionFile becomes "d" (".pfl" -> ".pfd", ".PFL" -> ".PFd");
 // the name changes once the file is written whole.
 void SaveSessionInfo(Workspace& ws, std::int32_t cs);
 
-// Reads the .pfd `tFile` into Session(cs): header texts, OriginalProjectFile
+// Reads the .pfd `path` into Session(cs): header texts, OriginalProjectFile
 // from the run's settings file, and all value arrays; the counts go to the
 // workspace's LinesNumber, ProceduresNumber and ModulesNumber. Shows the
 // progress area while reading. Returns false, with the session unchanged, for
 // a file of another format (after telling the user) and for a session whose
-// project file can be found neither where it was nor beside `tFile`, or isn't
+// project file can be found neither where it was nor beside `path`, or isn't
 // a .vbp (the caller reports that). Throws SessionFileError for a missing,
 // unreadable or damaged file. Does not set Loaded.
-bool LoadSessionInfo(Workspace& ws, std::int32_t cs, const std::string& tFile);
+bool LoadSessionInfo(Workspace& ws, std::int32_t cs, const std::string& path);
 
 // The header of a .pfd as the catalogue enters a session: DateTime, RunType,
-// GroupFile, ProjectFile (found on this disk, else beside `tFile`), IniFile,
+// GroupFile, ProjectFile (found on this disk, else beside `path`), IniFile,
 // OriginalProjectFile, LinesNumber and ProceduresNumber of `s`. Reads only the
 // head of the file. Returns false, after telling the user, for a file of
 // another format; throws SessionFileError for a missing, unreadable or
 // truncated one.
-bool ReadSessionHeader(Workspace& ws, Session& s, const std::string& tFile);
+bool ReadSessionHeader(Workspace& ws, Session& s, const std::string& path);
 
-// Whether `tFile` begins with the magic of a group file (any case). False for
+// Whether `path` begins with the magic of a group file (any case). False for
 // a missing or short file.
-bool IsGroupFile(const std::string& tFile);
+bool IsGroupFile(const std::string& path);
 
-// DateTime, GroupFile and IniFile of the group file `tFile` into `g`. Throws
+// DateTime, GroupFile and IniFile of the group file `path` into `g`. Throws
 // SessionFileError for a missing, unreadable or truncated file.
-void ReadGroupHeader(SessionGroup& g, const std::string& tFile);
+void ReadGroupHeader(SessionGroup& g, const std::string& path);
 
 // Writes the group file SessionGroup(csg).SessionFile: the group's texts and,
 // per member in order, its Name and its whole .pfd image.
 void SaveSessionInfoGroup(Workspace& ws, std::int32_t csg);
 
-// Reads the group file `tFile` into SessionGroup(csg): its texts, and one new
+// Reads the group file `path` into SessionGroup(csg): its texts, and one new
 // Session slot per member (Invisible, Group = csg, header and values read,
 // Loaded), listed in Sessions. The members are unpacked into a temporary
 // folder that is removed afterwards. A member's project file that is not where
-// it was is looked for beside `tFile`. Returns false, after telling the user,
+// it was is looked for beside `path`. Returns false, after telling the user,
 // for a file of another format. Throws SessionFileError, with no slot added,
 // for a missing, unreadable or damaged file or a member whose project can't be
 // found. The members' Project entries, the group's merged session and the
 // recent projects are left to the catalogue's LoadSessionGroup, which is the
 // whole load of a group.
-bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& tFile);
+bool LoadSessionInfoGroup(Workspace& ws, std::int32_t csg, const std::string& path);
 
 }  // namespace zol

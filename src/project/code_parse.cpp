@@ -185,13 +185,13 @@ bool GetNextStructure(std::string_view SourceString, int StartPos, NextStructure
 }
 
 int InStrVB(int StartPos, std::string_view SourceString, std::string_view ElementString,
-            bool fSearchCommentPos) {
+            bool searchCommentPos) {
   if (ElementString.empty()) return 0;
   std::string_view text = SourceString;
   const int elen = Len(ElementString);
   int pos = InStr(StartPos, text, ElementString);
   if (pos == 0) return 0;
-  if (fSearchCommentPos) {
+  if (searchCommentPos) {
     const int comment = GetCommentPos(text);
     if (comment > 0) {
       if (pos >= comment) return 0;

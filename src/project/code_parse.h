@@ -50,11 +50,11 @@ struct NextStructure {
 bool GetNextStructure(std::string_view SourceString, int StartPos, NextStructure& ns);
 
 // Position of `ElementString` as a whole word of code at or behind `StartPos`:
-// not inside a string literal, and (with fSearchCommentPos) not inside the
+// not inside a string literal, and (with searchCommentPos) not inside the
 // comment. The character before it must be a blank, ":" or a tab (or none); the
 // one behind it a blank, "'", ":" or a tab (or none). 0 when not found.
 int InStrVB(int StartPos, std::string_view SourceString, std::string_view ElementString,
-            bool fSearchCommentPos);
+            bool searchCommentPos);
 
 // Position where the comment of a line starts: its first "'" outside a string,
 // or a "Rem" that starts the line or follows a ":". 0 when the line has none.

@@ -95,38 +95,38 @@ std::string ProjectScan::ScanModule(std::int32_t m, std::string_view text,
 
 void ProjectScan::ReadLogicalLine(Lines& lines) {
   for (;;) {
-    tOriginalLine.clear();
-    tSourceLine.clear();
-    tLastFirstLine = std::move(tFirstLine);
-    tFirstLine.clear();
-    tLastLinePosition = linePosition;
+    originalLine.clear();
+    sourceLine.clear();
+    lastFirstLine = std::move(firstLine);
+    firstLine.clear();
+    lastLinePosition = linePosition;
     linePosition = currentPosition + 1;
     bool first = true;
     for (;;) {
       std::string line = lines.Next();
-      if (!fDontWriteNextLine) ++currentPosition;
-      if (first) tFirstLine = line;
+      if (!dontWriteNextLine) ++currentPosition;
+      if (first) firstLine = line;
       first = false;
-      tOriginalLine.append(line).append(kLineBreak);
-      tSourceLine += Trim(line);
+      originalLine.append(line).append(kLineBreak);
+      sourceLine += Trim(line);
       if (!IsContinued(line)) break;
-      tSourceLine.pop_back();  // the underscore
+      sourceLine.pop_back();  // the underscore
       if (lines.AtEnd()) break;
     }
-    if (!fDontWriteNextLine) return;
+    if (!dontWriteNextLine) return;
     // The rewritten line behind a 'zolLine marker: dropped, and not counted.
-    fDontWriteNextLine = false;
+    dontWriteNextLine = false;
     if (lines.AtEnd()) {
-      tOriginalLine.clear();
-      tSourceLine.clear();
-      tFirstLine.clear();
+      originalLine.clear();
+      sourceLine.clear();
+      firstLine.clear();
       return;
     }
   }
 }
 
 void ProjectScan::TakeLine() {
-  const ScanLine line = ClassifyScanLine(tFirstLine, tSourceLine, AppPrefix);
+  const ScanLine line = ClassifyScanLine(firstLine, sourceLine, AppPrefix);
   switch (line.kind) {
     case ScanLineKind::AddedLine:
     case ScanLineKind::Attribute:
@@ -158,7 +158,7 @@ void ProjectScan::TakeLineProbe(std::int32_t id, bool behind) {
   --currentPosition;
   if (behind) {
     // The probe stands behind its line: the ID belongs to the line before.
-    PlaceCodeLine(id, tLastFirstLine, tLastLinePosition);
+    PlaceCodeLine(id, lastFirstLine, lastLinePosition);
   }
   if (currentProc != 0) ws_.Project(cp_).Procedure(currentProc).IsCovered = true;
 }
@@ -172,41 +172,41 @@ void ProjectScan::TakeEntry(std::int32_t id, bool critical, bool dead, bool time
   --currentPosition;
   currentProc = id;
   zol::Procedure& p = GrowProcedure(id);
-  p.Name = tProcname;
-  p.Type = tProcType;
+  p.Name = procName;
+  p.Type = procType;
   p.IsCritical = critical;
   p.IsDead = dead;
   p.IsProfiled = timed && !dead;
   p.BelongToModule = module_;
-  p.Position = tProcPosition;
+  p.Position = procPosition;
   Project& project = ws_.Project(cp_);
   project.ContainsCritical = project.ContainsCritical || critical;
-  Rtf(tProcPosition) = {kRtfProcedureHead, id};
+  Rtf(procPosition) = {kRtfProcedureHead, id};
 }
 
 void ProjectScan::TakeRewrittenLine(std::int32_t id) {
   CurrentLine = id;
-  const std::string original = RewrittenOriginal(tOriginalLine);
+  const std::string original = RewrittenOriginal(originalLine);
   PlaceCodeLine(id, original, linePosition);
   cleaned_ << original << kLineBreak;
-  fDontWriteNextLine = true;
+  dontWriteNextLine = true;
 }
 
 void ProjectScan::TakeCode() {
   if (CurrentLine > 0) {
     // The line a probe announced.
-    CodeLine& c = PlaceCodeLine(CurrentLine, tFirstLine, linePosition);
+    CodeLine& c = PlaceCodeLine(CurrentLine, firstLine, linePosition);
     c.IsProcedureExit = IsProcedureExitText(c.Text);
     if (c.IsProcedureExit) Rtf(linePosition).LineType = kRtfProcedureEnd;
   } else {
     TakeProcedureHead();
   }
-  cleaned_ << tOriginalLine;
+  cleaned_ << originalLine;
 }
 
 void ProjectScan::TakeProcedureHead() {
   NextStructure ns;
-  if (!GetNextStructure(tSourceLine, 1, ns)) return;
+  if (!GetNextStructure(sourceLine, 1, ns)) return;
   if (ns.Structure_Type != kStructFunction && ns.Structure_Type != kStructSub &&
       ns.Structure_Type != kStructProperty) {
     return;
@@ -214,16 +214,16 @@ void ProjectScan::TakeProcedureHead() {
   // The name runs from behind the keyword to its parameter list, else to the
   // next blank, else to the end.
   const int start = ns.Structure_Pos + ns.Structure_Len + 1;
-  int end = InStr(start, tSourceLine, "(");
-  if (end == 0) end = InStr(start, tSourceLine, " ");
-  std::string name = end > 0 ? Mid(tSourceLine, start, end - start) : Mid(tSourceLine, start);
+  int end = InStr(start, sourceLine, "(");
+  if (end == 0) end = InStr(start, sourceLine, " ");
+  std::string name = end > 0 ? Mid(sourceLine, start, end - start) : Mid(sourceLine, start);
   ws_.Project(cp_).ListOfProc.append(name).append("\r");
   if (ns.Structure_Type == kStructProperty) {
-    name += "[" + Mid(tSourceLine, ns.Structure_Pos + 9, 3) + "]";
+    name += "[" + Mid(sourceLine, ns.Structure_Pos + 9, 3) + "]";
   }
-  tProcname = std::move(name);
-  tProcType = ns.Structure_Type;
-  tProcPosition = linePosition;
+  procName = std::move(name);
+  procType = ns.Structure_Type;
+  procPosition = linePosition;
 }
 
 CodeLine& ProjectScan::GrowCodeLine(std::int32_t id) {

@@ -54,15 +54,15 @@ class ProjectScan {
   std::int32_t CurrentLine = 0;
   std::int32_t currentPosition = 0;
   std::int32_t linePosition = 0;
-  std::int32_t tLastLinePosition = 0;
-  std::int32_t tProcPosition = 0;
-  std::int32_t tProcType = 0;
-  std::string tProcname;
-  std::string tFirstLine;
-  std::string tLastFirstLine;
-  std::string tSourceLine;
-  std::string tOriginalLine;
-  bool fDontWriteNextLine = false;
+  std::int32_t lastLinePosition = 0;
+  std::int32_t procPosition = 0;
+  std::int32_t procType = 0;
+  std::string procName;
+  std::string firstLine;
+  std::string lastFirstLine;
+  std::string sourceLine;
+  std::string originalLine;
+  bool dontWriteNextLine = false;
   CConcatString cleaned_;
 };
 

@@ -84,21 +84,21 @@ std::string AppPrefixFor(std::string_view appName) {
 }
 
 std::int32_t AssignProjectToSession(Workspace& ws, std::int32_t /*cs*/,
-                                    const std::string& tProjectFile) {
-  const std::optional<std::string> onDisk = ResolveExistingFile(tProjectFile);
+                                    const std::string& projectFile) {
+  const std::optional<std::string> onDisk = ResolveExistingFile(projectFile);
   const double modified = onDisk ? FileModificationDays(*onDisk) : 0;
   for (std::int32_t i = 1; i <= ws.nProject; ++i) {
     const Project& p = ws.Project(i);
-    if (!TextEquals(p.ProjectFile, tProjectFile)) continue;
+    if (!TextEquals(p.ProjectFile, projectFile)) continue;
     if (!onDisk || modified == p.ProjectFileDateTime) return i;
   }
   ++ws.nProject;
   if (ws.nProject > ws.Project.UBound()) ws.Project.ReDimPreserve(ws.nProject);
   Project& p = ws.Project(ws.nProject);
   p = Project{};
-  p.ProjectFile = tProjectFile;
+  p.ProjectFile = projectFile;
   p.ProjectFileDateTime = modified;
-  p.Name = GetFileBody(GetFileBody(tProjectFile));
+  p.Name = GetFileBody(GetFileBody(projectFile));
   return ws.nProject;
 }
 

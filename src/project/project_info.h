@@ -55,13 +55,12 @@ class ScanError : public std::runtime_error {
 // IDs above this are taken for corrupt input rather than grown into.
 inline constexpr std::int32_t kMaxScanId = 2'000'000;
 
-// The index in ws.Project of the entry for the project file `tProjectFile`. An
+// The index in ws.Project of the entry for the project file `projectFile`. An
 // entry with the same path (compared without regard to case) is reused when
 // the file no longer exists or still has the modification time the entry
 // recorded; otherwise a new entry is made (a rebuilt project with new IDs gets
 // a new entry, and older sessions keep theirs). `cs` is the session asking.
-std::int32_t AssignProjectToSession(Workspace& ws, std::int32_t cs,
-                                    const std::string& tProjectFile);
+std::int32_t AssignProjectToSession(Workspace& ws, std::int32_t cs, const std::string& projectFile);
 
 // Scans the project of session `cs` into ws.Project(ws.Session(cs).Project):
 // modules, procedures, probed lines, the line table of every module, the lists

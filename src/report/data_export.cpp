@@ -382,19 +382,19 @@ std::string ExportLines(const Workspace& ws, std::int32_t sessionIndex, const Re
 }
 
 void ExportModulesToFile(const Workspace& ws, std::int32_t sessionIndex,
-                         const ReportDataFlags& data, const std::string& tFile) {
-  WriteFile(tFile, ExportModules(ws, sessionIndex, data));
+                         const ReportDataFlags& data, const std::string& file) {
+  WriteFile(file, ExportModules(ws, sessionIndex, data));
 }
 
 void ExportProceduresToFile(const Workspace& ws, std::int32_t sessionIndex,
-                            const ReportDataFlags& data, const std::string& tFile) {
-  WriteFile(tFile, ExportProcedures(ws, sessionIndex, data));
+                            const ReportDataFlags& data, const std::string& file) {
+  WriteFile(file, ExportProcedures(ws, sessionIndex, data));
 }
 
 void ExportLinesToFile(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
-                       bool skipUnexecuted, const std::string& tFile,
+                       bool skipUnexecuted, const std::string& file,
                        const ExportProgress& progress) {
-  WriteFile(tFile, ExportLines(ws, sessionIndex, data, skipUnexecuted, progress));
+  WriteFile(file, ExportLines(ws, sessionIndex, data, skipUnexecuted, progress));
 }
 
 }  // namespace zol

@@ -64,13 +64,13 @@ std::string ExportProcedures(const Workspace& ws, std::int32_t sessionIndex,
 std::string ExportLines(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
                         bool skipUnexecuted, const ExportProgress& progress = {});
 
-// Each writes its table to `tFile`, replacing the file. Throw FileError.
+// Each writes its table to `path`, replacing the file. Throw FileError.
 void ExportModulesToFile(const Workspace& ws, std::int32_t sessionIndex,
-                         const ReportDataFlags& data, const std::string& tFile);
+                         const ReportDataFlags& data, const std::string& path);
 void ExportProceduresToFile(const Workspace& ws, std::int32_t sessionIndex,
-                            const ReportDataFlags& data, const std::string& tFile);
+                            const ReportDataFlags& data, const std::string& path);
 void ExportLinesToFile(const Workspace& ws, std::int32_t sessionIndex, const ReportDataFlags& data,
-                       bool skipUnexecuted, const std::string& tFile,
+                       bool skipUnexecuted, const std::string& path,
                        const ExportProgress& progress = {});
 
 }  // namespace zol

@@ -277,8 +277,8 @@ class ReportWriter {
 
 }  // namespace
 
-void AddToFileToOpenList(ReportOutcome& report, const std::string& tFile) {
-  report.FileToOpen.push_back(tFile);
+void AddToFileToOpenList(ReportOutcome& report, const std::string& fileName) {
+  report.FileToOpen.push_back(fileName);
 }
 
 std::string NumberedReportFolder(const std::string& folder, const std::string& name) {

@@ -39,8 +39,8 @@ struct ReportOutcome {
   std::vector<std::string> FileToOpen;  // what the report opens afterwards
 };
 
-// Appends `tFile` to the files that the report opens afterwards.
-void AddToFileToOpenList(ReportOutcome& report, const std::string& tFile);
+// Appends `path` to the files that the report opens afterwards.
+void AddToFileToOpenList(ReportOutcome& report, const std::string& path);
 
 // The first n from 1 for which "<folder>/<name> Report <n>" doesn't exist, and
 // that folder.

@@ -389,7 +389,7 @@ std::string ContentsTable(const Workspace& ws, const ContentsEntry& e) {
   return Replace(table, "%REPORT%", report);
 }
 
-std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure measure,
+std::string MakeSourceCodeReport(Workspace& ws, std::int32_t sessionId, Measure measure,
                                  const std::string& folder, const std::string& prefix,
                                  std::vector<std::string>& written) {
   // The page generator colours by the workspace's measure and records the
@@ -405,14 +405,14 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure m
   } restore{ws};
   ws.DisplayInfoType = IndexOf(measure);
 
-  const Project& project = ws.Project(ws.Session(tSession).Project);
+  const Project& project = ws.Project(ws.Session(sessionId).Project);
   SectionTable toc({"Module", "Procedures", "Lines", "Line Coverage", "Total Time"});
   for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
     std::int32_t module = m;
     std::int32_t procedure = 0;
     if (project.ProceduresNumber == 0) break;
     CConcatString cc;
-    cc.SetValue(GetHeaderCode(ws, tSession));
+    cc.SetValue(GetHeaderCode(ws, sessionId));
     // Browsers drop the page's own PRE rule (it follows the style markers), so
     // the source text would take the right alignment of the number cells.
     HtmlWriteString(cc, "<STYLE TYPE=\"text/css\">PRE { text-align: left; }</STYLE>", 0);
@@ -421,7 +421,7 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure m
                         "</FONT></B> &nbsp; <A HREF=\"" + prefix +
                         ".htm\"><FONT FACE=\"Arial\" SIZE=1>Source Code contents</FONT></A></P>",
                     0);
-    cc.Append(GetHtmlCode(ws, tSession, module, procedure, kReportPageOptions, false));
+    cc.Append(GetHtmlCode(ws, sessionId, module, procedure, kReportPageOptions, false));
     HtmlWriteString(
         cc, "<P><FONT FACE=\"Arial\" SIZE=1 COLOR=777777>" + ReportFooter() + "</FONT></P>", 0);
     HtmlWriteEnd(cc);
@@ -429,7 +429,7 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure m
     HtmlOutputTofile(cc, JoinPath(folder, name));
     written.push_back(JoinPath(folder, name));
 
-    const ModuleValue& mv = ws.Session(tSession).ModuleValue(m);
+    const ModuleValue& mv = ws.Session(sessionId).ModuleValue(m);
     toc.AddHtml(
         {"<DIV CLASS=\"text\"><A HREF=\"" + name + "\">" +
              HtmlPrepareString(project.Module(m).Name) + "</A></DIV>",
@@ -438,7 +438,7 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure m
          TimeText(mv.TotalTime)});
   }
   if (toc.Empty()) return Note("The project has no source to show.");
-  return toc.Html("Source Code: " + HtmlPrepareString(ws.Session(tSession).Name));
+  return toc.Html("Source Code: " + HtmlPrepareString(ws.Session(sessionId).Name));
 }
 
 }  // namespace zol

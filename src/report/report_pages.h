@@ -64,13 +64,13 @@ struct ContentsEntry {
 };
 std::string ContentsTable(const Workspace& ws, const ContentsEntry& entry);
 
-// The source pages of session `tSession`: one page per module with source
+// The source pages of session `sessionId`: one page per module with source
 // text, written into `folder` as "<prefix>_M<module>.htm", without links,
 // with the columns and colours of OptionsHtml[5], coloured by `measure`.
 // Returns the table of contents that links them; the names of the pages
 // written are appended to `written`. ws.cs and ws.DisplayInfoType are put
 // back as they were. Throws FileError.
-std::string MakeSourceCodeReport(Workspace& ws, std::int32_t tSession, Measure measure,
+std::string MakeSourceCodeReport(Workspace& ws, std::int32_t sessionId, Measure measure,
                                  const std::string& folder, const std::string& prefix,
                                  std::vector<std::string>& written);
 

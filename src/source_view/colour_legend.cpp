@@ -43,17 +43,17 @@ void AddValueRows(std::string& out, const Workspace& ws, std::int32_t offset) {
 
 }  // namespace
 
-std::string GetColorLegend(const Workspace& ws, std::int32_t tColorMode,
-                           std::int32_t tDisplayInfoType) {
-  if (tColorMode == kColorNone) return "";
-  const bool coverage = tDisplayInfoType == kMeasureCoverage;
+std::string GetColorLegend(const Workspace& ws, std::int32_t colorMode,
+                           std::int32_t displayInfoType) {
+  if (colorMode == kColorNone) return "";
+  const bool coverage = displayInfoType == kMeasureCoverage;
 
   std::string out =
       R"(<A NAME="Legend"></A><BR><TABLE CELLPADDING="2" CELLSPACING="0" BORDER="1" RULES=COLS bgcolor=F9F9F9>)";
   out += kCrLf;
   out +=
       R"(   <TR BGCOLOR=666666><TD><P ALIGN=LEFT><B><FONT FACE="Arial" COLOR=FFFFFF>Color legend)";
-  if (!coverage) out += " (based on " + MeasureWord(tDisplayInfoType) + ")";
+  if (!coverage) out += " (based on " + MeasureWord(displayInfoType) + ")";
   out += "&nbsp</FONT><B></TD></TR>";
   out += kCrLf;
 
@@ -62,10 +62,10 @@ std::string GetColorLegend(const Workspace& ws, std::int32_t tColorMode,
   if (coverage) {
     AddRow(out, ws, 3, "Executed code");
     AddRow(out, ws, 2, "Unexecuted code");
-  } else if (tColorMode == kColorByRank) {
+  } else if (colorMode == kColorByRank) {
     AddRankRows(out, ws);
-  } else if (tColorMode == kColorByValue) {
-    AddValueRows(out, ws, DefaultValueOffset(tDisplayInfoType));
+  } else if (colorMode == kColorByValue) {
+    AddValueRows(out, ws, DefaultValueOffset(displayInfoType));
   }
 
   out += "</TABLE><BR>";

@@ -11,7 +11,7 @@
 namespace zol {
 
 // Empty in mode 1; otherwise the legend's table, each piece closed by CR LF.
-std::string GetColorLegend(const Workspace& ws, std::int32_t tColorMode,
-                           std::int32_t tDisplayInfoType);
+std::string GetColorLegend(const Workspace& ws, std::int32_t colorMode,
+                           std::int32_t displayInfoType);
 
 }  // namespace zol

@@ -101,14 +101,14 @@ const std::string& TextTable::operator()(int column, int row) const {
   return cells_[Offset(column, row)];
 }
 
-std::string HtmlGetArray(const TextTable& tArray, std::string_view tTitle) {
+std::string HtmlGetArray(const TextTable& array, std::string_view pageTitle) {
   CConcatString rows;
-  for (int i = tArray.LBoundRow(); i <= tArray.UBoundRow(); ++i) {
+  for (int i = array.LBoundRow(); i <= array.UBoundRow(); ++i) {
     const bool head = i == 0;
     WriteLine(rows, head ? "<TR BGCOLOR=666666>" : "<TR>");
-    for (int j = tArray.LBoundColumn(); j <= tArray.UBoundColumn(); ++j) {
+    for (int j = array.LBoundColumn(); j <= array.UBoundColumn(); ++j) {
       rows.Append(head ? R"(<TD CLASS="alcenter">)" : "<TD>");
-      rows.Append(tArray(j, i));
+      rows.Append(array(j, i));
       WriteLine(rows, "</TD>");
     }
     WriteLine(rows, "</TR>");
@@ -116,12 +116,12 @@ std::string HtmlGetArray(const TextTable& tArray, std::string_view tTitle) {
 
   CConcatString table;
   WriteLine(table, "<TABLE CELLPADDING=2 CELLSPACING=0 BORDER=1 RULES=COLS BGCOLOR=D9D9D9>");
-  if (!tTitle.empty()) {
+  if (!pageTitle.empty()) {
     // The title row has no line end of its own; the first row follows on.
     table.Append(R"(<TR BGCOLOR=000000><TD  CLASS="alcenter" COLSPAN=)");
-    table.Append(std::to_string(tArray.UBoundColumn()));
+    table.Append(std::to_string(array.UBoundColumn()));
     table.Append("><FONT COLOR=white><B>");
-    table.Append(tTitle);
+    table.Append(pageTitle);
     table.Append("</B></FONT></TD></TR>");
   }
   table.Append(rows.View());

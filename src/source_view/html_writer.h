@@ -63,6 +63,6 @@ class TextTable {
 
 // The table as HTML: an optional black title row spanning the columns, then
 // one row per row index, the row 0 grey with centred cells.
-std::string HtmlGetArray(const TextTable& tArray, std::string_view tTitle);
+std::string HtmlGetArray(const TextTable& array, std::string_view pageTitle);
 
 }  // namespace zol

@@ -10,19 +10,19 @@ namespace zol {
 
 namespace {
 
-void WriteSourcePage(CConcatString& cc, Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                     std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu) {
-  cc.SetValue(GetHeaderCode(ws, tSession));
-  cc.Append(GetHtmlCode(ws, tSession, tModule, tProcedure, tInfoType, fWithMenu));
+void WriteSourcePage(CConcatString& cc, Workspace& ws, std::int32_t session, std::int32_t& module,
+                     std::int32_t& procedure, std::int32_t infoType, bool withMenu) {
+  cc.SetValue(GetHeaderCode(ws, session));
+  cc.Append(GetHtmlCode(ws, session, module, procedure, infoType, withMenu));
   HtmlWriteEnd(cc);
 }
 
 }  // namespace
 
-std::string BuildSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                            std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu) {
+std::string BuildSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
+                            std::int32_t& procedure, std::int32_t infoType, bool withMenu) {
   CConcatString cc;
-  WriteSourcePage(cc, ws, tSession, tModule, tProcedure, tInfoType, fWithMenu);
+  WriteSourcePage(cc, ws, session, module, procedure, infoType, withMenu);
   return cc.Value();
 }
 
@@ -30,11 +30,11 @@ std::string SourcePageFile(const Workspace& ws) {
   return ws.RtfPath + "code.htm";
 }
 
-void ShowSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                    std::int32_t& tProcedure, PageBrowser& browser) {
+void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
+                    std::int32_t& procedure, PageBrowser& browser) {
   ws.HtmlFile = SourcePageFile(ws);
   CConcatString cc;
-  WriteSourcePage(cc, ws, tSession, tModule, tProcedure, ws.DisplayInfoType, true);
+  WriteSourcePage(cc, ws, session, module, procedure, ws.DisplayInfoType, true);
   HtmlOutputTofile(cc, ws.HtmlFile);
   browser.Navigate(ws.HtmlFile);
 }

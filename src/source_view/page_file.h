@@ -18,8 +18,8 @@ class PageBrowser {
 };
 
 // A whole page: head, body of GetHtmlCode and the closing tags.
-std::string BuildSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                            std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu);
+std::string BuildSourcePage(Workspace& ws, std::int32_t session, std::int32_t& moduleId,
+                            std::int32_t& procedureId, std::int32_t infoType, bool withMenu);
 
 // The view's page file: RtfPath and "code.htm".
 std::string SourcePageFile(const Workspace& ws);
@@ -27,8 +27,8 @@ std::string SourcePageFile(const Workspace& ws);
 // Sets HtmlFile, writes the linked page of the module or procedure for the
 // current measure into it, and shows it. Throws FileError when it can't be
 // written.
-void ShowSourcePage(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                    std::int32_t& tProcedure, PageBrowser& browser);
+void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& moduleId,
+                    std::int32_t& procedureId, PageBrowser& browser);
 
 // Gives the page on display the current page font without building it again,
 // and shows it anew. A page without its style markers is left alone.

@@ -52,9 +52,9 @@ std::string PageStyleBlocks(const Workspace& ws) {
          FillBlock(kVarStyle, "SmallFontSizeHTML", ws.SmallFontSizeHTML, ws);
 }
 
-std::string GetHeaderCode(const Workspace& ws, std::int32_t tSession) {
+std::string GetHeaderCode(const Workspace& ws, std::int32_t session) {
   CConcatString cc;
-  HtmlWriteHeader(cc, ws.Session(tSession).Name);
+  HtmlWriteHeader(cc, ws.Session(session).Name);
   std::string style(kBeginStyleMarker);
   style += PageStyleBlocks(ws);
   style += kEndStyleMarker;

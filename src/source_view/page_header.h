@@ -22,7 +22,7 @@ std::string PageStyleBlocks(const Workspace& ws);
 
 // Everything of the page up to and including the BODY tag, titled with the
 // session's name.
-std::string GetHeaderCode(const Workspace& ws, std::int32_t tSession);
+std::string GetHeaderCode(const Workspace& ws, std::int32_t sessionId);
 
 // `page` with the text between the style markers replaced by the blocks of the
 // current font; nothing when either marker is missing.

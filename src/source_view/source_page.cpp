@@ -44,21 +44,21 @@ std::string LegendLink(std::int32_t measure) {
 
 // One walk over the side file of a module, writing one table row per
 // statement. The members are the walk's state; a statement continued over
-// several physical lines is gathered in tStr and written as one row, its last
+// several physical lines is gathered in str and written as one row, its last
 // physical line deciding the row's kind.
 class PageWalk {
  public:
-  PageWalk(Workspace& ws, std::int32_t tSession, std::int32_t tModule, std::int32_t tProcedure,
-           std::int32_t tInfoType, bool fWithMenu)
+  PageWalk(Workspace& ws, std::int32_t session, std::int32_t moduleId, std::int32_t procedureId,
+           std::int32_t infoType, bool withMenu)
       : ws_(ws),
-        session_(ws.Session(tSession)),
+        session_(ws.Session(session)),
         project_(ws.Project(session_.Project)),
-        tSession_(tSession),
-        tModule_(tModule),
-        tProcedure_(tProcedure),
-        options_(ws.OptionsHtml.at(static_cast<std::size_t>(tInfoType))),
+        sessionId_(session),
+        module_(moduleId),
+        procedure_(procedureId),
+        options_(ws.OptionsHtml.at(static_cast<std::size_t>(infoType))),
         measure_(ws.DisplayInfoType),
-        fWithMenu_(fWithMenu) {}
+        withMenu_(withMenu) {}
 
   void WriteTableHead(CConcatString& cc);
   void WriteRows(CConcatString& cc, std::string_view text);
@@ -85,29 +85,29 @@ class PageWalk {
   Workspace& ws_;
   const Session& session_;
   const Project& project_;
-  const std::int32_t tSession_;
-  const std::int32_t tModule_;
-  const std::int32_t tProcedure_;
+  const std::int32_t sessionId_;
+  const std::int32_t module_;
+  const std::int32_t procedure_;
   const HtmlPageOptions options_;
   const std::int32_t measure_;
-  const bool fWithMenu_;
+  const bool withMenu_;
 
-  std::string tStr_;
+  std::string str_;
   int ContinuedType_ = kNewStatement;
   std::string FontColour_;
-  std::string tAddprefix_;
+  std::string addPrefix_;
   std::string strMenu_;
   std::int32_t LineID_ = 0;
   std::int32_t ProcID_ = 0;
-  bool fWithinDead_ = false;
-  bool fInsideProcedure_ = false;
+  bool withinDead_ = false;
+  bool insideProcedure_ = false;
   std::string TDStringIni_;
   std::array<std::string, kColumns> texts_;
 };
 
 void PageWalk::WriteTableHead(CConcatString& cc) {
-  int nCol = 0;
-  for (int k = 0; k < kColumns; ++k) nCol += Selected(k) ? 1 : 0;
+  int columnCount = 0;
+  for (int k = 0; k < kColumns; ++k) columnCount += Selected(k) ? 1 : 0;
 
   HtmlWriteString(
       cc,
@@ -127,7 +127,7 @@ void PageWalk::WriteTableHead(CConcatString& cc) {
     HtmlWriteString(cc, "</TD>", 3);
     // The last numeric column is always the darker shade; they alternate to its left.
     TDStringIni_ += "<TD bgcolor=";
-    TDStringIni_ += cp % 2 == nCol % 2 ? "DDDDDD" : "EEEEEE";
+    TDStringIni_ += cp % 2 == columnCount % 2 ? "DDDDDD" : "EEEEEE";
     TDStringIni_ += ">";
     TDStringIni_ += kPlaceholders[static_cast<std::size_t>(k)];
     TDStringIni_ += "</TD>";
@@ -139,28 +139,28 @@ void PageWalk::WriteTableHead(CConcatString& cc) {
 }
 
 void PageWalk::WriteRows(CConcatString& cc, std::string_view text) {
-  const Array1<RTFLine>& rtf = project_.Module(tModule_).RTFLine;
+  const Array1<RTFLine>& rtf = project_.Module(module_).RTFLine;
   const int len = static_cast<int>(text.size());
-  int tPosCrLf = 0;
-  int tLastPos = -1;
-  int nLine = 0;
-  while (tPosCrLf < len) {
-    tAddprefix_.clear();
+  int posCrLf = 0;
+  int lastPos = -1;
+  int lineNumber = 0;
+  while (posCrLf < len) {
+    addPrefix_.clear();
     FontColour_ = Colour(1);
-    const int found = InStr(tPosCrLf + 1, text, kCrLf);
-    tPosCrLf = found == 0 ? len + 1 : found;
-    const std::string line = Mid(text, tLastPos + 2, tPosCrLf - tLastPos - 2);
-    ++nLine;
-    if (nLine > rtf.UBound()) break;
-    const RTFLine& r = rtf(nLine);
+    const int found = InStr(posCrLf + 1, text, kCrLf);
+    posCrLf = found == 0 ? len + 1 : found;
+    const std::string line = Mid(text, lastPos + 2, posCrLf - lastPos - 2);
+    ++lineNumber;
+    if (lineNumber > rtf.UBound()) break;
+    const RTFLine& r = rtf(lineNumber);
 
     // A single-procedure page skips all that stands before the procedure's head.
-    if (tProcedure_ != 0) {
-      if (!fInsideProcedure_ && r.LineType == kRtfProcedureHead && r.RefersTo == tProcedure_) {
-        fInsideProcedure_ = true;
+    if (procedure_ != 0) {
+      if (!insideProcedure_ && r.LineType == kRtfProcedureHead && r.RefersTo == procedure_) {
+        insideProcedure_ = true;
       }
-      if (!fInsideProcedure_) {
-        tLastPos = tPosCrLf;
+      if (!insideProcedure_) {
+        lastPos = posCrLf;
         continue;
       }
     }
@@ -171,16 +171,16 @@ void PageWalk::WriteRows(CConcatString& cc, std::string_view text) {
 
     ClassifyLine(r.LineType, r, line);
 
-    tStr_ += line;
+    str_ += line;
     if (ContinuedType_ != kNewStatement) {
-      tStr_ += kCrLf;
-      tLastPos = tPosCrLf;
+      str_ += kCrLf;
+      lastPos = posCrLf;
       continue;
     }
     WriteRow(cc, r.LineType);
     if (EndsWantedProcedure(r.LineType)) break;
-    tStr_.clear();
-    tLastPos = tPosCrLf;
+    str_.clear();
+    lastPos = posCrLf;
   }
 }
 
@@ -205,16 +205,16 @@ void PageWalk::PlainText(const std::string& line) {
       ContinuedType_ = IsContinued(line) ? kGoesOnComment : kNewStatement;
     } else {
       ContinuedType_ = IsContinued(line) ? kGoesOnPlain : kNewStatement;
-      if (fWithinDead_) FontColour_ = Colour(4);
+      if (withinDead_) FontColour_ = Colour(4);
     }
-  } else if (fWithinDead_) {
+  } else if (withinDead_) {
     FontColour_ = Colour(4);
   }
 }
 
 void PageWalk::Code(std::int32_t T, const RTFLine& r, const std::string& line) {
   if (ContinuedType_ == kNewStatement) LineID_ = r.RefersTo;
-  if (fWithinDead_) {
+  if (withinDead_) {
     FontColour_ = Colour(4);
   } else if (LineID_ != 0) {
     const CodeLineValue& v = session_.CodeLineValue(LineID_);
@@ -222,7 +222,7 @@ void PageWalk::Code(std::int32_t T, const RTFLine& r, const std::string& line) {
       FontColour_ =
           measure_ == kMeasureCoverage
               ? Colour(3)
-              : GetTimingColourString(ws_, tSession_, 0, LineID_, measure_, options_.ColorScheme);
+              : GetTimingColourString(ws_, sessionId_, 0, LineID_, measure_, options_.ColorScheme);
       SetTexts(v.Hits, v.AverageTime, v.TotalTime, v.ChildAverageTime, v.ChildTotalTime);
     } else {
       FontColour_ = measure_ == kMeasureCoverage ? Colour(2) : Colour(1);
@@ -237,7 +237,7 @@ void PageWalk::Code(std::int32_t T, const RTFLine& r, const std::string& line) {
     }
   }
   ContinuedType_ = IsContinued(line) ? kGoesOnCode : kNewStatement;
-  strMenu_ = "<A HREF=\"|" + std::to_string(tModule_) + "|" + std::to_string(ProcID_) + "|" +
+  strMenu_ = "<A HREF=\"|" + std::to_string(module_) + "|" + std::to_string(ProcID_) + "|" +
              std::to_string(LineID_) + "\">";
 }
 
@@ -252,16 +252,16 @@ void PageWalk::ProcedureHead(std::int32_t T, const RTFLine& r, const std::string
 
   if (project_.Procedure(ProcID_).IsDead) {
     FontColour_ = Colour(4);
-    fWithinDead_ = true;
+    withinDead_ = true;
   } else {
-    fWithinDead_ = false;
+    withinDead_ = false;
     if (ContinuedType_ == kNewStatement) {
       const ProcedureValue& v = session_.ProcedureValue(ProcID_);
       if (v.Hits != 0) {
-        FontColour_ =
-            measure_ == kMeasureCoverage
-                ? Colour(3)
-                : GetTimingColourString(ws_, tSession_, ProcID_, 0, measure_, options_.ColorScheme);
+        FontColour_ = measure_ == kMeasureCoverage
+                          ? Colour(3)
+                          : GetTimingColourString(ws_, sessionId_, ProcID_, 0, measure_,
+                                                  options_.ColorScheme);
         SetTexts(v.Hits, v.AverageTime, v.TotalTime, v.ChildAverageTime, v.ChildTotalTime);
       } else {
         if (measure_ == kMeasureCoverage) FontColour_ = Colour(2);
@@ -269,8 +269,8 @@ void PageWalk::ProcedureHead(std::int32_t T, const RTFLine& r, const std::string
       }
     }
   }
-  tAddprefix_ = "<A NAME=\"P" + std::to_string(ProcID_) + "\"></A>";
-  strMenu_ = "<A HREF=\"|" + std::to_string(tModule_) + "|" + std::to_string(ProcID_) + "|" +
+  addPrefix_ = "<A NAME=\"P" + std::to_string(ProcID_) + "\"></A>";
+  strMenu_ = "<A HREF=\"|" + std::to_string(module_) + "|" + std::to_string(ProcID_) + "|" +
              std::to_string(LineID_) + "\">";
 }
 
@@ -314,12 +314,12 @@ std::string PageWalk::NumericCells(std::int32_t T) {
 }
 
 std::string PageWalk::CodeText(std::int32_t T) const {
-  const std::string prepared = HtmlPrepareString(tStr_.empty() ? std::string(" ") : tStr_);
-  const std::string L = fWithMenu_ ? strMenu_ : std::string();
+  const std::string prepared = HtmlPrepareString(str_.empty() ? std::string(" ") : str_);
+  const std::string L = withMenu_ ? strMenu_ : std::string();
   // A plain-text row has no link to open, yet with links on it still closes one.
-  const std::string E = fWithMenu_ ? "</A>" : "";
+  const std::string E = withMenu_ ? "</A>" : "";
   const bool bold = T == kRtfProcedureHead;
-  std::string s = tAddprefix_ + L;
+  std::string s = addPrefix_ + L;
   if (options_.ColorScheme == kColorNone) {
     s += "<PRE>";
   } else {
@@ -344,8 +344,8 @@ void PageWalk::WriteRow(CConcatString& cc, std::int32_t T) {
 // A single-procedure page ends with the End statement of its procedure; an
 // Exit statement, which the scan marks the same way, goes on.
 bool PageWalk::EndsWantedProcedure(std::int32_t T) const {
-  if (tProcedure_ == 0 || T != kRtfProcedureEnd) return false;
-  const std::string joined = Replace(tStr_, " _\r\n", "");
+  if (procedure_ == 0 || T != kRtfProcedureEnd) return false;
+  const std::string joined = Replace(str_, " _\r\n", "");
   NextStructure ns;
   while (GetNextStructure(joined, ns.Structure_Pos + ns.Structure_Len + 1, ns)) {
     if (ns.Structure_Type == kStructEndFunction || ns.Structure_Type == kStructEndSub ||
@@ -358,23 +358,23 @@ bool PageWalk::EndsWantedProcedure(std::int32_t T) const {
 
 }  // namespace
 
-std::string GetHtmlCode(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                        std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu) {
-  const HtmlPageOptions& options = ws.OptionsHtml.at(static_cast<std::size_t>(tInfoType));
+std::string GetHtmlCode(Workspace& ws, std::int32_t session, std::int32_t& moduleId,
+                        std::int32_t& procedureId, std::int32_t infoType, bool withMenu) {
+  const HtmlPageOptions& options = ws.OptionsHtml.at(static_cast<std::size_t>(infoType));
   CConcatString cc;
   if (options.ColorScheme != kColorNone) HtmlWriteString(cc, LegendLink(ws.DisplayInfoType), 0);
 
-  const std::int32_t p = ws.Session(tSession).Project;
-  ws.cs = tSession;
+  const std::int32_t p = ws.Session(session).Project;
+  ws.cs = session;
   const Project& project = ws.Project(p);
-  if (tModule > project.ModulesNumber || tProcedure > project.ProceduresNumber) {
-    tProcedure = 1;
-    tModule = project.Procedure(1).BelongToModule;
+  if (moduleId > project.ModulesNumber || procedureId > project.ProceduresNumber) {
+    procedureId = 1;
+    moduleId = project.Procedure(1).BelongToModule;
   }
 
-  PageWalk walk(ws, tSession, tModule, tProcedure, tInfoType, fWithMenu);
+  PageWalk walk(ws, session, moduleId, procedureId, infoType, withMenu);
   walk.WriteTableHead(cc);
-  walk.WriteRows(cc, LoadFile(RtfFileName(ws, p, tModule)));
+  walk.WriteRows(cc, LoadFile(RtfFileName(ws, p, moduleId)));
 
   HtmlWriteString(cc, "</TABLE>", 1);
   HtmlWriteString(cc, GetColorLegend(ws, options.ColorScheme, ws.DisplayInfoType), 0);

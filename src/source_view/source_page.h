@@ -17,15 +17,15 @@
 
 namespace zol {
 
-// The table and the legend of module `tModule` of session `tSession`, or of
-// its procedure `tProcedure` alone (0: the whole module). `tInfoType` picks the
+// The table and the legend of module `moduleId` of session `sessionId`, or of
+// its procedure `procedureId` alone (0: the whole module). `infoType` picks the
 // columns and colour scheme among OptionsHtml; the measure that colours the
-// rows is always ws.DisplayInfoType. With `fWithMenu` every statement links to
+// rows is always ws.DisplayInfoType. With `withMenu` every statement links to
 // "|module|procedure|line". A module or procedure beyond the project's counts
-// shows the project's first procedure, and `tModule` and `tProcedure` say so
-// on return. Sets ws.cs to `tSession`. A missing side file reads as empty.
+// shows the project's first procedure, and `moduleId` and `procedureId` say so
+// on return. Sets ws.cs to `sessionId`. A missing side file reads as empty.
 // Throws BoundsError for indices that the tables don't hold.
-std::string GetHtmlCode(Workspace& ws, std::int32_t tSession, std::int32_t& tModule,
-                        std::int32_t& tProcedure, std::int32_t tInfoType, bool fWithMenu);
+std::string GetHtmlCode(Workspace& ws, std::int32_t sessionId, std::int32_t& moduleId,
+                        std::int32_t& procedureId, std::int32_t infoType, bool withMenu);
 
 }  // namespace zol

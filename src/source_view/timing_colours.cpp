@@ -50,7 +50,7 @@ std::int32_t ColourFromText(const std::string& text, std::int32_t fallback) {
 // The value a line is coloured by. By rank it is the line's place among the
 // hit lines as a whole percentage: the ranks run over all lines, the unhit
 // ones first, so taking those off leaves a place among the hit ones.
-double LineValue(const Session& v, std::int32_t tLineID, std::int32_t measure, std::int32_t mode) {
+double LineValue(const Session& v, std::int32_t lineID, std::int32_t measure, std::int32_t mode) {
   if (mode == kColorByRank) {
     const Array1<std::int32_t>* rank = nullptr;
     switch (measure) {
@@ -74,10 +74,10 @@ double LineValue(const Session& v, std::int32_t tLineID, std::int32_t measure, s
     // file is inconsistent, and its lines take the fastest colour.
     if (hitLines == 0) return 0;
     const std::int64_t unhit = v.SessionValue.TotalLines - hitLines;
-    return static_cast<double>((((*rank)(tLineID)-unhit) * 100) / hitLines);
+    return static_cast<double>((((*rank)(lineID)-unhit) * 100) / hitLines);
   }
   if (mode == kColorByValue) {
-    const CodeLineValue& c = v.CodeLineValue(tLineID);
+    const CodeLineValue& c = v.CodeLineValue(lineID);
     switch (measure) {
       case kMeasureTotalTime:
         return c.TotalTime;
@@ -97,9 +97,9 @@ double LineValue(const Session& v, std::int32_t tLineID, std::int32_t measure, s
 // Ranks of a procedure are fractions; by rank the value is the percentage.
 // The products keep the precision of the stored rank (single or double), so
 // a rank of 0.99 stored as a single still makes 99.
-double ProcedureValueOf(const Session& v, std::int32_t tProcID, std::int32_t measure,
+double ProcedureValueOf(const Session& v, std::int32_t procID, std::int32_t measure,
                         std::int32_t mode) {
-  const ProcedureValue& p = v.ProcedureValue(tProcID);
+  const ProcedureValue& p = v.ProcedureValue(procID);
   if (mode == kColorByRank) {
     switch (measure) {
       case kMeasureTotalTime:
@@ -132,19 +132,19 @@ double ProcedureValueOf(const Session& v, std::int32_t tProcID, std::int32_t mea
 }
 
 // Bands tested from the top, so that a bound belongs to the slower band.
-int RankEntry(double tValue) {
-  if (tValue >= 99) return 11;
-  if (tValue >= 98) return 10;
-  if (tValue >= 95) return 9;
-  if (tValue >= 90) return 8;
-  if (tValue >= 80) return 7;
-  if (tValue >= 50) return 6;
+int RankEntry(double shownValue) {
+  if (shownValue >= 99) return 11;
+  if (shownValue >= 98) return 10;
+  if (shownValue >= 95) return 9;
+  if (shownValue >= 90) return 8;
+  if (shownValue >= 80) return 7;
+  if (shownValue >= 50) return 6;
   return kFastestEntry;
 }
 
-// One entry per decade; the slowest starts at 10^tOffset seconds.
-int ValueEntry(double tValue, std::int32_t tOffset) {
-  const double d = std::floor(Log10(tValue)) - tOffset;
+// One entry per decade; the slowest starts at 10^offset seconds.
+int ValueEntry(double shownValue, std::int32_t offset) {
+  const double d = std::floor(Log10(shownValue)) - offset;
   if (d <= -6) return kFastestEntry;
   if (d >= 0) return kSlowestEntry;
   return static_cast<int>(d) + 11;
@@ -156,17 +156,17 @@ const std::array<std::int32_t, 12>& DefaultColors() {
   return kDefaultColors;
 }
 
-std::string GetHTMColor(std::int32_t tColor) {
+std::string GetHTMColor(std::int32_t color) {
   char hex[16];
-  std::snprintf(hex, sizeof hex, "%X", static_cast<std::uint32_t>(tColor));
+  std::snprintf(hex, sizeof hex, "%X", static_cast<std::uint32_t>(color));
   std::string s = "000000" + std::string(hex);
   s = s.substr(s.size() - 6);
   return s.substr(4, 2) + s.substr(2, 2) + s.substr(0, 2);
 }
 
-void LoadColors(Workspace& ws, bool fForceDefault, const std::string& iniFile) {
+void LoadColors(Workspace& ws, bool forceDefault, const std::string& iniFile) {
   ws.Colors = kDefaultColors;
-  if (!fForceDefault) {
+  if (!forceDefault) {
     for (int i = 1; i <= 12; ++i) {
       const std::string text = VBGetPrivateProfileString("Profiler", ColourKey(i),
                                                          std::to_string(ws.Colors[i - 1]), iniFile);
@@ -183,21 +183,20 @@ void SaveColors(const Workspace& ws, const std::string& iniFile) {
   }
 }
 
-void LoadColors(Workspace& ws, bool fForceDefault) {
-  LoadColors(ws, fForceDefault, GetIniFile(ws.appFolder));
+void LoadColors(Workspace& ws, bool forceDefault) {
+  LoadColors(ws, forceDefault, GetIniFile(ws.appFolder));
 }
 
 void SaveColors(const Workspace& ws) {
   SaveColors(ws, GetIniFile(ws.appFolder));
 }
 
-std::int32_t DefaultValueOffset(std::int32_t tDisplayInfoType) {
-  return tDisplayInfoType == kMeasureTotalTime || tDisplayInfoType == kMeasureChildTotalTime ? 2
-                                                                                             : 0;
+std::int32_t DefaultValueOffset(std::int32_t displayInfoType) {
+  return displayInfoType == kMeasureTotalTime || displayInfoType == kMeasureChildTotalTime ? 2 : 0;
 }
 
-std::string MeasureWord(std::int32_t tDisplayInfoType) {
-  switch (tDisplayInfoType) {
+std::string MeasureWord(std::int32_t displayInfoType) {
+  switch (displayInfoType) {
     case kMeasureTotalTime:
       return "total time";
     case kMeasureAverageTime:
@@ -211,42 +210,42 @@ std::string MeasureWord(std::int32_t tDisplayInfoType) {
   }
 }
 
-std::optional<int> TimingColourEntry(const Workspace& ws, std::int32_t tSession,
-                                     std::int32_t tProcID, std::int32_t tLineID,
-                                     std::int32_t tDisplayInfoType, std::int32_t tColorMode,
-                                     std::optional<std::int32_t> tOffset,
-                                     std::optional<double> tForcedValue) {
-  double tValue = 0;
-  if (tLineID != 0) {
-    tValue = LineValue(ws.Session(tSession), tLineID, tDisplayInfoType, tColorMode);
-  } else if (tProcID != 0) {
-    tValue = ProcedureValueOf(ws.Session(tSession), tProcID, tDisplayInfoType, tColorMode);
+std::optional<int> TimingColourEntry(const Workspace& ws, std::int32_t sessionId,
+                                     std::int32_t procID, std::int32_t lineID,
+                                     std::int32_t displayInfoType, std::int32_t colorMode,
+                                     std::optional<std::int32_t> offset,
+                                     std::optional<double> forcedValue) {
+  double shownValue = 0;
+  if (lineID != 0) {
+    shownValue = LineValue(ws.Session(sessionId), lineID, displayInfoType, colorMode);
+  } else if (procID != 0) {
+    shownValue = ProcedureValueOf(ws.Session(sessionId), procID, displayInfoType, colorMode);
   } else {
-    tValue = tForcedValue.value_or(0);
+    shownValue = forcedValue.value_or(0);
   }
 
-  if (tValue <= 0) return kFastestEntry;
-  if (tColorMode == kColorByRank) return RankEntry(tValue);
-  if (tColorMode == kColorByValue) {
-    return ValueEntry(tValue, tOffset.value_or(DefaultValueOffset(tDisplayInfoType)));
+  if (shownValue <= 0) return kFastestEntry;
+  if (colorMode == kColorByRank) return RankEntry(shownValue);
+  if (colorMode == kColorByValue) {
+    return ValueEntry(shownValue, offset.value_or(DefaultValueOffset(displayInfoType)));
   }
   return std::nullopt;
 }
 
-std::string GetTimingColour(const Workspace& ws, std::int32_t tSession, std::int32_t tProcID,
-                            std::int32_t tLineID, std::int32_t tDisplayInfoType,
-                            std::int32_t tColorMode, std::optional<std::int32_t> tOffset,
-                            std::optional<double> tForcedValue) {
-  const auto entry = TimingColourEntry(ws, tSession, tProcID, tLineID, tDisplayInfoType, tColorMode,
-                                       tOffset, tForcedValue);
+std::string GetTimingColour(const Workspace& ws, std::int32_t sessionId, std::int32_t procID,
+                            std::int32_t lineID, std::int32_t displayInfoType,
+                            std::int32_t colorMode, std::optional<std::int32_t> offset,
+                            std::optional<double> forcedValue) {
+  const auto entry = TimingColourEntry(ws, sessionId, procID, lineID, displayInfoType, colorMode,
+                                       offset, forcedValue);
   return entry ? std::to_string(ws.Colors[static_cast<std::size_t>(*entry)]) : std::string();
 }
 
-std::string GetTimingColourString(const Workspace& ws, std::int32_t tSession, std::int32_t tProcID,
-                                  std::int32_t tLineID, std::int32_t tDisplayInfoType,
-                                  std::int32_t tColorMode, std::optional<std::int32_t> tOffset) {
+std::string GetTimingColourString(const Workspace& ws, std::int32_t sessionId, std::int32_t procID,
+                                  std::int32_t lineID, std::int32_t displayInfoType,
+                                  std::int32_t colorMode, std::optional<std::int32_t> offset) {
   const auto entry =
-      TimingColourEntry(ws, tSession, tProcID, tLineID, tDisplayInfoType, tColorMode, tOffset);
+      TimingColourEntry(ws, sessionId, procID, lineID, displayInfoType, colorMode, offset);
   return entry ? ws.ColorsHtml[static_cast<std::size_t>(*entry)] : std::string();
 }
 

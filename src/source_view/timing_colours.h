@@ -36,48 +36,48 @@ enum DisplayMeasure : std::int32_t {
 // The factory colours, packed 0x00BBGGRR.
 const std::array<std::int32_t, 12>& DefaultColors();
 
-// Fills Colors and ColorsHtml: the defaults, then, unless `fForceDefault`, keys
+// Fills Colors and ColorsHtml: the defaults, then, unless `forceDefault`, keys
 // "Colors1" to "Colors12" of section "Profiler" of the settings file.
-void LoadColors(Workspace& ws, bool fForceDefault, const std::string& iniFile);
+void LoadColors(Workspace& ws, bool forceDefault, const std::string& iniFile);
 // Writes Colors to those keys as decimal texts.
 void SaveColors(const Workspace& ws, const std::string& iniFile);
 // The same on the settings file of the workspace's application folder.
-void LoadColors(Workspace& ws, bool fForceDefault);
+void LoadColors(Workspace& ws, bool forceDefault);
 void SaveColors(const Workspace& ws);
 
 // A packed colour as "RRGGBB": 255 gives "FF0000".
-std::string GetHTMColor(std::int32_t tColor);
+std::string GetHTMColor(std::int32_t color);
 
-// The entry of the table for a line (`tLineID` not 0), else a procedure
-// (`tProcID` not 0), else `tForcedValue`, by measure and mode. Empty when the
-// mode is neither rank nor value and the value is above 0. `tOffset` shifts
+// The entry of the table for a line (`lineID` not 0), else a procedure
+// (`procID` not 0), else `forcedValue`, by measure and mode. Empty when the
+// mode is neither rank nor value and the value is above 0. `rankOffset` shifts
 // the decades of the value mode; missing, it is 2 for the total measures and
 // 0 for the averages.
-std::optional<int> TimingColourEntry(const Workspace& ws, std::int32_t tSession,
-                                     std::int32_t tProcID, std::int32_t tLineID,
-                                     std::int32_t tDisplayInfoType, std::int32_t tColorMode,
-                                     std::optional<std::int32_t> tOffset = std::nullopt,
-                                     std::optional<double> tForcedValue = std::nullopt);
+std::optional<int> TimingColourEntry(const Workspace& ws, std::int32_t sessionId,
+                                     std::int32_t procID, std::int32_t lineID,
+                                     std::int32_t displayInfoType, std::int32_t colorMode,
+                                     std::optional<std::int32_t> rankOffset = std::nullopt,
+                                     std::optional<double> forcedValue = std::nullopt);
 
 // That entry of Colors as decimal text (empty when there is none).
-std::string GetTimingColour(const Workspace& ws, std::int32_t tSession, std::int32_t tProcID,
-                            std::int32_t tLineID, std::int32_t tDisplayInfoType,
-                            std::int32_t tColorMode,
-                            std::optional<std::int32_t> tOffset = std::nullopt,
-                            std::optional<double> tForcedValue = std::nullopt);
+std::string GetTimingColour(const Workspace& ws, std::int32_t sessionId, std::int32_t procID,
+                            std::int32_t lineID, std::int32_t displayInfoType,
+                            std::int32_t colorMode,
+                            std::optional<std::int32_t> rankOffset = std::nullopt,
+                            std::optional<double> forcedValue = std::nullopt);
 
 // That entry of ColorsHtml (empty when there is none).
-std::string GetTimingColourString(const Workspace& ws, std::int32_t tSession, std::int32_t tProcID,
-                                  std::int32_t tLineID, std::int32_t tDisplayInfoType,
-                                  std::int32_t tColorMode,
-                                  std::optional<std::int32_t> tOffset = std::nullopt);
+std::string GetTimingColourString(const Workspace& ws, std::int32_t sessionId, std::int32_t procID,
+                                  std::int32_t lineID, std::int32_t displayInfoType,
+                                  std::int32_t colorMode,
+                                  std::optional<std::int32_t> rankOffset = std::nullopt);
 
 // The decade offset of the value mode when none is given: 2 for the total
 // measures, 0 otherwise.
-std::int32_t DefaultValueOffset(std::int32_t tDisplayInfoType);
+std::int32_t DefaultValueOffset(std::int32_t displayInfoType);
 
 // "total time", "average time", "total children time", "average children
 // time" for measures 0 to 3; empty otherwise.
-std::string MeasureWord(std::int32_t tDisplayInfoType);
+std::string MeasureWord(std::int32_t displayInfoType);
 
 }  // namespace zol

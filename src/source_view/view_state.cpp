@@ -25,14 +25,14 @@ bool SourcePageCache::NeedsReload(const SourcePageKey& key) {
   return true;
 }
 
-std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t tSession) {
-  if (tSession < 0) {
+std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t sessionId) {
+  if (sessionId < 0) {
     return std::string("Unavailable (compared sessions)\r\n") + kClickProcedures;
   }
-  if (tSession == 0 && !ws.fHomogeneous) {
+  if (sessionId == 0 && !ws.fHomogeneous) {
     return std::string("Unavailable (heterogeneous sessions)\r\n") + kClickProcedures;
   }
-  if (ws.Session.InRange(tSession) && ws.Session(tSession).IsMergedGroupSession) {
+  if (ws.Session.InRange(sessionId) && ws.Session(sessionId).IsMergedGroupSession) {
     return std::string("Unavailable (group session)\r\nor select a project inside the group");
   }
   return std::nullopt;

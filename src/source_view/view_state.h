@@ -36,7 +36,7 @@ class SourcePageCache {
 // The notice shown in place of code, lines separated by CR LF, when the
 // selection has no single source: compared sessions, merged sessions of
 // several projects, or a group's merged session. Nothing when it has one.
-std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t tSession);
+std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t sessionId);
 
 // One label of the title strip with its icon key.
 struct TitleLabel {

@@ -186,8 +186,8 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
   if (d.ScaledToMicroseconds) title += tr(" (values in microseconds)");
   chart->setTitle(PlainForRichText(title));
   auto* series = new QHorizontalBarSeries();
-  const std::size_t nSeries = std::max<std::size_t>(1, d.SeriesNames.size());
-  for (std::size_t s = 0; s < nSeries; ++s) {
+  const std::size_t seriesCount = std::max<std::size_t>(1, d.SeriesNames.size());
+  for (std::size_t s = 0; s < seriesCount; ++s) {
     const QString setName = s < d.SeriesNames.size() ? Q(d.SeriesNames[s]) : tr("Value");
     auto* set = new QBarSet(PlainForRichText(setName));
     set->setColor(SeriesColour(s));
@@ -195,7 +195,7 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
     for (const ChartRow& item : d.Items) set->append(s < item.Values.size() ? item.Values[s] : 0.0);
     series->append(set);
     // The whole name and the value under the pointer.
-    connect(set, &QBarSet::hovered, this, [this, s, setName, nSeries](bool on, int index) {
+    connect(set, &QBarSet::hovered, this, [this, s, setName, seriesCount](bool on, int index) {
       if (!on || index < 0 || index >= static_cast<int>(shown_.Items.size())) {
         QToolTip::hideText();
         return;
@@ -203,14 +203,14 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
       const ChartRow& item = shown_.Items[static_cast<std::size_t>(index)];
       const double value = s < item.Values.size() ? item.Values[s] : 0.0;
       QString text = Q(item.Name) + "\n";
-      if (nSeries > 1) text += setName + ": ";
+      if (seriesCount > 1) text += setName + ": ";
       text += ChartValueText(value);
       QToolTip::showText(QCursor::pos(), PlainToolTip(text));
     });
   }
   const int n = static_cast<int>(d.Items.size());
   // Few items get slim bars rather than blocks that fill the plot.
-  series->setBarWidth(std::min(0.8, 0.15 + 0.05 * n * static_cast<int>(nSeries)));
+  series->setBarWidth(std::min(0.8, 0.15 + 0.05 * n * static_cast<int>(seriesCount)));
 
   auto* names = new QBarCategoryAxis();
   QFont labelFont = names->labelsFont();
@@ -246,7 +246,7 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
   // touch the one before it. When the pane is too low, the chart grows and
   // the pane scrolls.
   const int line = metrics.height() + 3;
-  const int slot = std::max(line, 3 * static_cast<int>(nSeries) + 4);
+  const int slot = std::max(line, 3 * static_cast<int>(seriesCount) + 4);
   const int titleHeight = QFontMetrics(TitleFont()).height() * 2 + 12;
   const int axisHeight = metrics.height() * 2 + 16;
   const int legendHeight = legend ? metrics.height() + 24 : 0;

@@ -150,13 +150,13 @@ void GridPage::SetGraphOptions(const GraphOptions& options) {
   ApplyChartVisibility();
 }
 
-void GridPage::OnOptionChanged(bool fSortOnly) {
+void GridPage::OnOptionChanged(bool sortOnly) {
   if (settingOptions_) return;
   options_.GraphType = typeGroup_->checkedId();
   options_.GraphSortKey = sortGroup_->checkedId();
   options_.GraphMaxItems = maxItems_->value();
   ApplyChartVisibility();
-  if (fSortOnly) {
+  if (sortOnly) {
     DoChartSortOnly(description_, options_.GraphSortKey);
   } else if (description_.IsReset && arrays_.ChartArrayBar.empty() &&
              arrays_.ChartArrayPie.empty()) {
@@ -217,8 +217,8 @@ void GridPage::Present(GridBuild build) {
   }
 }
 
-void GridPage::ResetChart(bool fEraseArrays) {
-  description_ = zol::ResetChart(arrays_, fEraseArrays);
+void GridPage::ResetChart(bool eraseArrays) {
+  description_ = zol::ResetChart(arrays_, eraseArrays);
   chart_->Draw(description_);
 }
 

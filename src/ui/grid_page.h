@@ -45,7 +45,7 @@ class GridPage : public QWidget {
   const DifferenceOptions& differenceOptions() const { return differences_; }
 
   // The empty chart (ResetChart), the arrays erased or kept.
-  void ResetChart(bool fEraseArrays);
+  void ResetChart(bool eraseArrays);
 
   const GraphOptions& graphOptions() const { return options_; }
   void SetGraphOptions(const GraphOptions& options);
@@ -61,7 +61,7 @@ class GridPage : public QWidget {
 
  private:
   QWidget* MakeOptionStrip();
-  void OnOptionChanged(bool fSortOnly);
+  void OnOptionChanged(bool sortOnly);
   // GraphType 0 hides the chart and lets the grid fill the page.
   void ApplyChartVisibility();
   // Shows a build as it stands, with the chart it asks for.

@@ -21,9 +21,9 @@ class GuiProjectTree : public ProjectTree {
 
   GuiProjectTree(Workspace& ws, Hooks hooks) : ProjectTree(ws), hooks_(std::move(hooks)) {}
 
-  void SelectionChanged(bool fNothingTicked) override {
-    ProjectTree::SelectionChanged(fNothingTicked);
-    if (fNothingTicked && hooks_.allSessionsGone) hooks_.allSessionsGone();
+  void SelectionChanged(bool nothingTicked) override {
+    ProjectTree::SelectionChanged(nothingTicked);
+    if (nothingTicked && hooks_.allSessionsGone) hooks_.allSessionsGone();
   }
 
  protected:

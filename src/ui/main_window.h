@@ -114,7 +114,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void DestroyAllSessions();
   // Enters a file dropped or chosen: sessions, projects, project groups.
   void AddSessionFile(const std::string& file);
-  void OpenSessionFile(bool fMustClearBefore);
+  void OpenSessionFile(bool mustClearBefore);
   // Takes up the names that another start left in the settings.
   int AutoLoadSessions();
   // The files of the command line: entered, ticked, listed among the recent
@@ -186,8 +186,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
 
   // Views.
   void ShowGridTab(int tab);
-  void updateSourceView(std::int32_t tSession, std::int32_t tModule, std::int32_t tProcedure,
-                        std::int32_t tLine);
+  void updateSourceView(std::int32_t sessionId, std::int32_t moduleId, std::int32_t procedureId,
+                        std::int32_t lineId);
   void UpdateTitle();
   // Draws the call graph around the selection on the Flow page; a procedure
   // chosen there becomes the selected one.

@@ -167,12 +167,12 @@ void MainWindow::AddSessionFile(const std::string& file) {
   AddToFileHistory(ws_, file);
 }
 
-void MainWindow::OpenSessionFile(bool fMustClearBefore) {
+void MainWindow::OpenSessionFile(bool mustClearBefore) {
   const QStringList files = QFileDialog::getOpenFileNames(
       this, tr("Load sessions"), QString(), "Sessions (*.pfl *.pfd);;Original Projects (*.vbp)");
   if (files.isEmpty()) return;
   BusyScope busy(*this);
-  if (fMustClearBefore) ClearSessions(ws_, *this);
+  if (mustClearBefore) ClearSessions(ws_, *this);
   for (const QString& f : files) AddSessionFile(FromQPath(f));
   AfterCatalogueChange();
 }

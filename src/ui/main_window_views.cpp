@@ -283,30 +283,31 @@ void MainWindow::ViewGridInSpreadsheet() {
 
 // --- Source ---
 
-void MainWindow::updateSourceView(std::int32_t tSession, std::int32_t tModule,
-                                  std::int32_t tProcedure, std::int32_t tLine) {
+void MainWindow::updateSourceView(std::int32_t sessionId, std::int32_t moduleId,
+                                  std::int32_t procedureId, std::int32_t line) {
   UpdateTitle();
   SourceBrowser* browser = sourcePane_->Browser();
-  if (!pageCache_.NeedsReload({tSession, tModule, tProcedure, tLine, ws_.DisplayInfoType})) return;
-  if (auto text = SourceUnavailableText(ws_, tSession)) {
+  if (!pageCache_.NeedsReload({sessionId, moduleId, procedureId, line, ws_.DisplayInfoType}))
+    return;
+  if (auto text = SourceUnavailableText(ws_, sessionId)) {
     browser->ShowNotice(*text);
     return;
   }
-  if (!ws_.Session.InRange(tSession) || !ws_.Session(tSession).Loaded) {
+  if (!ws_.Session.InRange(sessionId) || !ws_.Session(sessionId).Loaded) {
     browser->ShowNotice("");
     return;
   }
-  const Project& project = ws_.Project(ws_.Session(tSession).Project);
-  std::int32_t module = tModule;
-  std::int32_t procedure = tProcedure;
+  const Project& project = ws_.Project(ws_.Session(sessionId).Project);
+  std::int32_t module = moduleId;
+  std::int32_t procedure = procedureId;
   if (module == 0 && procedure != 0 && project.Procedure.InRange(procedure)) {
     module = project.Procedure(procedure).BelongToModule;
   }
   // A session or a project alone shows its first module.
   if (module == 0) module = 1;
-  ShowSourcePage(ws_, tSession, module, procedure, *browser);
-  if (tLine != 0 && project.CodeLine.InRange(tLine)) {
-    browser->ScrollToStatement(module, project.CodeLine(tLine).BelongToProcedure, tLine);
+  ShowSourcePage(ws_, sessionId, module, procedure, *browser);
+  if (line != 0 && project.CodeLine.InRange(line)) {
+    browser->ScrollToStatement(module, project.CodeLine(line).BelongToProcedure, line);
   }
 }
 

@@ -105,21 +105,21 @@ void SessionHeaderBar::ArrangeHeaders() {
   ArrangeGuard guard(fDuringArrange_);
   if (!guard.Entered()) return;
   QHeaderView* gridHeader = grid_->horizontalHeader();
-  int tLeft = 0;
+  int left = 0;
   for (int v = 0; v < headers_.FirstColumn && v < gridHeader->count(); ++v) {
-    tLeft += gridHeader->sectionSize(GridColumnAt(v));
+    left += gridHeader->sectionSize(GridColumnAt(v));
   }
-  resizeSection(0, tLeft);
-  corner_->setGeometry(0, 0, tLeft, height());
+  resizeSection(0, left);
+  corner_->setGeometry(0, 0, left, height());
   corner_->raise();
-  int tCurrentCol = headers_.FirstColumn;
+  int currentCol = headers_.FirstColumn;
   for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()); ++i) {
-    int tColWidth = 0;
-    for (int k = 0; k < headers_.RunColumns(i - 1); ++k, ++tCurrentCol) {
-      if (tCurrentCol < gridHeader->count())
-        tColWidth += gridHeader->sectionSize(GridColumnAt(tCurrentCol));
+    int colWidth = 0;
+    for (int k = 0; k < headers_.RunColumns(i - 1); ++k, ++currentCol) {
+      if (currentCol < gridHeader->count())
+        colWidth += gridHeader->sectionSize(GridColumnAt(currentCol));
     }
-    if (i < count()) resizeSection(i, tColWidth);
+    if (i < count()) resizeSection(i, colWidth);
   }
 }
 
@@ -128,17 +128,16 @@ void SessionHeaderBar::ArrangeList() {
   ArrangeGuard guard(fDuringArrange_);
   if (!guard.Entered()) return;
   QHeaderView* gridHeader = grid_->horizontalHeader();
-  int tCurrentCol = headers_.FirstColumn;
+  int currentCol = headers_.FirstColumn;
   for (int i = 1; i <= static_cast<int>(headers_.SessionNames.size()) && i < count(); ++i) {
     const int perSession = headers_.RunColumns(i - 1);
     const int fakeWidth = sectionSize(i);
-    const int tColWidth =
-        static_cast<int>(std::lround(static_cast<double>(fakeWidth) / perSession));
-    for (int k = 0; k < perSession; ++k, ++tCurrentCol) {
-      if (tCurrentCol >= gridHeader->count()) break;
+    const int colWidth = static_cast<int>(std::lround(static_cast<double>(fakeWidth) / perSession));
+    for (int k = 0; k < perSession; ++k, ++currentCol) {
+      if (currentCol >= gridHeader->count()) break;
       // The last column of the run takes what the others leave.
-      const int width = k + 1 < perSession ? tColWidth : fakeWidth - tColWidth * (perSession - 1);
-      gridHeader->resizeSection(GridColumnAt(tCurrentCol), std::max(width, 1));
+      const int width = k + 1 < perSession ? colWidth : fakeWidth - colWidth * (perSession - 1);
+      gridHeader->resizeSection(GridColumnAt(currentCol), std::max(width, 1));
     }
   }
 }

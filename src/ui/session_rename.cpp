@@ -38,9 +38,9 @@ std::optional<Renamable> RenamableOf(Workspace& ws, const std::string& rowKey) {
                    "G" + std::to_string(row->index)};
 }
 
-std::string SiblingFile(const std::string& tFile, const std::string& body,
+std::string SiblingFile(const std::string& path, const std::string& body,
                         const std::string& extension) {
-  return JoinPath(GetPath(tFile), body + extension);
+  return JoinPath(GetPath(path), body + extension);
 }
 
 void RenameFile(const std::string& from, const std::string& to) {
@@ -73,16 +73,16 @@ RenameOutcome RenameSessionRow(Workspace& ws, ProjectTree& tree, const std::stri
   std::optional<Renamable> item = RenamableOf(ws, rowKey);
   if (!item) return {};
 
-  std::string& tFile = *item->SessionFile;
-  if (!EqualsNoCase1252(newName, GetFileBody(tFile))) {
-    if (FileExist(SiblingFile(tFile, newName, ".pfl")) ||
-        FileExist(SiblingFile(tFile, newName, ".pfd"))) {
+  std::string& path = *item->SessionFile;
+  if (!EqualsNoCase1252(newName, GetFileBody(path))) {
+    if (FileExist(SiblingFile(path, newName, ".pfl")) ||
+        FileExist(SiblingFile(path, newName, ".pfd"))) {
       return {false, "This session name already exists !\nPlease select another name.", false};
     }
-    const std::string extension = tFile.size() >= 4 ? tFile.substr(tFile.size() - 4) : "";
-    const std::string renamed = SiblingFile(tFile, newName, extension);
-    RenameFile(tFile, renamed);
-    tFile = renamed;
+    const std::string extension = path.size() >= 4 ? path.substr(path.size() - 4) : "";
+    const std::string renamed = SiblingFile(path, newName, extension);
+    RenameFile(path, renamed);
+    path = renamed;
   }
   if (item->Selected) tree.RenameInNode(item->NodeKey, *item->Name, newName);
   *item->Name = newName;
