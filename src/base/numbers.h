@@ -1,10 +1,10 @@
 #pragma once
 
 // Small numeric helpers shared by the grids, charts, pages and readers. They
-// keep the arithmetic of the original toolbox: rounding is to the nearest even
-// integer on halves (as the language's Round and whole-number conversions do),
-// and logarithms are taken as ln(x) / ln(10) so that borderline values such
-// as 1000 land where they always did.
+// share one arithmetic so that every view agrees: rounding is to the nearest
+// even integer on halves (as the profiled language's Round does, so figures
+// match what its users compute), and logarithms are taken as ln(x) / ln(10)
+// so that borderline values such as 1000 land in the same decade everywhere.
 
 #include <algorithm>
 #include <cstdint>

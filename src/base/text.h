@@ -1,8 +1,8 @@
 #pragma once
 
-// Text routines in the manner of the language the original program was
-// written in, because the rest of the code base states its text handling in
-// those terms: positions are 1-based, 0 means "not found", and a Mid/Left/
+// Text routines with the conventions of the profiled language, because the
+// sources, logs and settings this program reads are stated in those terms
+// (column and line positions from 1): positions are 1-based, 0 means "not found", and a Mid/Left/
 // Right past the end simply yields less text. Texts are single-byte
 // (Windows-1252) and kept as bytes. Positions below 1 are taken as 1 rather
 // than failing.

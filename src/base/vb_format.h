@@ -1,7 +1,7 @@
 #pragma once
 
-// Number texts as the original program wrote them. Grids, pages and exports
-// are compared byte for byte with what users already have, and later passes
+// Number texts of the grids, pages and exports. Users compare these files
+// byte for byte with the ones they saved from earlier runs, and later passes
 // read cell texts back as numbers, so the formatting rules are kept exactly:
 //
 // - The value is first taken to 15 significant decimal digits, and that

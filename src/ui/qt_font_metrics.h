@@ -14,7 +14,7 @@ class QtFontMetrics : public FontMetrics {
   double ActualSize(const std::string& font, double size) const override;
 };
 
-// Makes the faces that pages and the original program name ("Courier New",
+// Makes the faces that pages and saved settings name ("Courier New",
 // "Arial") stand for the closest faces this desktop has, so a page keeps a
 // fixed-width font for its code whatever is installed.
 void InstallFontSubstitutions();
