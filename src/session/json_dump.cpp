@@ -1,64 +1,24 @@
 #include "session/json_dump.h"
 
+#include "session/record_fields.h"
+
 namespace zol {
 
 namespace {
 
-void WriteModuleValue(JsonWriter& w, const ModuleValue& v) {
-  w.BeginObject()
-      .Field("IsProfiled", static_cast<bool>(v.IsProfiled))
-      .Field("IsCovered", static_cast<bool>(v.IsCovered))
-      .Field("HitLines", v.HitLines)
-      .Field("TotalLines", v.TotalLines)
-      .Field("LineCoverage", v.LineCoverage)
-      .Field("HitProcedures", v.HitProcedures)
-      .Field("TotalProcedures", v.TotalProcedures)
-      .Field("ProcedureCoverage", v.ProcedureCoverage)
-      .Field("TotalTime", v.TotalTime)
-      .Field("CriticalHitLines", v.CriticalHitLines)
-      .Field("CriticalTotalLines", v.CriticalTotalLines)
-      .Field("TotalTimingRank", v.TotalTimingRank)
-      .Field("CoverageRank", v.CoverageRank)
-      .EndObject();
-}
-
-void WriteProcedureValue(JsonWriter& w, const ProcedureValue& v) {
-  w.BeginObject()
-      .Field("IsProfiled", static_cast<bool>(v.IsProfiled))
-      .Field("IsCovered", static_cast<bool>(v.IsCovered))
-      .Field("Hits", v.Hits)
-      .Field("HitLines", v.HitLines)
-      .Field("TotalLines", v.TotalLines)
-      .Field("Coverage", v.Coverage)
-      .Field("TotalTime", v.TotalTime)
-      .Field("AverageTime", v.AverageTime)
-      .Field("ChildTotalTime", v.ChildTotalTime)
-      .Field("ChildAverageTime", v.ChildAverageTime)
-      .Field("TotalTimingRank", v.TotalTimingRank)
-      .Field("AverageTimingRank", v.AverageTimingRank)
-      .Field("ChildTotalTimingRank", v.ChildTotalTimingRank)
-      .Field("ChildAverageTimingRank", v.ChildAverageTimingRank)
-      .Field("CoverageRank", v.CoverageRank)
-      .EndObject();
-}
-
-void WriteCodeLineValue(JsonWriter& w, const CodeLineValue& v) {
-  w.BeginObject()
-      .Field("Hits", v.Hits)
-      .Field("TotalTime", v.TotalTime)
-      .Field("AverageTime", v.AverageTime)
-      .Field("ChildTotalTime", v.ChildTotalTime)
-      .Field("ChildAverageTime", v.ChildAverageTime)
-      .EndObject();
-}
-
-void WriteFlowPair(JsonWriter& w, const FlowPair& v) {
-  w.BeginObject()
-      .Field("FromProc", v.FromProc)
-      .Field("ToProc", v.ToProc)
-      .Field("Hits", v.Hits)
-      .Field("ChildTime", v.ChildTime)
-      .EndObject();
+// One JSON object per value record, its fields named and ordered as in the
+// record's file image. The 16-bit booleans are written as true and false.
+template <ValueRecord R>
+void WriteValueRecord(JsonWriter& w, const R& v) {
+  w.BeginObject();
+  VisitFields(v, [&w]<typename F>(std::string_view name, const F& field) {
+    if constexpr (std::is_same_v<F, VBBool>) {
+      w.Field(name, static_cast<bool>(field));
+    } else {
+      w.Field(name, field);
+    }
+  });
+  w.EndObject();
 }
 
 template <typename T, typename Fn>
@@ -129,15 +89,18 @@ void WriteSessionJson(JsonWriter& w, const Session& s) {
       .Field("LastProc", s.LastProc)
       .Field("nFlowPair", s.nFlowPair);
   w.Key("SessionValue");
-  WriteModuleValue(w, s.SessionValue);
-  WriteArray(w, "CodeLineValue", s.CodeLineValue, s.CodeLineValue.UBound(), WriteCodeLineValue);
-  WriteArray(w, "ProcedureValue", s.ProcedureValue, s.ProcedureValue.UBound(), WriteProcedureValue);
-  WriteArray(w, "ModuleValue", s.ModuleValue, s.ModuleValue.UBound(), WriteModuleValue);
+  WriteValueRecord(w, s.SessionValue);
+  WriteArray(w, "CodeLineValue", s.CodeLineValue, s.CodeLineValue.UBound(),
+             WriteValueRecord<CodeLineValue>);
+  WriteArray(w, "ProcedureValue", s.ProcedureValue, s.ProcedureValue.UBound(),
+             WriteValueRecord<ProcedureValue>);
+  WriteArray(w, "ModuleValue", s.ModuleValue, s.ModuleValue.UBound(),
+             WriteValueRecord<ModuleValue>);
   WriteRanks(w, "LineTotalTimeRank", s.LineTotalTimeRank);
   WriteRanks(w, "LineAverageTimeRank", s.LineAverageTimeRank);
   WriteRanks(w, "LineChildTotalTimeRank", s.LineChildTotalTimeRank);
   WriteRanks(w, "LineChildAverageTimeRank", s.LineChildAverageTimeRank);
-  WriteArray(w, "FlowPair", s.FlowPair, s.nFlowPair, WriteFlowPair);
+  WriteArray(w, "FlowPair", s.FlowPair, s.nFlowPair, WriteValueRecord<FlowPair>);
   w.EndObject();
 }
 
