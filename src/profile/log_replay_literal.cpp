@@ -41,7 +41,7 @@ class LiteralReplay : public LogReplay {
         recordNumber = pfl::kDataRecordsPerBlock;
         continue;
       }
-      place_ = {index, nRecord};
+      place_ = {index, recordNumber};
       try {
         Replay(r, lTime, lastBlock);
       } catch (const BoundsError&) {
