@@ -2,8 +2,8 @@
 
 // Ticking session files from the command line as the session pane does: each
 // file opened and its branch added to the project tree, then the merged and
-// compared roots offered for a selection of two or more. The commands that
-// show ticked sessions (tree, merge, table) start this way.
+// compared roots offered for a selection of two or more. Every command that
+// works on ticked sessions (tree, merge, table, flow, report) starts this way.
 
 #include <memory>
 #include <string>
@@ -14,6 +14,12 @@
 #include "session/workspace.h"
 
 namespace zol::cli {
+
+struct TickOptions {
+  // A group file is entered and loaded with its members and ticked as a
+  // group; without this it is opened as one session file.
+  bool groups = false;
+};
 
 // A command's workspace with its project tree. Files are opened read-only: a
 // log is replayed in memory, and no session file is written or deleted.
@@ -28,7 +34,9 @@ class TickedSessions {
 
   // Opens `files` in order and ticks each. False when one can't be opened
   // (the reason has been printed); the files before it stay ticked.
-  bool Tick(const std::vector<std::string>& files);
+  bool Tick(const std::vector<std::string>& files, TickOptions options = {});
+  // The session list keys of the ticked files ("S1", "G2"), in order.
+  const std::vector<std::string>& Keys() const { return keys_; }
 
   // A click on the merged or compared root (kMergeKey, kCompareKey), which
   // builds the merged data the first time. False when the merge was refused
@@ -38,6 +46,7 @@ class TickedSessions {
  private:
   CliWorkspace cli_;
   ProjectTree tree_;
+  std::vector<std::string> keys_;
 };
 
 }  // namespace zol::cli

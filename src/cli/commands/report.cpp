@@ -24,6 +24,7 @@
 #include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
 #include "cli/open_session.h"
+#include "cli/tick_sessions.h"
 #include "compare/global_sessions.h"
 #include "grid/grid_selection.h"
 #include "profile/session_files.h"
@@ -125,39 +126,9 @@ bool ApplyArgs(zol::ReportOptions& o, const ReportArgs& args) {
   return true;
 }
 
-// Enters and ticks each file as the session pane does: a group file with its
-// members, any other file as one session.
-bool Tick(zol::Workspace& ws, zol::ProjectTree& tree, const std::vector<std::string>& files,
-          std::vector<std::string>& keys) {
-  zol::cli::OpenOptions options;
-  options.readOnly = true;
-  for (const std::string& file : files) {
-    if (zol::FileExist(file) && zol::IsGroupFile(file)) {
-      const std::int32_t before = ws.nSessionGroup;
-      zol::AddSession(ws, file);
-      const std::int32_t sg = ws.nSessionGroup;
-      if (sg == before || !zol::LoadSessionGroup(ws, sg)) {
-        std::cerr << "zolprof: " << file << ": the group could not be loaded\n";
-        return false;
-      }
-      tree.SelectSessionGroup(sg, true);
-      keys.push_back("G" + std::to_string(sg));
-      continue;
-    }
-    const auto cs = zol::cli::OpenSession(ws, file, options);
-    if (!cs) return false;
-    tree.SelectSession(*cs, "", true);
-    keys.push_back("S" + std::to_string(*cs));
-  }
-  zol::InitGlobalSessions(ws, &tree);
-  // One file is the current session; several are their merged view.
-  tree.NodeClicked(keys.size() == 1 ? keys.front() : std::string(zol::kMergeKey));
-  return true;
-}
-
 int Run(const ReportArgs& args) {
-  zol::cli::CliWorkspace cli;
-  zol::Workspace& ws = cli.ws();
+  zol::cli::TickedSessions ticked;
+  zol::Workspace& ws = ticked.ws();
   zol::LoadColors(ws, false);
   zol::LoadOptionsHtml(ws);
   zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.FontHTML, ws.FontSizeHTML);
@@ -167,9 +138,10 @@ int Run(const ReportArgs& args) {
   request.options.OpenReport = false;
   request.deleteTempReportOnExit = false;
 
-  zol::ProjectTree tree(ws);
-  std::vector<std::string> keys;
-  if (!Tick(ws, tree, args.files, keys)) return 1;
+  if (!ticked.Tick(args.files, {.groups = true})) return 1;
+  // One file is the current session; several are their merged view.
+  const std::vector<std::string>& keys = ticked.Keys();
+  ticked.tree().NodeClicked(keys.size() == 1 ? keys.front() : std::string(zol::kMergeKey));
   const zol::Selection selection = zol::SelectionOf(ws);
   request.current = selection.session;
   request.measure = *zol::ParseMeasure(args.measure);
