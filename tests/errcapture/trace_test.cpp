@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <stdexcept>
+
+#include "base/files.h"
+#include "base/scoped_temp_dir.h"
+#include "errcapture/trace.h"
+#include "errcapture/value_text.h"
+
+namespace zol {
+namespace {
+
+class TraceTest : public ::testing::Test {
+ protected:
+  void Start(bool traceProc, bool params = false) {
+    ProtectorSettings s = DefaultProtectorSettings(dir_.path(), "zoltest");
+    s.zolTraceProc = traceProc;
+    s.zolTraceParameters = params;
+    s.zolLogTraceToFile = traceProc;
+    zolInitializeProtector(s);
+    TakeFault();
+  }
+  void TearDown() override { zolInitializeProtector(ProtectorSettings{}); }
+
+  testing::ScopedTempDir dir_;
+};
+
+TEST_F(TraceTest, StackTextIsUnavailableOffEmptyAtDepthZeroAndIndentedFromTheTop) {
+  Start(false);
+  {
+    ZOL_TRACE("Loader.Load");
+    EXPECT_EQ(zolGetStack(), "{Unavailable}");
+  }
+  EXPECT_EQ(zolTraceCallsNumber(), 0);
+
+  Start(true);
+  EXPECT_EQ(zolGetStack(), "{Empty}");
+  zolProcOut("Loader.Load");  // an exit without an entry stays at depth 0
+  EXPECT_EQ(zolTraceCallsNumber(), 0);
+  EXPECT_EQ(zolGetStack(), "{Empty}");
+  {
+    ZOL_TRACE("MainWindow.openSessions");
+    {
+      ZOL_TRACE("Catalogue.LoadSession");
+      ZOL_TRACE("LogReader.ReadProfileFile");
+      EXPECT_EQ(zolGetStack(),
+                "LogReader.ReadProfileFile\r\n\tCatalogue.LoadSession\r\n\t\tMainWindow."
+                "openSessions\r\n");
+    }
+    EXPECT_EQ(zolGetStack(), "MainWindow.openSessions\r\n");
+  }
+  EXPECT_EQ(zolGetStack(), "{Empty}");
+}
+
+TEST_F(TraceTest, LogLinesAreIndentedByDepthWithTheirArgumentsAndKeepErrno) {
+  Start(true, true);
+  {
+    ZOL_TRACE_ARGS("Report.Write", [] { return zolParamsText({zolParamToText("Folder", "out")}); });
+    errno = EACCES;
+    ZOL_TRACE_ARGS("Report.Page", [] { return zolParamsText({}); });
+    EXPECT_EQ(errno, EACCES);
+  }
+  EXPECT_EQ(LoadFile(CurrentProtectorSettings().zolLogFile),
+            "Report.Write(Folder = out) \r\n\tReport.Page()\r\n");
+}
+
+TEST_F(TraceTest, TheFirstUnwoundProcedureNamesTheFaultAndKeepsTheStackOfThatMoment) {
+  Start(true);
+  try {
+    ZOL_TRACE("MainWindow.exportGrid");
+    ZOL_TRACE("Export.WriteCsv");
+    throw std::runtime_error("disk full");
+  } catch (const std::exception&) {
+  }
+  const FaultPlace f = TakeFault();
+  ASSERT_TRUE(f.found);
+  EXPECT_EQ(f.procedure, "Export.WriteCsv");
+  EXPECT_GT(f.line, 0);
+  EXPECT_EQ(f.stack, "Export.WriteCsv\r\n\tMainWindow.exportGrid\r\n");
+  EXPECT_FALSE(TakeFault().found);  // taken once
+  EXPECT_EQ(zolTraceCallsNumber(), 0);
+}
+
+TEST(ValueText, ArgumentTextsOfArraysAndScalars) {
+  EXPECT_EQ(zolParamToText("Lines", Array1<int>()), "Lines(Undimensioned Array)");
+  Array1<int> three;
+  three.ReDim(3);
+  EXPECT_EQ(zolParamToText("Lines", three), "Lines(1 To 3)");
+  ArrayShape five{{{0, 1}, {1, 2}, {0, 3}, {1, 4}, {0, 5}}};
+  EXPECT_EQ(zolParamToText("Cube", five), "Cube(0 To 1, 1 To 2, 0 To 3, 1 To 4, 0 To 5)");
+  EXPECT_EQ(zolParamToText("Fast", true), "Fast = True");
+  EXPECT_EQ(zolParamToText("Time", 0.25), "Time = 0.25");
+  EXPECT_EQ(zolParamsText({zolParamToText("a", 1), zolParamToText("b", "x")}), "(a = 1, b = x) ");
+  EXPECT_EQ(zolParamsText({}), "()");
+}
+
+}  // namespace
+}  // namespace zol
