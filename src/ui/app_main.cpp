@@ -7,10 +7,14 @@
 #include <QTimer>
 #include <cstdio>
 #include <memory>
+#include <optional>
 
 #include "base/app_paths.h"
 #include "base/version.h"
+#include "errcapture/fatal_signal.h"
+#include "errcapture/trace.h"
 #include "project/project_info.h"
+#include "ui/gui_error_capture.h"
 #include "ui/live_window.h"
 #include "ui/main_window.h"
 #include "ui/qt_font_metrics.h"
@@ -90,12 +94,19 @@ int RunProfiler(int argc, char** argv) {
   }
   ClearCancelOperations(ini);
   CleanOldRtfFolders(appFolder);
+  // The error capture as soon as this copy is the one that runs: a fault from here on leaves its
+  // record.
+  constexpr const char* kProgram = "zolmark-profiler";
+  const std::string crashFile = CrashFileIn(appFolder, kProgram);
+  std::optional<CrashRecord> lastCrash = TakeCrashRecord(crashFile);
+  zolInitializeProtector(ReadProtectorSettings(ini, appFolder, kProgram), crashFile);
 
   InstallFontSubstitutions();
   Workspace ws;
   ws.appFolder = appFolder;
   ResetRtfPath(ws);
 
+  GuiErrorCapture errorCapture(ws, appFolder, kProgram);
   auto window = std::make_unique<MainWindow>(ws, cl.start);
   if (!cl.screenshotDir.isEmpty()) {
     window->resize(cl.size.isValid() ? cl.size : QSize(1400, 900));
@@ -120,6 +131,8 @@ int RunProfiler(int argc, char** argv) {
     window->show();
   }
   QApplication::processEvents();
+  // The last run ended on a fault: offer to report it.
+  if (lastCrash && !errorCapture.OfferCrashReport(*lastCrash)) return 1;
   const int code = app.exec();
   window.reset();
   return code;

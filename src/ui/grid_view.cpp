@@ -116,6 +116,7 @@ GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableMo
   });
 
   singleClickTimer_.setSingleShot(true);
+  singleClickTimer_.setParent(this);  // found and stopped behind the error dialog
   connect(&singleClickTimer_, &QTimer::timeout, this, [this] {
     ftimDblClick_ = false;
     if (hit_.Index > 0) emit gridClicked(kSingleClick, hit_.Index, hit_.SubIndex);

@@ -80,16 +80,6 @@ QString FindInstrumenter() {
 
 }  // namespace
 
-void RunGuarded(QWidget* parent, const std::function<void()>& action) {
-  try {
-    action();
-  } catch (const std::exception& e) {
-    QMessageBox::critical(
-        parent, kMessageTitle,
-        QObject::tr("The operation could not be completed:\n%1").arg(Q(e.what())));
-  }
-}
-
 MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
     : ws_(ws),
       tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); },
@@ -255,6 +245,9 @@ void MainWindow::ConnectWidgets() {
 
   autoLoadTimer_.setObjectName("autoLoadTimer");
   autoLoadTimer_.setInterval(500);
+  // A child of the window, so that the error dialog finds it among the timers
+  // it stops while it is up.
+  autoLoadTimer_.setParent(this);
   connect(&autoLoadTimer_, &QTimer::timeout, this,
           [this] { RunGuarded(this, [this] { AutoLoadSessions(); }); });
 }

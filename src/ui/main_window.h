@@ -22,6 +22,7 @@
 #include "session/workspace.h"
 #include "source_view/nav_history.h"
 #include "source_view/view_state.h"
+#include "ui/gui_error_capture.h"
 #include "ui/gui_project_tree.h"
 #include "ui/session_list_sort.h"
 #include "ui/window_options.h"
@@ -248,9 +249,5 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   QMenu* gridMenu_ = nullptr;
   QTimer autoLoadTimer_;
 };
-
-// Runs `action` as an entry point of the window: a failure that reaches it is
-// shown to the user with its reason instead of ending the program.
-void RunGuarded(QWidget* parent, const std::function<void()>& action);
 
 }  // namespace zol
