@@ -7,6 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include "base/files.h"
 #include "base/version.h"
 #include "cli/command_registry.h"
 
@@ -22,13 +23,24 @@ int main(int argc, char** argv) {
   std::sort(registry.begin(), registry.end(),
             [](const auto& a, const auto& b) { return a.name < b.name; });
   for (auto& command : registry) command.setup(app);
+  for (int i = 1; i < argc; ++i) {
+    const std::string word = argv[i];
+    if (std::any_of(registry.begin(), registry.end(),
+                    [&](const auto& c) { return c.name == word; })) {
+      zol::cli::SetCommandName(word);
+      break;
+    }
+  }
 
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
     return app.exit(e);
-  } catch (const std::exception& e) {
+  } catch (const zol::FileError& e) {
     std::cerr << "zolprof: " << e.what() << "\n";
+    return 1;
+  } catch (const std::exception& e) {
+    zol::cli::ReportFault(e, __LINE__);
     return 1;
   }
   if (app.get_subcommands().empty()) {
