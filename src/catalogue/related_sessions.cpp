@@ -14,6 +14,7 @@
 #include "catalogue/session_catalogue.h"
 #include "catalogue/session_file_lookup.h"
 #include "catalogue/session_list.h"
+#include "errcapture/trace.h"
 #include "profile/session_file_image.h"
 #include "profile/session_files.h"
 
@@ -206,6 +207,8 @@ void RelatedSessions::FromSettingsText(const std::string& iniText, const std::st
 }  // namespace
 
 void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& fileIn, bool quiet) {
+  ZOL_TRACE_ARGS("Catalogue.AddSessionGroup",
+                 [&] { return zolParamsText({zolParamToText("File", fileIn)}); });
   RelatedSessions related(ws, pane, quiet);
   std::optional<std::string> found = ResolveExistingFile(fileIn);
   if (!found && EndsWithNoCase(fileIn, ".pfl")) found = ResolveExistingFile(WithLastCharD(fileIn));

@@ -16,6 +16,7 @@
 #include "catalogue/file_history.h"
 #include "catalogue/session_file_lookup.h"
 #include "catalogue/session_list.h"
+#include "errcapture/trace.h"
 #include "profile/gather_info.h"
 #include "profile/pfl_format.h"
 #include "profile/session_files.h"
@@ -315,6 +316,8 @@ std::string UnreadModulesMessage(const Workspace& ws, std::int32_t cs) {
 
 std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& fileIn,
                         bool andLoadSession) {
+  ZOL_TRACE_ARGS("Catalogue.AddSession",
+                 [&] { return zolParamsText({zolParamToText("File", fileIn)}); });
   const std::optional<std::string> found = FindSessionFile(fileIn);
   if (!found) return 0;
   const std::string& fileName = *found;
@@ -335,6 +338,8 @@ std::int32_t AddSession(Workspace& ws, const std::string& fileName) {
 }
 
 bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {
+  ZOL_TRACE_ARGS("Catalogue.LoadSession",
+                 [&] { return zolParamsText({zolParamToText("cs", cs)}); });
   if (ws.Session(cs).Loaded) return true;
   LoadOutcome outcome;
   try {

@@ -52,6 +52,8 @@ void SetExitCode(int code) {
 }
 void RunCommand(const std::function<int()>& run, const std::string& subject,
                 std::source_location where) {
+  const std::string traceName = "zolprof." + g_commandName;
+  ZOL_TRACE(traceName.c_str());
   TakeFault();
   try {
     SetExitCode(run());

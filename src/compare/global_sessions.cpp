@@ -1,4 +1,5 @@
 #include "compare/global_sessions.h"
+#include "errcapture/trace.h"
 
 namespace zol {
 
@@ -61,6 +62,7 @@ bool HasValue(const Session& s, std::int32_t arg, std::int32_t Obj) {
 }  // namespace
 
 void InitGlobalSessions(Workspace& ws, MergedSelectionView* view) {
+  ZOL_TRACE("GlobalSessions.InitGlobalSessions");
   ReleaseMergedGroups(ws);
   const SelectionCount n = CountSelection(ws);
   ws.fHomogeneous = n.homogeneous;

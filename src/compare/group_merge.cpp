@@ -3,6 +3,7 @@
 #include "base/paths.h"
 #include "compare/date_time_text.h"
 #include "compare/global_sessions.h"
+#include "errcapture/trace.h"
 
 namespace zol {
 
@@ -60,6 +61,7 @@ std::int32_t NewMemberSlot(Workspace& ws, std::int32_t member) {
 }  // namespace
 
 void MakeMergedAndCompareSessionsGroups(Workspace& ws, MergedSelectionView* view) {
+  ZOL_TRACE("Merge.MakeMergedAndCompareSessionsGroups");
   ws.SessionGroup(0) = SessionGroup{};
   const Array1<std::int32_t> groups = SelectedGroups(ws);
   if (groups.Count() == 0) return;

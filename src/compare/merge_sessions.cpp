@@ -5,6 +5,7 @@
 
 #include "compare/global_sessions.h"
 #include "compare/merge_steps.h"
+#include "errcapture/trace.h"
 
 namespace zol {
 
@@ -98,6 +99,8 @@ void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t MergeIndex,
                                   const Array1<std::int32_t>& ListOfSessionsToInclude, bool group,
                                   bool noSelect, bool keepTrackOfOriginalProject,
                                   MergedSelectionView* view) {
+  ZOL_TRACE_ARGS("Merge.MakeMergedAndCompareSessions",
+                 [&] { return zolParamsText({zolParamToText("MergeIndex", MergeIndex)}); });
   CheckList(ws, MergeIndex, ListOfSessionsToInclude);
   if (MergeIndex < 0 || MergeIndex > ws.Session.UBound()) {
     throw MergeError("no session slot " + std::to_string(MergeIndex) + " to merge into");

@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 
+#include "errcapture/value_text.h"
+
 namespace zol {
 
 struct ProtectorSettings {

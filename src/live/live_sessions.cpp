@@ -14,6 +14,7 @@
 #include "compare/date_time_text.h"
 #include "compare/global_sessions.h"
 #include "compare/group_merge.h"
+#include "errcapture/trace.h"
 #include "live/compute_thread.h"
 #include "profile/gather_info.h"
 #include "profile/session_files.h"
@@ -174,6 +175,8 @@ std::string UnableToComputeMessage(const std::string& title, const std::string& 
 
 void CreateSessionFromThread(Workspace& ws, EventStore& store, std::int32_t ID,
                              const std::string& dateTime) {
+  ZOL_TRACE_ARGS("LiveSessions.CreateSessionFromThread",
+                 [&] { return zolParamsText({zolParamToText("ID", ID)}); });
   ws.nSession += 1;
   ws.Session.ReDimPreserve(ws.nSession);
   const std::int32_t cs = ws.nSession;
@@ -227,6 +230,7 @@ void CreateSessionFromThread(Workspace& ws, EventStore& store, std::int32_t ID,
 }
 
 LiveRunOutcome ComputeThread(Workspace& ws, EventStore& store, LiveRunView& view) {
+  ZOL_TRACE("LiveSessions.ComputeThread");
   LiveRunOutcome outcome;
   if (store.nThread == 0) return outcome;
   const std::string dateTime = PresentDateTimeText();

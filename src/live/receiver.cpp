@@ -13,6 +13,7 @@
 #include <filesystem>
 
 #include "base/ini_file.h"
+#include "errcapture/trace.h"
 
 namespace zol {
 
@@ -80,6 +81,7 @@ void LiveReceiver::Status(const std::string& text) {
 }
 
 void LiveReceiver::Open() {
+  ZOL_TRACE("LiveReceiver.Open");
   socketPath_ = options_.socketPath.empty() ? DefaultSocketFolder() + "/zolmark-profiler-" +
                                                   std::to_string(::getpid()) + ".sock"
                                             : options_.socketPath;
@@ -178,6 +180,7 @@ void LiveReceiver::Stop() {
 }
 
 void LiveReceiver::Accept() {
+  ZOL_TRACE("LiveReceiver.Accept");
   for (;;) {
     const int fd = ::accept4(listenFd_, nullptr, nullptr, SOCK_NONBLOCK | SOCK_CLOEXEC);
     if (fd < 0) return;  // EAGAIN, or a connection that went away meanwhile
@@ -280,6 +283,7 @@ std::string LiveReceiver::ParseMessages(Connection& c) {
 }
 
 void LiveReceiver::Serve(int fd) {
+  ZOL_TRACE("LiveReceiver.Serve");
   auto it = connections_.find(fd);
   if (it == connections_.end()) return;
   Connection& c = *it->second;

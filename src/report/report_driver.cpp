@@ -6,6 +6,7 @@
 #include "base/temp_files.h"
 #include "base/text.h"
 #include "compare/group_merge.h"
+#include "errcapture/trace.h"
 #include "report/data_export.h"
 #include "report/report_check.h"
 #include "report/report_pages.h"
@@ -289,6 +290,7 @@ std::string NumberedReportFolder(const std::string& folder, const std::string& n
 }
 
 ReportOutcome CreateReport(Workspace& ws, const ReportRequest& request) {
+  ZOL_TRACE("Report.CreateReport");
   ReportOutcome out;
   const auto refuse = [&](const std::string& message) {
     out.refusal = message;

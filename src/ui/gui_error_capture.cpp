@@ -11,6 +11,7 @@
 #include "errcapture/dump.h"
 #include "errcapture/fatal_signal.h"
 #include "errcapture/protected_call.h"
+#include "errcapture/trace.h"
 #include "session/workspace.h"
 #include "ui/error_dialog.h"
 #include "ui/gui_prompter.h"
@@ -171,6 +172,8 @@ void RunGuarded(QWidget* parent, const std::function<void()>& action, std::sourc
   const auto [module, procedure] = ModuleAndProcedure(where);
   const CallPlace place{capture->program(), module, procedure,
                         static_cast<std::int32_t>(where.line())};
+  const std::string traceName = place.module + "." + place.procedure;
+  ZOL_TRACE(traceName.c_str());
   StateDump dump;
   dump.module = [parent, module = place.module] {
     if (parent == nullptr) return;
