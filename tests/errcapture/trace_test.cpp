@@ -97,3 +97,34 @@ TEST(ValueText, ArgumentTextsOfArraysAndScalars) {
 
 }  // namespace
 }  // namespace zol
+
+namespace zol {
+namespace {
+
+TEST(ProtectorSettings, DefaultsAndTheKeysOfTheSettingsFile) {
+  testing::ScopedTempDir dir;
+  ProtectorSettings d = DefaultProtectorSettings("/opt/zol", "zolprof");
+  EXPECT_TRUE(d.zolCatchException);
+  EXPECT_FALSE(d.zolTraceProc || d.zolTraceParameters || d.zolTraceLine || d.zolCallStack);
+  EXPECT_FALSE(d.zolLogTraceToFile || d.zolScreenshot);
+  EXPECT_TRUE(d.zolSystemInfo);
+  EXPECT_EQ(d.zolDumpStringMaxLength, 128);
+  EXPECT_EQ(d.zolLogFile, "/opt/zol/zolzolprof.exe.log");
+  EXPECT_EQ(d.zolDumpFile, "/opt/zol/zolzolprof.exe.dmp");
+
+  const std::string ini = dir.Put("Zolmark.ini",
+                                  "[ErrorCapture]\nCallStack=True\nDumpStringMaxLength=12\n"
+                                  "EmailRecipientAdress=bugs@example.org\n");
+  ProtectorSettings s = ReadProtectorSettings(ini, dir.path(), "zolprof");
+  EXPECT_TRUE(s.zolCallStack);
+  EXPECT_TRUE(s.zolLogTraceToFile);  // a stack is kept, so its trace is written
+  EXPECT_EQ(s.zolDumpStringMaxLength, 12);
+  EXPECT_EQ(s.zolEmailRecipientAdress, "bugs@example.org");
+  zolInitializeProtector(s);
+  EXPECT_TRUE(CurrentProtectorSettings().zolTraceProc);  // forced by the call stack
+  EXPECT_EQ(zolGetStack(), "{Empty}");
+  zolInitializeProtector(ProtectorSettings{});
+}
+
+}  // namespace
+}  // namespace zol
