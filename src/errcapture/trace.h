@@ -20,7 +20,7 @@ struct ProtectorSettings {
   bool zolTraceParameters = false;  // build the argument text on entry
   bool zolTraceLine = false;
   bool zolCallStack = false;  // put the stack into the report
-  std::string zolEmailRecipientAdress = "support@zolmark.example";
+  std::string zolEmailRecipientAdress = "support@zolmark.com";
   std::int32_t zolDumpStringMaxLength = 128;
   bool zolSystemInfo = true;
   bool zolScreenshot = false;

@@ -198,15 +198,15 @@ TEST_F(ErrHandlerTest, AReportDumpsTheStateArchivesTheFilesAndAsksForTheFinalDec
   // The mail, then the manual way with the clipboard, which took the third try.
   ASSERT_EQ(prompter_.mails.size(), 1u);
   EXPECT_EQ(
-      prompter_.mails[0].rfind("mailto:support@zolmark.example?subject=Error%20report%20for%20", 0),
+      prompter_.mails[0].rfind("mailto:support@zolmark.com?subject=Error%20report%20for%20", 0),
       0u);
   ASSERT_EQ(prompter_.questions.size(), 2u);
-  EXPECT_EQ(prompter_.questions[1].rfind(
-                "Impossible to send the error report automatically !\r\n\r\n"
-                "Please open your email messenger and send a message with "
-                "the following parameters:\r\nAddress: support@zolmark.example\r\n",
-                0),
-            0u);
+  EXPECT_EQ(
+      prompter_.questions[1].rfind("Impossible to send the error report automatically !\r\n\r\n"
+                                   "Please open your email messenger and send a message with "
+                                   "the following parameters:\r\nAddress: support@zolmark.com\r\n",
+                                   0),
+      0u);
   EXPECT_EQ(prompter_.clipboardSets, 3);
   EXPECT_NE(prompter_.clipboard.find("Attached file: " + ReportFolder() +
                                      "/Error Report Files.zip (Size: "),
