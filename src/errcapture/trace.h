@@ -3,7 +3,9 @@
 // The call trace: every procedure of note reports its entry and exit, so that
 // an error report can say where the program was and how it got there. With
 // tracing off a hook costs one flag test on entry and one on exit; the
-// settings are read once at start by zolInitializeProtector.
+// settings are read once at start by zolInitializeProtector. The stack is
+// one for the process: hooks go on procedures of the thread that runs the
+// window or the command, never on the workers of a parallel replay.
 
 #include <cstdint>
 #include <exception>
