@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "base/cp1252.h"
@@ -29,14 +31,6 @@ enum class Place : std::uint8_t { Normal = 0, Dead = 1, Total = 2 };
 // Among normal cells: texts that come before "0", numbers, texts after.
 enum class Kind : std::uint8_t { TextBefore = 0, Number = 1, TextAfter = 2 };
 
-struct SortEntry {
-  Place place = Place::Normal;
-  Kind kind = Kind::TextBefore;
-  double number = 0;
-  std::string_view text;
-  std::uint32_t row = 0;
-};
-
 int CompareNoCase(std::string_view a, std::string_view b) {
   // Long equal stretches (source lines, names with a common start) are
   // skipped at memory speed; case is looked at from the first difference on.
@@ -52,26 +46,75 @@ int CompareNoCase(std::string_view a, std::string_view b) {
   return a.size() == b.size() ? 0 : (a.size() < b.size() ? -1 : 1);
 }
 
-// The order of two normal entries, ascending.
-int CompareNormal(const SortEntry& a, const SortEntry& b) {
-  if (a.kind != b.kind) return a.kind < b.kind ? -1 : 1;
-  if (a.kind == Kind::Number) return a.number < b.number ? -1 : (b.number < a.number ? 1 : 0);
-  return CompareNoCase(a.text, b.text);
-}
+// What a row sorts by, kept small and free of pointers so that a sort of a
+// million rows stays in cache: a number cell by its number, a text cell by
+// the rank of its text among the column's distinct texts.
+struct SortEntry {
+  double key = 0;
+  std::uint32_t row = 0;
+  Place place = Place::Normal;
+  Kind kind = Kind::TextBefore;
+};
 
-SortEntry EntryOf(const Row& row, std::uint32_t index, int column, bool numeric) {
+// The texts of a column, each distinct text once, ranked in the case-blind
+// order: a column of a million source lines holds far fewer distinct texts,
+// and ranking those once spares the sort comparing long strings again and
+// again.
+class TextRanks {
+ public:
+  // The index of `text` among the texts seen so far.
+  std::uint32_t Add(std::string_view text) {
+    const auto [at, added] = index_.try_emplace(text, static_cast<std::uint32_t>(texts_.size()));
+    if (added) texts_.push_back(text);
+    return at->second;
+  }
+
+  // The rank of each text added, by index: equal texts (case aside) share it.
+  std::vector<double> Ranks() const {
+    std::vector<std::uint32_t> order(texts_.size());
+    for (std::uint32_t i = 0; i < order.size(); ++i) order[i] = i;
+    std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
+      return CompareNoCase(texts_[a], texts_[b]) < 0;
+    });
+    std::vector<double> rank(texts_.size());
+    double current = 0;
+    for (std::size_t k = 0; k < order.size(); ++k) {
+      if (k > 0 && CompareNoCase(texts_[order[k - 1]], texts_[order[k]]) != 0) ++current;
+      rank[order[k]] = current;
+    }
+    return rank;
+  }
+
+  // Whether each text added, by index, comes before the numbers: those that
+  // sort before "0".
+  std::vector<Kind> Kinds() const {
+    std::vector<Kind> kind(texts_.size());
+    for (std::size_t i = 0; i < texts_.size(); ++i) {
+      kind[i] = CompareNoCase(texts_[i], "0") < 0 ? Kind::TextBefore : Kind::TextAfter;
+    }
+    return kind;
+  }
+
+ private:
+  std::unordered_map<std::string_view, std::uint32_t> index_;
+  std::vector<std::string_view> texts_;
+};
+
+// The place and kind of one row's cell; `text` is set for a text cell.
+SortEntry EntryOf(const Row& row, std::uint32_t index, int column, bool numeric,
+                  std::string_view& text) {
   SortEntry e;
   e.row = index;
-  e.text = row.Text(column);
+  const std::string_view cell = row.Text(column);
   if (row.Bold()) {
     e.place = Place::Total;
-  } else if (numeric && e.text == kDeadCell) {
+  } else if (numeric && cell == kDeadCell) {
     e.place = Place::Dead;
-  } else if (const auto number = numeric ? CellNumber(e.text) : std::nullopt) {
+  } else if (const auto number = numeric ? CellNumber(cell) : std::nullopt) {
     e.kind = Kind::Number;
-    e.number = *number;
+    e.key = *number;
   } else {
-    e.kind = CompareNoCase(e.text, "0") < 0 ? Kind::TextBefore : Kind::TextAfter;
+    text = cell;
   }
   return e;
 }
@@ -94,14 +137,35 @@ void OrderRows(Table& table, int column, std::int32_t order) {
   std::vector<Row>& rows = table.Rows();
   std::vector<SortEntry> entries;
   entries.reserve(rows.size());
+  // For the text cells: the entry and the index of its text.
+  std::vector<std::pair<std::size_t, std::uint32_t>> textCells;
+  TextRanks texts;
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    entries.push_back(EntryOf(rows[i], static_cast<std::uint32_t>(i), column, numeric));
+    std::string_view text;
+    const SortEntry e = EntryOf(rows[i], static_cast<std::uint32_t>(i), column, numeric, text);
+    if (e.place == Place::Normal && e.kind != Kind::Number) {
+      textCells.emplace_back(entries.size(), texts.Add(text));
+    }
+    entries.push_back(e);
   }
-  std::stable_sort(entries.begin(), entries.end(), [&](const SortEntry& a, const SortEntry& b) {
+  if (!textCells.empty()) {
+    const std::vector<double> rank = texts.Ranks();
+    const std::vector<Kind> kind = texts.Kinds();
+    for (const auto& [entry, text] : textCells) {
+      entries[entry].key = rank[text];
+      entries[entry].kind = kind[text];
+    }
+  }
+  // Equal keys keep the rows' order, whichever way the sort goes.
+  const bool ascending = order == kSortAscending;
+  std::sort(entries.begin(), entries.end(), [ascending](const SortEntry& a, const SortEntry& b) {
     if (a.place != b.place) return a.place < b.place;
-    if (a.place != Place::Normal) return false;
-    const int c = CompareNormal(a, b);
-    return order == kSortAscending ? c < 0 : c > 0;
+    if (a.place == Place::Normal) {
+      if (a.kind != b.kind) return ascending ? a.kind < b.kind : a.kind > b.kind;
+      if (a.key < b.key) return ascending;
+      if (b.key < a.key) return !ascending;
+    }
+    return a.row < b.row;
   });
 
   const int selectedBefore = table.SelectedRow;

@@ -1,5 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <optional>
+#include <string_view>
+
+#include "base/cp1252.h"
 #include "grid/grid_frame.h"
 #include "grid/grid_sort.h"
 #include "grid/table_helpers.h"
@@ -123,6 +128,74 @@ TEST(GridSort, BarsSortByLengthAndEmptyCellsBeforeNumbersWhenAscending) {
   SortMemory m;
   SortTable(t, m, 2, kSortDescending);
   EXPECT_EQ(ColumnTexts(t, 1), (V{"a", "c", "b", "TOTAL"}));
+}
+
+// The sort ranks each distinct text once and orders rows by numbers; a plain
+// stable sort that compares the cells themselves must give the same rows, on
+// columns mixing texts that differ only in case, texts before and after "0",
+// numbers, percentages, dead cells and equal keys, in both directions.
+TEST(GridSort, RankedKeysAgreeWithComparingTheCells) {
+  const V pool{"alpha", "Alpha", "ALPHA", "beta", "-",  "!x",    "zeta", "0",    "00",
+               "",      "12",    "3.5",   "50%",  "  ", "2.00x", "\xE9", "\xC9", "7"};
+  for (const std::string header : {"Hits", "Module"}) {
+    for (std::uint32_t seed = 1; seed <= 40; ++seed) {
+      std::vector<std::string> cells;
+      std::uint32_t state = seed;
+      for (int i = 0; i < 60; ++i) {
+        state = state * 1103515245u + 12345u;
+        cells.push_back(pool[(state >> 16) % pool.size()]);
+      }
+      V names;
+      for (std::size_t i = 0; i < cells.size(); ++i) names.push_back("r" + std::to_string(i));
+      const bool numeric = header == "Hits";
+      for (const std::int32_t order : {kSortAscending, kSortDescending}) {
+        Table t = ValueTable(names, cells, header);
+        SortMemory m;
+        lvValues_Sort(t, m, 2, order);
+
+        // The reference: (place, kind, number or text), compared directly.
+        struct Ref {
+          int place;
+          int kind;
+          double number;
+          std::string text;
+          std::string name;
+        };
+        std::vector<Ref> refs;
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+          Ref r{0, 0, 0, cells[i], names[i]};
+          std::string_view text = cells[i];
+          if (!text.empty() && (text.back() == '%' || text.back() == 'x')) text.remove_suffix(1);
+          const auto number = numeric && !text.empty() ? ParseCellNumber(text) : std::nullopt;
+          std::string lower = cells[i];
+          for (char& c : lower) c = LowerCase1252(c);
+          if (numeric && cells[i] == "  ") {
+            r.place = 1;
+          } else if (number) {
+            r.kind = 1;
+            r.number = *number;
+          } else {
+            r.kind = lower < "0" ? 0 : 2;
+            r.text = lower;
+          }
+          refs.push_back(r);
+        }
+        std::stable_sort(refs.begin(), refs.end(), [&](const Ref& a, const Ref& b) {
+          if (a.place != b.place) return a.place < b.place;
+          if (a.place != 0) return false;
+          int c = a.kind != b.kind ? (a.kind < b.kind ? -1 : 1) : 0;
+          if (c == 0 && a.kind == 1) c = a.number < b.number ? -1 : (b.number < a.number ? 1 : 0);
+          if (c == 0 && a.kind != 1) c = a.text < b.text ? -1 : (b.text < a.text ? 1 : 0);
+          return order == kSortAscending ? c < 0 : c > 0;
+        });
+        V expected;
+        for (const Ref& r : refs) expected.push_back(r.name);
+        expected.push_back("TOTAL");
+        ASSERT_EQ(ColumnTexts(t, 1), expected)
+            << header << ", seed " << seed << ", order " << order;
+      }
+    }
+  }
 }
 
 }  // namespace
