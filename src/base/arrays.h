@@ -54,24 +54,38 @@ void NdxShellSortDouble(const VBArray<T, First>& values, VBArray<std::int32_t, F
     for (int i = values.LBound(); i <= values.UBound(); ++i) index(i) = i;
   }
   const int low = values.LBound();
-  int h = 1;
+  if (last < low) return;
+  // Every entry the sort moves is checked once here (a bad one throws as an
+  // access would); the sort then runs on plain arrays, with each entry's
+  // value kept beside it, since a million lines made the checked, scattered
+  // reads of values(index(j)) the cost of loading a session.
+  const std::size_t count = static_cast<std::size_t>(last - low + 1);
+  std::vector<std::int32_t> order(count);
+  std::vector<T> keys(count);
+  for (std::size_t p = 0; p < count; ++p) {
+    order[p] = index(low + static_cast<int>(p));
+    keys[p] = values(order[p]);
+  }
+  std::size_t h = 1;
   do {
     h = 3 * h + 1;
-  } while (h <= last);
+  } while (h <= static_cast<std::size_t>(last));
   do {
     h /= 3;
-    for (int i = low + h; i <= last; ++i) {
-      const std::int32_t moving = index(i);
-      const T& key = values(moving);
-      int j = i;
-      while (j - h >= low &&
-             (descending ? values(index(j - h)) < key : values(index(j - h)) > key)) {
-        index(j) = index(j - h);
+    for (std::size_t i = h; i < count; ++i) {
+      const std::int32_t moving = order[i];
+      const T key = keys[i];
+      std::size_t j = i;
+      while (j >= h && (descending ? keys[j - h] < key : keys[j - h] > key)) {
+        order[j] = order[j - h];
+        keys[j] = keys[j - h];
         j -= h;
       }
-      index(j) = moving;
+      order[j] = moving;
+      keys[j] = key;
     }
   } while (h > 1);
+  for (std::size_t p = 0; p < count; ++p) index(low + static_cast<int>(p)) = order[p];
 }
 
 // Ascending selection sort in place: for each position the lowest value from

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <initializer_list>
 #include <vector>
 
@@ -30,6 +31,54 @@ TEST(NdxShellSortDouble, AscendingOrderOfTiesIsPinned) {
   index.ReDim(5);
   NdxShellSortDouble(values, index);
   EXPECT_EQ(Elements(index), (std::vector<std::int32_t>{5, 2, 4, 3, 1}));
+}
+
+// The sort works on copies of the index and its values; the walk on the
+// arrays themselves is the reference, over many inputs full of ties.
+std::vector<std::int32_t> ShellSortOnTheArrays(const Array1<int>& values,
+                                               Array1<std::int32_t> index, int last,
+                                               bool descending) {
+  int h = 1;
+  do {
+    h = 3 * h + 1;
+  } while (h <= last);
+  do {
+    h /= 3;
+    for (int i = 1 + h; i <= last; ++i) {
+      const std::int32_t moving = index(i);
+      const int key = values(moving);
+      int j = i;
+      while (j - h >= 1 && (descending ? values(index(j - h)) < key : values(index(j - h)) > key)) {
+        index(j) = index(j - h);
+        j -= h;
+      }
+      index(j) = moving;
+    }
+  } while (h > 1);
+  return index.Raw();
+}
+
+TEST(NdxShellSortDouble, AgreesWithTheSortOnTheArraysThemselves) {
+  std::uint32_t state = 7;
+  for (int round = 0; round < 200; ++round) {
+    const int n = 1 + round % 97;
+    Array1<int> values;
+    values.ReDim(n);
+    Array1<std::int32_t> start;
+    start.ReDim(n);
+    for (int i = 1; i <= n; ++i) {
+      state = state * 1103515245u + 12345u;
+      values(i) = static_cast<int>((state >> 16) % 7);  // many ties
+      start(i) = i;
+    }
+    const int last = round % 3 == 0 ? n - n / 4 : n;
+    for (const bool descending : {false, true}) {
+      Array1<std::int32_t> index = start;
+      NdxShellSortDouble(values, index, last, descending);
+      ASSERT_EQ(Elements(index), ShellSortOnTheArrays(values, start, last, descending))
+          << "round " << round << (descending ? ", descending" : "");
+    }
+  }
 }
 
 TEST(NdxShellSortDouble, DescendingOrder) {

@@ -41,6 +41,21 @@ TEST(DoChart, ProceduresTabKeepsTheLargestItemsAndSumsTheRestIntoOther) {
   EXPECT_EQ(Names(c), (std::vector<std::string>{"p95", "p96", "p97", "{Other}"}));
 }
 
+TEST(DoChart, EqualValuesAtTheCutKeepTheLaterItems) {
+  // Values 5, 5, 5, 5, 1: of the equal items the later ones stay, as a stable
+  // sort by value leaves them last; the rest is summed into "{Other}".
+  ChartArrays a;
+  const double values[] = {5, 5, 5, 5, 1};
+  const char* names[] = {"a", "b", "c", "d", "e"};
+  for (int i = 0; i < 5; ++i) a.Add(names[i], values[i], values[i]);
+  GraphOptions o{kGraphTypeBar, kGraphSortByValue, 2};
+  EXPECT_EQ(Names(DoChart(a, o, kTabProcedures, 0)), (std::vector<std::string>{"c", "d"}));
+  o.GraphType = kGraphTypePie;
+  const ChartDescription pie = DoChart(a, o, kTabProcedures, 0);
+  ASSERT_EQ(pie.Items.size(), 3u);
+  EXPECT_EQ(pie.Items.back().Values, (std::vector<double>{11}));
+}
+
 TEST(DoChart, LimitAppliesOnlyOnProceduresAndLinesAndNotAtZero) {
   const ChartArrays a = Items(5);
   GraphOptions o{kGraphTypeBar, kGraphSortByValue, 3};
