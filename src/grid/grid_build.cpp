@@ -1,8 +1,10 @@
 #include "grid/grid_build.h"
 
+#include <utility>
+
 namespace zol {
 
-void UpdateChart(const GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
+void UpdateChart(GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
                  const GraphOptions& options, std::int32_t activeTab,
                  std::int32_t displayInfoType) {
   switch (build.Chart) {
@@ -12,7 +14,7 @@ void UpdateChart(const GridBuild& build, ChartArrays& arrays, ChartDescription& 
       chart = ResetChart(arrays, false);
       break;
     case ChartUpdate::Draw:
-      arrays = build.Arrays;
+      arrays = std::move(build.Arrays);
       chart = DoChart(arrays, options, activeTab, displayInfoType);
       break;
   }

@@ -46,8 +46,9 @@ struct GridBuild {
 
 // Applies a build's chart part to the window's arrays and chart: with Draw the
 // arrays are replaced and drawn, with Reset the empty chart is shown, with
-// None `chart` stays.
-void UpdateChart(const GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
+// None `chart` stays. The build's arrays move into `arrays`: a million lines'
+// worth is not copied.
+void UpdateChart(GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
                  const GraphOptions& options, std::int32_t activeTab, std::int32_t displayInfoType);
 
 }  // namespace zol

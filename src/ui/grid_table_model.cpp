@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFontMetricsF>
 #include <algorithm>
+#include <utility>
 
 #include "ui/icons.h"
 #include "ui/qt_text.h"
@@ -30,9 +31,15 @@ QFont BarsFont() {
   return font;
 }
 
+namespace {
+// Tables from this many rows are freed on the worker; smaller ones go at once.
+constexpr int kReleasedAside = 20000;
+}  // namespace
+
 void GridTableModel::SetTable(Table table) {
   beginResetModel();
-  table_ = std::move(table);
+  Table previous = std::exchange(table_, std::move(table));
+  if (previous.RowCount() >= kReleasedAside) release_.Release(std::move(previous));
   filtered_ = false;
   shown_.clear();
   barsColumn_ = 0;

@@ -13,10 +13,15 @@
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QToolButton>
+#include <atomic>
+#include <thread>
+#include <utility>
 
 #include "catalogue/project_tree.h"
 #include "catalogue/session_catalogue.h"
+#include "grid/grid_sort.h"
 #include "grid/table.h"
+#include "ui/background_release.h"
 #include "ui/flow_layout.h"
 #include "ui/grid_table_model.h"
 #include "ui/gui_prompter.h"
@@ -260,6 +265,63 @@ TEST(FlowLayout, WrapsOntoAnotherRowWhenTheWidthRunsOut) {
   layout->setGeometry(QRect(0, 0, 300, narrow));
   EXPECT_GT(buttons.back()->geometry().top(), buttons.front()->geometry().top());
   for (QPushButton* b : buttons) EXPECT_LE(b->geometry().right(), 300) << b->text().toStdString();
+}
+
+// A large table is freed on a worker when the next one comes: the model
+// shows the new table at once, the old one is gone by the time the model is,
+// and sorting in between leaves the shown rows consistent.
+TEST(GridTableModel, LargeTablesAreReplacedWhileTheOldOneIsFreedAside) {
+  auto big = [](int rows, const std::string& prefix) {
+    Table t;
+    t.AddColumn("Module");
+    t.AddColumn("Hits", Alignment::Right);
+    for (int r = 1; r <= rows; ++r) {
+      Row& row = t.AddRow("", prefix + std::to_string(r) + " with a name too long to be short");
+      row.At(2).Text = std::to_string(r % 997);
+    }
+    return t;
+  };
+  GridTableModel model;
+  QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  model.SetTable(big(30000, "a"));
+  model.SetTable(big(25000, "b"));
+  ASSERT_EQ(model.rowCount(), 25000);
+  EXPECT_TRUE(model.data(model.index(0, 0), Qt::DisplayRole).toString().startsWith("b1 "));
+  SortMemory memory;
+  lvValues_Sort(model.MutableTable(), memory, 2, kSortDescending);
+  model.RowsReordered();
+  EXPECT_EQ(model.data(model.index(0, 1), Qt::DisplayRole).toString(), "996");
+  model.SetTable(SmallTable());
+  EXPECT_EQ(model.rowCount(), 2);
+}
+
+// Values handed over are destroyed on another thread, one after the other,
+// and all of them before the release itself goes.
+TEST(BackgroundRelease, FreesOnAWorkerAndWaitsAtTheEnd) {
+  struct Tracked {
+    std::atomic<int>* freed = nullptr;
+    std::thread::id* where = nullptr;
+    Tracked(std::atomic<int>* f, std::thread::id* w) : freed(f), where(w) {}
+    Tracked(Tracked&& other) noexcept
+        : freed(std::exchange(other.freed, nullptr)), where(other.where) {}
+    Tracked(const Tracked&) = delete;
+    ~Tracked() {
+      if (!freed) return;
+      *where = std::this_thread::get_id();
+      ++*freed;
+    }
+  };
+  std::atomic<int> freed = 0;
+  std::thread::id first;
+  std::thread::id second;
+  {
+    BackgroundRelease release;
+    release.Release(Tracked(&freed, &first));
+    release.Release(Tracked(&freed, &second));
+  }
+  EXPECT_EQ(freed.load(), 2);
+  EXPECT_NE(first, std::this_thread::get_id());
+  EXPECT_NE(second, std::this_thread::get_id());
 }
 
 }  // namespace
