@@ -225,9 +225,9 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
   // A click on each header of the Lines grid, twice, so that both orders
   // are timed.
   window.SetMeasure(0);
-  window.tbsScope()->setCurrentIndex(3);
+  window.pageTabs()->setCurrentIndex(3);
   QApplication::processEvents();
-  zol::GridView* grid = window.picValues()->Grid();
+  zol::GridView* grid = window.gridPage()->Grid();
   const zol::Table& table = grid->table();
   std::vector<std::string> headers;
   std::map<int, std::vector<double>> sorts;

@@ -151,7 +151,7 @@ TEST(GridSort, RankedKeysAgreeWithComparingTheCells) {
       for (const std::int32_t order : {kSortAscending, kSortDescending}) {
         Table t = ValueTable(names, cells, header);
         SortMemory m;
-        lvValues_Sort(t, m, 2, order);
+        SortTable(t, m, 2, order);
 
         // The reference: (place, kind, number or text), compared directly.
         struct Ref {

@@ -288,7 +288,7 @@ TEST(GridTableModel, LargeTablesAreReplacedWhileTheOldOneIsFreedAside) {
   ASSERT_EQ(model.rowCount(), 25000);
   EXPECT_TRUE(model.data(model.index(0, 0), Qt::DisplayRole).toString().startsWith("b1 "));
   SortMemory memory;
-  lvValues_Sort(model.MutableTable(), memory, 2, kSortDescending);
+  SortTable(model.MutableTable(), memory, 2, kSortDescending);
   model.RowsReordered();
   EXPECT_EQ(model.data(model.index(0, 1), Qt::DisplayRole).toString(), "996");
   model.SetTable(SmallTable());
