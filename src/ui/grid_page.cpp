@@ -205,10 +205,6 @@ void GridPage::Present(GridBuild build) {
   // The columns before the sessions' runs (module, procedure, line) stay in
   // view while the sessions' columns scroll.
   grid_->SetFrozenColumns(compared ? build.Headers.FirstColumn : 0);
-  // The arrays being replaced are freed on the worker when they are large.
-  if (build.Chart == ChartUpdate::Draw && arrays_.ChartArrayBar.size() >= kChartReleasedAside) {
-    chartRelease_.Release(std::exchange(arrays_, ChartArrays()));
-  }
   UpdateChart(build, arrays_, description_, options_, activeTab_, displayInfoType_);
   grid_->ShowTable(std::move(build.Grid));
   if (compared) {

@@ -10,7 +10,6 @@
 #include "grid/chart.h"
 #include "grid/grid_build.h"
 #include "grid/grid_differences.h"
-#include "ui/background_release.h"
 
 class QButtonGroup;
 class QCheckBox;
@@ -86,8 +85,6 @@ class GridPage : public QWidget {
   // The last compared build as it was made, before any difference columns.
   GridBuild compared_;
   ChartArrays arrays_;
-  static constexpr std::size_t kChartReleasedAside = 20000;
-  BackgroundRelease chartRelease_;
   ChartDescription description_;
   std::int32_t activeTab_ = 0;
   std::int32_t displayInfoType_ = 0;

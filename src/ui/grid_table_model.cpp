@@ -3,7 +3,6 @@
 #include <QColor>
 #include <QFontMetricsF>
 #include <algorithm>
-#include <utility>
 
 #include "ui/icons.h"
 #include "ui/qt_text.h"
@@ -31,15 +30,9 @@ QFont BarsFont() {
   return font;
 }
 
-namespace {
-// Tables from this many rows are freed on the worker; smaller ones go at once.
-constexpr int kReleasedAside = 20000;
-}  // namespace
-
 void GridTableModel::SetTable(Table table) {
   beginResetModel();
-  Table previous = std::exchange(table_, std::move(table));
-  if (previous.RowCount() >= kReleasedAside) release_.Release(std::move(previous));
+  table_ = std::move(table);
   filtered_ = false;
   shown_.clear();
   barsColumn_ = 0;

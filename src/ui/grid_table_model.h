@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "grid/table.h"
-#include "ui/background_release.h"
 
 namespace zol {
 
@@ -48,7 +47,6 @@ class GridTableModel : public QAbstractTableModel {
 
  private:
   Table table_;
-  BackgroundRelease release_;
   int barsColumn_ = 0;
   bool filtered_ = false;
   std::vector<int> shown_;

@@ -13,15 +13,12 @@
 #include <QStandardItemModel>
 #include <QTableView>
 #include <QToolButton>
-#include <atomic>
-#include <thread>
 #include <utility>
 
 #include "catalogue/project_tree.h"
 #include "catalogue/session_catalogue.h"
 #include "grid/grid_sort.h"
 #include "grid/table.h"
-#include "ui/background_release.h"
 #include "ui/flow_layout.h"
 #include "ui/grid_table_model.h"
 #include "ui/gui_prompter.h"
@@ -267,9 +264,8 @@ TEST(FlowLayout, WrapsOntoAnotherRowWhenTheWidthRunsOut) {
   for (QPushButton* b : buttons) EXPECT_LE(b->geometry().right(), 300) << b->text().toStdString();
 }
 
-// A large table is freed on a worker when the next one comes: the model
-// shows the new table at once, the old one is gone by the time the model is,
-// and sorting in between leaves the shown rows consistent.
+// Large tables replace each other and are sorted in place: the model shows
+// the new table at once and a sort leaves the shown rows consistent.
 TEST(GridTableModel, LargeTablesAreReplacedWhileTheOldOneIsFreedAside) {
   auto big = [](int rows, const std::string& prefix) {
     Table t;
@@ -293,35 +289,6 @@ TEST(GridTableModel, LargeTablesAreReplacedWhileTheOldOneIsFreedAside) {
   EXPECT_EQ(model.data(model.index(0, 1), Qt::DisplayRole).toString(), "996");
   model.SetTable(SmallTable());
   EXPECT_EQ(model.rowCount(), 2);
-}
-
-// Values handed over are destroyed on another thread, one after the other,
-// and all of them before the release itself goes.
-TEST(BackgroundRelease, FreesOnAWorkerAndWaitsAtTheEnd) {
-  struct Tracked {
-    std::atomic<int>* freed = nullptr;
-    std::thread::id* where = nullptr;
-    Tracked(std::atomic<int>* f, std::thread::id* w) : freed(f), where(w) {}
-    Tracked(Tracked&& other) noexcept
-        : freed(std::exchange(other.freed, nullptr)), where(other.where) {}
-    Tracked(const Tracked&) = delete;
-    ~Tracked() {
-      if (!freed) return;
-      *where = std::this_thread::get_id();
-      ++*freed;
-    }
-  };
-  std::atomic<int> freed = 0;
-  std::thread::id first;
-  std::thread::id second;
-  {
-    BackgroundRelease release;
-    release.Release(Tracked(&freed, &first));
-    release.Release(Tracked(&freed, &second));
-  }
-  EXPECT_EQ(freed.load(), 2);
-  EXPECT_NE(first, std::this_thread::get_id());
-  EXPECT_NE(second, std::this_thread::get_id());
 }
 
 }  // namespace
