@@ -161,8 +161,9 @@ void ProjectTree::BuildMergedData() {
     if (ws_.fOnlyGroups && ws_.fHomogeneous) {
       MakeMergedAndCompareSessionsGroups(ws_, this);
     } else {
-      MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, ws_.fHomogeneous,
-                                   SelectedSessions(ws_), false, false, true, this);
+      MakeMergedAndCompareSessions(
+          ws_, 0, ws_.CompareSession, SelectedSessions(ws_),
+          {.homogeneous = ws_.fHomogeneous, .keepTrackOfOriginalProject = true}, this);
     }
   } catch (const MergeError& e) {
     ws_.prompter().ShowMessage(std::string("The sessions could not be merged: ") + e.what(),

@@ -30,23 +30,27 @@ class MergeError : public std::runtime_error {
 // slots of a former merged selection of groups.
 void InitGlobalSessions(Workspace& ws, MergedSelectionView* view);
 
-// Merges the listed sessions into Session(MergeIndex) and fills
-// CompareSession (the workspace's CompareSession or FakeCompareSession) with
-// each listed session's module and procedure values renumbered to the merged
-// project (heterogeneous merges only).
-//   fHomogeneous: merge by ID; all listed sessions share one project.
-//   group: the caller has set the slot up; it isn't cleared, no lines are
-//     merged by name, and the tree roots keep their texts.
-//   noSelect: stop after the numbers; `view` is not used.
-//   keepTrackOfOriginalProject: each merged module records its project in
-//     BelongToProject.
+// How MakeMergedAndCompareSessions merges.
+struct MergeOptions {
+  // Merge by ID; all listed sessions share one project.
+  bool homogeneous = false;
+  // The caller has set the slot up: it isn't cleared, no lines are merged by
+  // name, and the tree roots keep their texts.
+  bool group = false;
+  // Each merged module records its project in BelongToProject.
+  bool keepTrackOfOriginalProject = false;
+};
+
+// Merges the listed sessions into Session(mergeIndex) and fills `compared`
+// (the workspace's CompareSession, or a scratch array the caller throws away)
+// with each listed session's module and procedure values renumbered to the
+// merged project (heterogeneous merges only). With a `view`, the merged
+// session is then shown in it; without, the merge stops after the numbers.
 // A heterogeneous merge into slot 0 builds Project(0); into any other slot, a
 // new Project entry. Throws MergeError (see above); the tables may then hold a
 // partial merge in the target slot, which is never Loaded.
-void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t MergeIndex,
-                                  Array1<Session>& CompareSession, bool fHomogeneous,
-                                  const Array1<std::int32_t>& ListOfSessionsToInclude, bool group,
-                                  bool noSelect, bool keepTrackOfOriginalProject,
+void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t mergeIndex, Array1<Session>& compared,
+                                  const Array1<std::int32_t>& sessions, const MergeOptions& options,
                                   MergedSelectionView* view = nullptr);
 
 // Kinds of item for IsNeeded.

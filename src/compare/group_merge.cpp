@@ -82,7 +82,8 @@ void MakeMergedAndCompareSessionsGroups(Workspace& ws, MergedSelectionView* view
     const std::int32_t member = ws.SessionGroup(first).Sessions(i);
     const std::int32_t n = NewMemberSlot(ws, member);
     const Array1<std::int32_t> list = MembersOfProject(ws, groups, ws.Session(member).Project);
-    MakeMergedAndCompareSessions(ws, n, ws.CompareSession, true, list, true, false, false, view);
+    MakeMergedAndCompareSessions(ws, n, ws.CompareSession, list,
+                                 {.homogeneous = true, .group = true}, view);
     Session& s = ws.Session(n);
     s.Loaded = true;
     s.Selected = true;
@@ -101,8 +102,8 @@ void CreateGroupSession(Workspace& ws, std::int32_t csg) {
   if (list.Count() == 0) return;  // nothing to merge: the group keeps no merged session
   const std::int32_t n = ++ws.nSession;
   ws.SessionSlot(n);
-  MakeMergedAndCompareSessions(ws, n, ws.FakeCompareSession, false, list, false, true, true);
-  ws.FakeCompareSession.Erase();
+  Array1<Session> scratch;
+  MakeMergedAndCompareSessions(ws, n, scratch, list, {.keepTrackOfOriginalProject = true});
   // Computed whole in memory: its values are there, as a loaded session's are.
   ws.Session(n).Loaded = true;
   ws.Session(n).Invisible = true;

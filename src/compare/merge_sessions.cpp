@@ -94,28 +94,24 @@ void MakeFrame(Workspace& ws, std::int32_t MergeIndex, Array1<Session>& CompareS
 
 }  // namespace
 
-void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t MergeIndex,
-                                  Array1<Session>& CompareSession, bool fHomogeneous,
-                                  const Array1<std::int32_t>& ListOfSessionsToInclude, bool group,
-                                  bool noSelect, bool keepTrackOfOriginalProject,
+void MakeMergedAndCompareSessions(Workspace& ws, std::int32_t mergeIndex, Array1<Session>& compared,
+                                  const Array1<std::int32_t>& sessions, const MergeOptions& options,
                                   MergedSelectionView* view) {
   ZOL_TRACE_ARGS("Merge.MakeMergedAndCompareSessions",
-                 [&] { return zolParamsText({zolParamToText("MergeIndex", MergeIndex)}); });
-  CheckList(ws, MergeIndex, ListOfSessionsToInclude);
-  if (MergeIndex < 0 || MergeIndex > ws.Session.UBound()) {
-    throw MergeError("no session slot " + std::to_string(MergeIndex) + " to merge into");
+                 [&] { return zolParamsText({zolParamToText("MergeIndex", mergeIndex)}); });
+  CheckList(ws, mergeIndex, sessions);
+  if (mergeIndex < 0 || mergeIndex > ws.Session.UBound()) {
+    throw MergeError("no session slot " + std::to_string(mergeIndex) + " to merge into");
   }
   try {
-    MakeFrame(ws, MergeIndex, CompareSession, fHomogeneous, ListOfSessionsToInclude, group,
-              keepTrackOfOriginalProject);
-    merge_detail::SumSessions(ws, MergeIndex, fHomogeneous, ListOfSessionsToInclude,
-                              CompareSession);
-    merge_detail::DeriveMergedValues(ws, MergeIndex, fHomogeneous, ListOfSessionsToInclude,
-                                     CompareSession);
+    MakeFrame(ws, mergeIndex, compared, options.homogeneous, sessions, options.group,
+              options.keepTrackOfOriginalProject);
+    merge_detail::SumSessions(ws, mergeIndex, options.homogeneous, sessions, compared);
+    merge_detail::DeriveMergedValues(ws, mergeIndex, options.homogeneous, sessions, compared);
   } catch (const BoundsError& e) {
     throw MergeError(std::string("a session's values don't fit its project: ") + e.what());
   }
-  if (!noSelect && view) view->ShowMergedSession(MergeIndex, group);
+  if (view) view->ShowMergedSession(mergeIndex, options.group);
 }
 
 }  // namespace zol

@@ -52,12 +52,11 @@ std::int32_t SaveMergedSession(Workspace& ws, const std::string& path, MergedSel
   const std::int32_t n = ++ws.nSession;
   ws.SessionSlot(n);
   try {
-    MakeMergedAndCompareSessions(ws, n, ws.FakeCompareSession, true, list, false, true, false);
-    ws.FakeCompareSession.Erase();
+    Array1<Session> scratch;
+    MakeMergedAndCompareSessions(ws, n, scratch, list, {.homogeneous = true});
     NameSavedSession(ws, n, list(1), path);
     SaveSessionInfo(ws, n);
   } catch (const std::exception& e) {
-    ws.FakeCompareSession.Erase();
     ws.Session(n) = Session{};
     ws.prompter().ShowMessage("The merged session could not be saved:\n" + std::string(e.what()),
                               MessageKind::Exclamation);

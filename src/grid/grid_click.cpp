@@ -17,19 +17,19 @@ std::int32_t FindModule(const Project& project, const std::string& name) {
 
 ClickTarget ModuleTarget(const Project& project, const Row& row, int moduleColumn) {
   ClickTarget t;
-  if (moduleColumn != 0) t.cModTmp = FindModule(project, row.Text(moduleColumn));
+  if (moduleColumn != 0) t.module = FindModule(project, row.Text(moduleColumn));
   return t;
 }
 
 ClickTarget ProcedureTarget(const Project& project, const Row& row, int moduleColumn,
                             int procedureColumn) {
   ClickTarget t = ModuleTarget(project, row, moduleColumn);
-  if (t.cModTmp == 0) return {};
+  if (t.module == 0) return {};
   const std::string& name = row.Text(procedureColumn);
   for (std::int32_t p = 1; p <= project.ProceduresNumber; ++p) {
     const Procedure& proc = project.Procedure(p);
-    if (proc.BelongToModule == t.cModTmp && proc.Name == name) {
-      t.cProTmp = p;
+    if (proc.BelongToModule == t.module && proc.Name == name) {
+      t.procedure = p;
       return t;
     }
   }
@@ -43,9 +43,10 @@ ClickTarget LineTarget(const Project& project, const Row& row, int lineIdColumn)
     return {};
   }
   ClickTarget t;
-  t.cLineTmp = static_cast<std::int32_t>(*id);
-  t.cProTmp = project.CodeLine(t.cLineTmp).BelongToProcedure;
-  if (project.Procedure.InRange(t.cProTmp)) t.cModTmp = project.Procedure(t.cProTmp).BelongToModule;
+  t.line = static_cast<std::int32_t>(*id);
+  t.procedure = project.CodeLine(t.line).BelongToProcedure;
+  if (project.Procedure.InRange(t.procedure))
+    t.module = project.Procedure(t.procedure).BelongToModule;
   return t;
 }
 
@@ -61,7 +62,7 @@ ClickTarget ClickedPlace(const Project& project, const Table& table, int row, in
 
   if (header == "Module") {
     ClickTarget t;
-    t.cModTmp = FindModule(project, r.Text(column));
+    t.module = FindModule(project, r.Text(column));
     return t;
   }
   if (header == "Procedure") return ProcedureTarget(project, r, moduleColumn, column);

@@ -21,9 +21,9 @@ inline constexpr std::int32_t kTabSource = 5;
 inline constexpr std::int32_t kTabFlow = 6;
 
 struct ClickTarget {
-  std::int32_t cModTmp = 0;
-  std::int32_t cProTmp = 0;
-  std::int32_t cLineTmp = 0;
+  std::int32_t module = 0;
+  std::int32_t procedure = 0;
+  std::int32_t line = 0;
 
   friend bool operator==(const ClickTarget&, const ClickTarget&) = default;
 };

@@ -117,9 +117,9 @@ void BuildGroup(Workspace& ws, EventStore& store, LiveRunOutcome& outcome) {
     ws.nSession += 1;
     ws.Session.ReDimPreserve(ws.nSession);
     if (ntl >= 2) {
-      MakeMergedAndCompareSessions(ws, ws.nSession, ws.FakeCompareSession, true,
-                                   listOfSessionsToInclude, false, true, false);
-      ws.FakeCompareSession.Erase();
+      Array1<Session> scratch;
+      MakeMergedAndCompareSessions(ws, ws.nSession, scratch, listOfSessionsToInclude,
+                                   {.homogeneous = true});
     } else {
       ws.Session(ws.nSession) = ws.Session(listOfSessionsToInclude(1));
     }

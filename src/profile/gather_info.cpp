@@ -228,7 +228,7 @@ void RankSession(Workspace& ws, const Project& project, Session& s) {
 void GatherInfo(Workspace& ws, std::int32_t cs) {
   Session& s = ws.Session(cs);
   ws.LoadProjectCounts(s.Project);
-  const Project& project = ws.Project(ws.cp);
+  const Project& project = ws.Project(s.Project);
 
   ClearLineProbedProcedureTimes(ws, project, s);
   s.ModuleValue.ReDim(ws.ModulesNumber);

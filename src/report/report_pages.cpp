@@ -392,19 +392,6 @@ std::string ContentsTable(const Workspace& ws, const ContentsEntry& e) {
 std::string MakeSourceCodeReport(Workspace& ws, std::int32_t sessionId, Measure measure,
                                  const std::string& folder, const std::string& prefix,
                                  std::vector<std::string>& written) {
-  // The page generator colours by the workspace's measure and records the
-  // session it draws; both are the window's, so they are put back.
-  struct Restore {
-    Workspace& ws;
-    std::int32_t cs = ws.cs;
-    std::int32_t measure = ws.DisplayInfoType;
-    ~Restore() {
-      ws.cs = cs;
-      ws.DisplayInfoType = measure;
-    }
-  } restore{ws};
-  ws.DisplayInfoType = IndexOf(measure);
-
   const Project& project = ws.Project(ws.Session(sessionId).Project);
   SectionTable toc({"Module", "Procedures", "Lines", "Line Coverage", "Total Time"});
   for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
@@ -421,7 +408,7 @@ std::string MakeSourceCodeReport(Workspace& ws, std::int32_t sessionId, Measure 
                         "</FONT></B> &nbsp; <A HREF=\"" + prefix +
                         ".htm\"><FONT FACE=\"Arial\" SIZE=1>Source Code contents</FONT></A></P>",
                     0);
-    cc.Append(GetHtmlCode(ws, sessionId, module, procedure, kReportPageOptions, false));
+    cc.Append(GetHtmlCode(ws, sessionId, module, procedure, kReportPageOptions, measure, false));
     HtmlWriteString(
         cc, "<P><FONT FACE=\"Arial\" SIZE=1 COLOR=777777>" + ReportFooter() + "</FONT></P>", 0);
     HtmlWriteEnd(cc);

@@ -14,7 +14,6 @@ zol::Session& Workspace::SessionSlot(std::int32_t i) {
 }
 
 void Workspace::LoadProjectCounts(std::int32_t projectIndex) {
-  cp = projectIndex;
   const zol::Project& p = Project(projectIndex);
   LinesNumber = p.LinesNumber;
   ProceduresNumber = p.ProceduresNumber;
@@ -26,7 +25,6 @@ void Workspace::ClearTables() {
   SessionGroup.ReDim(0);
   Project.ReDim(0);
   CompareSession.Erase();
-  FakeCompareSession.Erase();
   nSession = nSessionGroup = nProject = 0;
   cs = csg = cp = 0;
   cMod = cPro = cLine = 0;

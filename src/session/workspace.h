@@ -47,13 +47,11 @@ class Workspace {
   std::int32_t Active_tbsTab = 0;
   std::int32_t Active_lvwSessions_Column = 0;
   bool fColored = false;
-  bool fRtfMode = false;
   std::string HtmlFile;
   std::int32_t LastExportFileType = 0;
 
   Array0<zol::Session> Session;  // slot 0: merged session of the current selection
   Array1<zol::Session> CompareSession;
-  Array1<zol::Session> FakeCompareSession;
   std::int32_t cs = 0;
   std::int32_t nSession = 0;
   bool fHomogeneous = false;
@@ -66,15 +64,10 @@ class Workspace {
   std::int32_t cMod = 0;
   std::int32_t cPro = 0;
   std::int32_t cLine = 0;
-  std::int32_t cModTmp = 0;
-  std::int32_t cProTmp = 0;
-  std::int32_t cLineTmp = 0;
-  std::int32_t retListProc = 0;
 
   std::string Filters;  // timing filters, separated by CR LF
   double PerformanceFrequency = 0;
   double TraceOverhead = 0;
-  std::int32_t SessionTime = 0;
 
   // --- Project scanner state ---
   Array0<zol::Project> Project;  // slot 0: project of merged heterogeneous sessions
@@ -101,7 +94,8 @@ class Workspace {
   // Grows Session to hold index `i` (keeping its content) and returns it.
   zol::Session& SessionSlot(std::int32_t i);
 
-  // Sets LinesNumber, ProceduresNumber and ModulesNumber from Project(cp).
+  // Sets LinesNumber, ProceduresNumber and ModulesNumber from
+  // Project(projectIndex); the selection stays as it is.
   void LoadProjectCounts(std::int32_t projectIndex);
 
   // Starts everything over: empties all tables, keeps slot 0.

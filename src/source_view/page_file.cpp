@@ -10,19 +10,21 @@ namespace zol {
 
 namespace {
 
-void WriteSourcePage(CConcatString& cc, Workspace& ws, std::int32_t session, std::int32_t& module,
-                     std::int32_t& procedure, std::int32_t infoType, bool withMenu) {
+// The page's columns and colours are those of its own measure.
+void WriteSourcePage(CConcatString& cc, const Workspace& ws, std::int32_t session,
+                     std::int32_t& module, std::int32_t& procedure, Measure measure,
+                     bool withMenu) {
   cc.SetValue(GetHeaderCode(ws, session));
-  cc.Append(GetHtmlCode(ws, session, module, procedure, infoType, withMenu));
+  cc.Append(GetHtmlCode(ws, session, module, procedure, IndexOf(measure), measure, withMenu));
   HtmlWriteEnd(cc);
 }
 
 }  // namespace
 
-std::string BuildSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
-                            std::int32_t& procedure, std::int32_t infoType, bool withMenu) {
+std::string BuildSourcePage(const Workspace& ws, std::int32_t session, std::int32_t& module,
+                            std::int32_t& procedure, Measure measure, bool withMenu) {
   CConcatString cc;
-  WriteSourcePage(cc, ws, session, module, procedure, infoType, withMenu);
+  WriteSourcePage(cc, ws, session, module, procedure, measure, withMenu);
   return cc.Value();
 }
 
@@ -34,7 +36,8 @@ void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
                     std::int32_t& procedure, PageBrowser& browser) {
   ws.HtmlFile = SourcePageFile(ws);
   CConcatString cc;
-  WriteSourcePage(cc, ws, session, module, procedure, ws.DisplayInfoType, true);
+  WriteSourcePage(cc, ws, session, module, procedure, MeasureFromIndex(ws.DisplayInfoType),
+                  true);
   HtmlOutputTofile(cc, ws.HtmlFile);
   browser.Navigate(ws.HtmlFile);
 }

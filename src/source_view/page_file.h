@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <string>
 
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
@@ -17,9 +18,10 @@ class PageBrowser {
   virtual void Navigate(const std::string& file) = 0;
 };
 
-// A whole page: head, body of GetHtmlCode and the closing tags.
-std::string BuildSourcePage(Workspace& ws, std::int32_t session, std::int32_t& moduleId,
-                            std::int32_t& procedureId, std::int32_t infoType, bool withMenu);
+// A whole page: head, body of GetHtmlCode and the closing tags, in the columns
+// and colours of `measure`.
+std::string BuildSourcePage(const Workspace& ws, std::int32_t session, std::int32_t& moduleId,
+                            std::int32_t& procedureId, Measure measure, bool withMenu);
 
 // The view's page file: RtfPath and "code.htm".
 std::string SourcePageFile(const Workspace& ws);

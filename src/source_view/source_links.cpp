@@ -1,6 +1,8 @@
 #include "source_view/source_links.h"
 
 #include <cstdint>
+#include <stdexcept>
+#include <vector>
 
 #include "base/numbers.h"
 #include "base/text.h"
@@ -28,15 +30,15 @@ bool IsBrowserUrl(const std::string& url) {
 
 }  // namespace
 
-LinkDecision DecideLink(Workspace& ws, const std::string& url) {
+LinkDecision DecideLink(const std::string& url) {
   if (IsBrowserUrl(url)) return {};
   LinkDecision d;
   d.cancel = true;
   const std::vector<std::string> parts = Split(url, "|");
   if (parts.size() >= 4) {
-    ws.cModTmp = LinkNumber(parts[1]);
-    ws.cProTmp = LinkNumber(parts[2]);
-    ws.cLineTmp = LinkNumber(parts[3]);
+    d.module = LinkNumber(parts[1]);
+    d.procedure = LinkNumber(parts[2]);
+    d.line = LinkNumber(parts[3]);
     d.openMenu = true;
   }
   return d;

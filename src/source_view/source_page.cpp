@@ -48,8 +48,8 @@ std::string LegendLink(std::int32_t measure) {
 // physical line deciding the row's kind.
 class PageWalk {
  public:
-  PageWalk(Workspace& ws, std::int32_t session, std::int32_t moduleId, std::int32_t procedureId,
-           std::int32_t infoType, bool withMenu)
+  PageWalk(const Workspace& ws, std::int32_t session, std::int32_t moduleId,
+           std::int32_t procedureId, std::int32_t infoType, Measure measure, bool withMenu)
       : ws_(ws),
         session_(ws.Session(session)),
         project_(ws.Project(session_.Project)),
@@ -57,7 +57,7 @@ class PageWalk {
         module_(moduleId),
         procedure_(procedureId),
         options_(ws.OptionsHtml.at(static_cast<std::size_t>(infoType))),
-        measure_(ws.DisplayInfoType),
+        measure_(IndexOf(measure)),
         withMenu_(withMenu) {}
 
   void WriteTableHead(CConcatString& cc);
@@ -82,7 +82,7 @@ class PageWalk {
   std::string CodeText(std::int32_t T) const;
   bool EndsWantedProcedure(std::int32_t T) const;
 
-  Workspace& ws_;
+  const Workspace& ws_;
   const Session& session_;
   const Project& project_;
   const std::int32_t sessionId_;
@@ -358,26 +358,26 @@ bool PageWalk::EndsWantedProcedure(std::int32_t T) const {
 
 }  // namespace
 
-std::string GetHtmlCode(Workspace& ws, std::int32_t session, std::int32_t& moduleId,
-                        std::int32_t& procedureId, std::int32_t infoType, bool withMenu) {
+std::string GetHtmlCode(const Workspace& ws, std::int32_t session, std::int32_t& moduleId,
+                        std::int32_t& procedureId, std::int32_t infoType, Measure measure,
+                        bool withMenu) {
   const HtmlPageOptions& options = ws.OptionsHtml.at(static_cast<std::size_t>(infoType));
   CConcatString cc;
-  if (options.ColorScheme != kColorNone) HtmlWriteString(cc, LegendLink(ws.DisplayInfoType), 0);
+  if (options.ColorScheme != kColorNone) HtmlWriteString(cc, LegendLink(IndexOf(measure)), 0);
 
   const std::int32_t p = ws.Session(session).Project;
-  ws.cs = session;
   const Project& project = ws.Project(p);
   if (moduleId > project.ModulesNumber || procedureId > project.ProceduresNumber) {
     procedureId = 1;
     moduleId = project.Procedure(1).BelongToModule;
   }
 
-  PageWalk walk(ws, session, moduleId, procedureId, infoType, withMenu);
+  PageWalk walk(ws, session, moduleId, procedureId, infoType, measure, withMenu);
   walk.WriteTableHead(cc);
   walk.WriteRows(cc, LoadFile(RtfFileName(ws, p, moduleId)));
 
   HtmlWriteString(cc, "</TABLE>", 1);
-  HtmlWriteString(cc, GetColorLegend(ws, options.ColorScheme, ws.DisplayInfoType), 0);
+  HtmlWriteString(cc, GetColorLegend(ws, options.ColorScheme, IndexOf(measure)), 0);
   return cc.Value();
 }
 

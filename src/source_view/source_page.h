@@ -13,19 +13,21 @@
 #include <cstdint>
 #include <string>
 
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
 
 // The table and the legend of module `moduleId` of session `sessionId`, or of
 // its procedure `procedureId` alone (0: the whole module). `infoType` picks the
-// columns and colour scheme among OptionsHtml; the measure that colours the
-// rows is always ws.DisplayInfoType. With `withMenu` every statement links to
-// "|module|procedure|line". A module or procedure beyond the project's counts
-// shows the project's first procedure, and `moduleId` and `procedureId` say so
-// on return. Sets ws.cs to `sessionId`. A missing side file reads as empty.
-// Throws BoundsError for indices that the tables don't hold.
-std::string GetHtmlCode(Workspace& ws, std::int32_t sessionId, std::int32_t& moduleId,
-                        std::int32_t& procedureId, std::int32_t infoType, bool withMenu);
+// columns and colour scheme among OptionsHtml (a report has a slot of its own);
+// `measure` colours the rows and names the legend. With `withMenu` every
+// statement links to "|module|procedure|line". A module or procedure beyond
+// the project's counts shows the project's first procedure, and `moduleId` and
+// `procedureId` say so on return. A missing side file reads as empty. Throws
+// BoundsError for indices that the tables don't hold.
+std::string GetHtmlCode(const Workspace& ws, std::int32_t sessionId, std::int32_t& moduleId,
+                        std::int32_t& procedureId, std::int32_t infoType, Measure measure,
+                        bool withMenu);
 
 }  // namespace zol

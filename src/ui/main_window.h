@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "catalogue/session_pane.h"
+#include "grid/grid_click.h"
 #include "grid/grid_sort.h"
 #include "session/workspace.h"
 #include "source_view/nav_history.h"
@@ -88,6 +89,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   TitleStripWidget* Title() const { return title_; }
   StatusArea* statusArea() const { return status_; }
   const std::string& LastDisplay() const { return lastPage_; }
+  // The place the context menu of a grid row or a source statement is about.
+  const ClickTarget& MenuTarget() const { return menuTarget_; }
 
   // The central dispatcher: shows the page of the selected tab and has it
   // draw the selection.
@@ -221,6 +224,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   WindowOptions options_;
   SessionListSort sessionSort_;
   std::string lastPage_;
+  ClickTarget menuTarget_;
   std::string helpTopic_;
   bool instrumenterInstalled_ = false;
   int busy_ = 0;

@@ -217,18 +217,16 @@ void MainWindow::onGridClicked(int clickKind, int row, int column) {
   const Table& table = gridPage_->Grid()->table();
   if (row < 1 || row > table.RowCount()) return;
   const ClickTarget target = zol::ClickedPlace(ws_.Project(ws_.cp), table, row, column);
-  ws_.cModTmp = target.cModTmp;
-  ws_.cProTmp = target.cProTmp;
-  ws_.cLineTmp = target.cLineTmp;
+  menuTarget_ = target;
   if (clickKind == kRightClick) {
     ShowPopupMenu();
     return;
   }
-  ws_.cMod = target.cModTmp;
-  ws_.cPro = target.cProTmp;
-  ws_.cLine = target.cLineTmp;
+  ws_.cMod = target.module;
+  ws_.cPro = target.procedure;
+  ws_.cLine = target.line;
   MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
-  ws_.cLine = target.cLineTmp;
+  ws_.cLine = target.line;
   SelectScopeTab(TabAfterClick(clickKind, ws_.Active_tbsTab));
 }
 
@@ -239,10 +237,10 @@ void MainWindow::ShowPopupMenu() {
 void MainWindow::ViewIn(int tab) {
   if (Busy()) return;
   RunGuarded(this, [&] {
-    ws_.cMod = ws_.cModTmp;
-    ws_.cPro = ws_.cProTmp;
+    ws_.cMod = menuTarget_.module;
+    ws_.cPro = menuTarget_.procedure;
     MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
-    ws_.cLine = ws_.cLineTmp;
+    ws_.cLine = menuTarget_.line;
     SelectScopeTab(tab);
   });
 }
@@ -312,8 +310,9 @@ void MainWindow::updateSourceView(std::int32_t sessionId, std::int32_t moduleId,
 }
 
 bool MainWindow::OnSourceLink(const std::string& url) {
-  const LinkDecision decision = DecideLink(ws_, url);
+  const LinkDecision decision = DecideLink(url);
   if (decision.openMenu) {
+    menuTarget_ = ClickTarget{decision.module, decision.procedure, decision.line};
     sourcePane_->setFocus();
     ShowPopupMenu();
   }

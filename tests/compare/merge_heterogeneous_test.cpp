@@ -55,8 +55,8 @@ class HeterogeneousMergeTest : public ::testing::Test {
 
   const Session& Merge(const Array1<std::int32_t>& list, std::int32_t slot = 0,
                        bool keepTrack = true) {
-    MakeMergedAndCompareSessions(ws_, slot, ws_.CompareSession, false, list, false, true,
-                                 keepTrack);
+    MakeMergedAndCompareSessions(ws_, slot, ws_.CompareSession, list,
+                                 {.keepTrackOfOriginalProject = keepTrack});
     return ws_.Session(slot);
   }
 

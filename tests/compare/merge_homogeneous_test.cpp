@@ -24,8 +24,8 @@ class HomogeneousMergeTest : public ::testing::Test {
   }
 
   const Session& Merge() {
-    MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, true, List({s1_, s2_}), false, true,
-                                 false);
+    MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, List({s1_, s2_}),
+                                 {.homogeneous = true});
     return ws_.Session(0);
   }
 
@@ -136,18 +136,16 @@ TEST_F(HomogeneousMergeTest, SessionsThatCantTakePartAreRefused) {
   ws_.Session(s2_).Loaded = false;
   EXPECT_THROW(Merge(), MergeError);
   ws_.Session(s2_).Loaded = true;
-  EXPECT_THROW(MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, true, List({s1_, 9}), false,
-                                            true, false),
+  const MergeOptions byId{.homogeneous = true};
+  EXPECT_THROW(MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, List({s1_, 9}), byId),
                MergeError);
-  EXPECT_THROW(
-      MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, true, List({}), false, true, false),
-      MergeError);
+  EXPECT_THROW(MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, List({}), byId),
+               MergeError);
 
   ProjectBuilder other(ws_, "C:\\Other\\Other.vbp");
   other.Procedure(other.Module("Main"), "Start");
   const std::int32_t s3 = HandSession(ws_, other.Build(), "/runs/three.pfd", {}, {{1, 1}});
-  EXPECT_THROW(MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, true, List({s1_, s3}),
-                                            false, true, false),
+  EXPECT_THROW(MakeMergedAndCompareSessions(ws_, 0, ws_.CompareSession, List({s1_, s3}), byId),
                MergeError)
       << "sessions of two projects have no common IDs";
 }

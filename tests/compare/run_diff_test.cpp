@@ -152,8 +152,7 @@ TEST(RunDiff, AMergeOfTwoVersionsAddsTheirLines) {
   const std::int32_t slot = ws.Session.UBound() + 1;
   ws.SessionSlot(slot);
   Array1<Session> compared;
-  MakeMergedAndCompareSessions(ws, slot, compared, false, testing::List({v.base, v.next}), false,
-                               true, false, nullptr);
+  MakeMergedAndCompareSessions(ws, slot, compared, testing::List({v.base, v.next}), {});
   DiffOptions o;
   o.level = DiffLevel::Line;
   const auto rows = DiffRuns(ws, slot, v.next, o);

@@ -172,7 +172,7 @@ TEST(CompareProceduresTiming, HeterogeneousSessionsShowEveryMergedProcedureOnce)
   list(1) = f.cs;
   list(2) = cs2;
   f.ws.fHomogeneous = false;
-  MakeMergedAndCompareSessions(f.ws, 0, f.ws.CompareSession, false, list, false, true, false);
+  MakeMergedAndCompareSessions(f.ws, 0, f.ws.CompareSession, list, {});
   f.ws.cs = -1;
   f.ws.cp = f.ws.Session(0).Project;
   GridSelection sel = f.Selection(0);

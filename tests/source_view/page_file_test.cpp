@@ -61,7 +61,8 @@ TEST(PageFile, LoadFileWritesTheLinkedPageAndShowsIt) {
   ASSERT_EQ(browser.shown, std::vector<std::string>{f.ws.HtmlFile});
   std::int32_t m = 1;
   std::int32_t p = 3;
-  const std::string page = BuildSourcePage(f.ws, PageFixture::kSession, m, p, 4, true);
+  const std::string page =
+      BuildSourcePage(f.ws, PageFixture::kSession, m, p, Measure::Coverage, true);
   EXPECT_EQ(LoadFile(f.ws.HtmlFile), page + "\r\n");
   EXPECT_EQ(page.substr(page.size() - 18), "</BODY>\r\n</HTML>\r\n");
   EXPECT_NE(page.find("<A HREF=\"|1|3|6\">"), std::string::npos);

@@ -69,7 +69,7 @@ class ScannedPages : public ::testing::TestWithParam<std::uint32_t> {
     ws.OptionsHtml[0] = HtmlPageOptions{{true, false, true, false, false}, 3};
   }
   std::string Page(std::int32_t module, std::int32_t procedure) {
-    return GetHtmlCode(ws, cs, module, procedure, 0, true);
+    return GetHtmlCode(ws, cs, module, procedure, 0, Measure::Total, true);
   }
 
   testing::ScopedTempDir dir;

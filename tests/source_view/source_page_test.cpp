@@ -36,9 +36,9 @@ std::string Row(const std::string& tr, const std::string& cells, const std::stri
 class SourcePage : public ::testing::Test {
  protected:
   std::string Page(std::int32_t measure, std::int32_t procedure, bool links) {
-    f.ws.DisplayInfoType = measure;
     std::int32_t module = PageFixture::kModule;
-    return GetHtmlCode(f.ws, PageFixture::kSession, module, procedure, measure, links);
+    return GetHtmlCode(f.ws, PageFixture::kSession, module, procedure, measure,
+                       MeasureFromIndex(measure), links);
   }
   void Options(std::int32_t measure, std::array<bool, 5> columns, std::int32_t scheme) {
     f.ws.OptionsHtml[static_cast<std::size_t>(measure)] = HtmlPageOptions{columns, scheme};
@@ -238,15 +238,14 @@ TEST_F(SourcePage, ModulePageInCoverageView) {
 
 TEST_F(SourcePage, ProcedureBeyondTheProjectShowsTheFirstOne) {
   Options(0, {false, false, false, false, false}, 1);
-  f.ws.DisplayInfoType = 0;
   std::int32_t module = 1;
   std::int32_t procedure = 9;
-  const std::string page = GetHtmlCode(f.ws, PageFixture::kSession, module, procedure, 0, false);
+  const std::string page =
+      GetHtmlCode(f.ws, PageFixture::kSession, module, procedure, 0, Measure::Total, false);
   EXPECT_EQ(procedure, 1);
   EXPECT_EQ(module, 1);
   EXPECT_NE(page.find("Public Sub Main()"), std::string::npos);
   EXPECT_EQ(page.find("Function Twice"), std::string::npos);
-  EXPECT_EQ(f.ws.cs, PageFixture::kSession);
 }
 
 TEST_F(SourcePage, MissingSideFileGivesHeadRowAndLegendOnly) {
@@ -261,9 +260,9 @@ TEST_F(SourcePage, ModuleOutsideTheTablesIsABoundsError) {
   Options(0, {true, false, false, false, false}, 3);
   std::int32_t module = 0;
   std::int32_t procedure = 0;
-  EXPECT_THROW(GetHtmlCode(f.ws, 1, module, procedure, 0, false), BoundsError);
+  EXPECT_THROW(GetHtmlCode(f.ws, 1, module, procedure, 0, Measure::Total, false), BoundsError);
   module = 1;
-  EXPECT_THROW(GetHtmlCode(f.ws, 7, module, procedure, 0, false), BoundsError);
+  EXPECT_THROW(GetHtmlCode(f.ws, 7, module, procedure, 0, Measure::Total, false), BoundsError);
 }
 
 }  // namespace

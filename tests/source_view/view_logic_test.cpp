@@ -9,22 +9,21 @@ namespace zol {
 namespace {
 
 TEST(SourceLinks, PageLinksOpenTheMenuOthersPass) {
-  Workspace ws;
-  EXPECT_FALSE(DecideLink(ws, "file:///tmp/run/code.HTM").cancel);
-  EXPECT_FALSE(DecideLink(ws, "file:///tmp/run/").cancel);
-  EXPECT_FALSE(DecideLink(ws, "file:///tmp/run/code.htm#legend").cancel);
+  EXPECT_FALSE(DecideLink("file:///tmp/run/code.HTM").cancel);
+  EXPECT_FALSE(DecideLink("file:///tmp/run/").cancel);
+  EXPECT_FALSE(DecideLink("file:///tmp/run/code.htm#legend").cancel);
 
-  const LinkDecision d = DecideLink(ws, "about:blank|2|14|307");
+  const LinkDecision d = DecideLink("about:blank|2|14|307");
   EXPECT_TRUE(d.cancel);
   EXPECT_TRUE(d.openMenu);
-  EXPECT_EQ(ws.cModTmp, 2);
-  EXPECT_EQ(ws.cProTmp, 14);
-  EXPECT_EQ(ws.cLineTmp, 307);
+  EXPECT_EQ(d.module, 2);
+  EXPECT_EQ(d.procedure, 14);
+  EXPECT_EQ(d.line, 307);
 
-  const LinkDecision short_link = DecideLink(ws, "|2|14");
+  const LinkDecision short_link = DecideLink("|2|14");
   EXPECT_TRUE(short_link.cancel);
   EXPECT_FALSE(short_link.openMenu);
-  EXPECT_EQ(ws.cModTmp, 2);
+  EXPECT_EQ(short_link.module, 0);
 }
 
 TEST(HtmlOptions, DefaultsAndSettingsRoundTrip) {

@@ -185,8 +185,8 @@ TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
   SourceBrowser* browser = window.sourcePane()->Browser();
   ASSERT_TRUE(browser->beforeNavigate);
   EXPECT_FALSE(browser->beforeNavigate("|5|21|40"));
-  EXPECT_EQ(w.ws->cModTmp, 5);
-  EXPECT_EQ(w.ws->cLineTmp, 40);
+  EXPECT_EQ(window.MenuTarget().module, 5);
+  EXPECT_EQ(window.MenuTarget().line, 40);
   window.findChild<QMenu*>("gridMenu")->close();
   EXPECT_TRUE(browser->beforeNavigate("#legend"));
 }

@@ -86,10 +86,10 @@ TEST(WindowViews, ClickingAStatementOpensItsMenuAndTheLegendLinkJumps) {
   QTest::mouseClick(browser->viewport(), Qt::LeftButton, {}, statement);
   ASSERT_TRUE(WaitFor([&] { return menu->isVisible(); }, 3000));
   const QStringList parts = href.split('|');
-  EXPECT_EQ(w.ws->cModTmp, parts.value(1).toInt());
-  EXPECT_EQ(w.ws->cProTmp, parts.value(2).toInt());
-  EXPECT_EQ(w.ws->cLineTmp, parts.value(3).toInt());
-  EXPECT_EQ(w.ws->cModTmp, 5);
+  EXPECT_EQ(w.window->MenuTarget().module, parts.value(1).toInt());
+  EXPECT_EQ(w.window->MenuTarget().procedure, parts.value(2).toInt());
+  EXPECT_EQ(w.window->MenuTarget().line, parts.value(3).toInt());
+  EXPECT_EQ(w.window->MenuTarget().module, 5);
   menu->close();
 
   // "See Color Legend" brings the legend at the end of the page into view.

@@ -72,8 +72,7 @@ std::optional<std::int32_t> SideSession(zol::Workspace& ws, const std::vector<st
   ws.SessionSlot(slot);
   zol::Array1<zol::Session> compared;
   try {
-    zol::MakeMergedAndCompareSessions(ws, slot, compared, homogeneous, sessions, false, true, false,
-                                      nullptr);
+    zol::MakeMergedAndCompareSessions(ws, slot, compared, sessions, {.homogeneous = homogeneous});
   } catch (const zol::MergeError& e) {
     std::cerr << "zolprof: can't merge " << ws.Session(list[0]).SessionFile
               << " and the rest: " << e.what() << "\n";

@@ -105,9 +105,8 @@ int Run(const SourceArgs& args) {
 
   std::int32_t module = args.module;
   std::int32_t procedure = args.procedure;
-  ws.DisplayInfoType = measure;
   zol::CConcatString cc;
-  cc.SetValue(zol::BuildSourcePage(ws, *cs, module, procedure, measure, args.links));
+  cc.SetValue(zol::BuildSourcePage(ws, *cs, module, procedure, args.measure, args.links));
   if (module != args.module || procedure != args.procedure) {
     std::cerr << "zolprof: module " << args.module << " or procedure " << args.procedure
               << " is beyond the project (" << project.ModulesNumber << " modules, "
