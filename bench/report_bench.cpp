@@ -153,7 +153,7 @@ int main(int argc, char** argv) {
   zol::ResetRtfPath(ws);
   zol::LoadColors(ws, true, "");
   zol::LoadOptionsHtml(ws);
-  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.FontHTML, ws.FontSizeHTML);
+  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.view.FontHTML, ws.view.FontSizeHTML);
   const std::int32_t cs = zol::AddSession(ws, log);
   const auto loadStart = Clock::now();
   if (cs == 0 || !zol::LoadSession(ws, cs)) {
@@ -171,7 +171,7 @@ int main(int argc, char** argv) {
   request.options.ReportFolder = (root / "report").string();
   request.options.OpenReport = false;
   request.current = zol::SessionRef::single(cs);
-  ws.OptionsHtml[zol::kReportPageOptions] = zol::DefaultReportPageOptions();
+  ws.view.OptionsHtml[zol::kReportPageOptions] = zol::DefaultReportPageOptions();
 
   std::printf("report of the whole session (best / median of %d, ms):\n", o.repeat);
   request.options.IncludeReportSummary = true;

@@ -131,7 +131,7 @@ void ProjectTree::GetTreeSelection() {
     return;
   }
   if (key == kCompareKey) {
-    ws_.cs = ws_.fOnlyGroups ? -9999 : -1;
+    ws_.cs = ws_.fOnlyGroups ? kComparedGroupsSession : -1;
     ws_.cp = ws_.fOnlyGroups ? 0 : projectOf(0);
     return;
   }
@@ -175,8 +175,12 @@ void ProjectTree::BuildMergedData() {
 }
 
 void ProjectTree::NodeClicked(const std::string& key) {
+  if (MoveTo(key) && ws_.Active_tbsTab != kReportsTab) RefreshActiveView();
+}
+
+bool ProjectTree::MoveTo(const std::string& key) {
   TreeNode* node = nodes_.Find(key);
-  if (!node) return;
+  if (!node) return false;
   previousKey_ = nodes_.SelectedKey();
   nodes_.Select(key);
   if ((key == kMergeKey || key == kCompareKey) && node->Children.empty()) {
@@ -185,7 +189,7 @@ void ProjectTree::NodeClicked(const std::string& key) {
     if (TreeNode* opened = nodes_.Find(key)) opened->Expanded = true;
   }
   GetTreeSelection();
-  if (ws_.Active_tbsTab != kReportsTab) RefreshActiveView();
+  return true;
 }
 
 void ProjectTree::UpdateSelectedItem(const std::string& key) {

@@ -47,7 +47,7 @@ class ProjectTree : public MergedSelectionView {
   // nor its members stay Selected.
   void UnSelectSessionGroup(std::int32_t sg);
 
-  // Colours every node for DisplayInfoType: white, then, with fColored, the
+  // Colours every node for DisplayInfoType: white, then, when the view settings ask for colour, the
   // modules and procedures of every ticked loaded session by rank, and dead
   // code black.
   void UpdateColors();
@@ -60,6 +60,11 @@ class ProjectTree : public MergedSelectionView {
   // active view (unless it is the reports page). A key without a node does
   // nothing.
   void NodeClicked(const std::string& key);
+
+  // The same without the redraw, for a caller that draws the place itself:
+  // selects the node, builds merged data on first opening and reads the
+  // selection. False (nothing done) for a key without a node.
+  bool MoveTo(const std::string& key);
 
   // Restores the selection after the tree has changed: a compared child moves
   // to "COMPARE", the merged session's node to "MERGE", any other key is

@@ -69,7 +69,7 @@ void ProjectTree::UpdateColors() {
     node.BackColor = kTreeWhite;
     if (node.ForeColor == kTreeWhite) node.ForeColor = kTreeBlack;
   });
-  if (ws_.nSession == 0 || !ws_.fColored) return;
+  if (ws_.nSession == 0 || !ws_.view.colored) return;
   for (std::int32_t cs = 0; cs <= ws_.nSession && cs <= ws_.Session.UBound(); ++cs) {
     const Session& s = ws_.Session(cs);
     if (s.Selected && s.Loaded) PaintSessionByRank(cs);

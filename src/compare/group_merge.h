@@ -13,6 +13,11 @@
 
 namespace zol {
 
+// The session number the tree gives the compared view of ticked groups; the
+// compared view of ticked sessions is -1, and a compared member of merged
+// groups is minus its project.
+inline constexpr std::int32_t kComparedGroupsSession = -9999;
+
 // Builds SessionGroup(0) from the ticked groups: for each member of the first
 // ticked group, a new session that merges by ID the first member of each
 // ticked group with the same project. The new sessions are Loaded, Selected

@@ -41,7 +41,7 @@ PackedColour ValueColour(const Workspace& ws, Measure measure, std::int32_t sche
   if (scheme == kColorNone || measure == Measure::Coverage) return kBlack;
   const auto entry =
       TimingColourEntry(ws, 0, 0, 0, IndexOf(measure), kColorByValue, std::nullopt, value);
-  return entry ? ws.Colors[static_cast<std::size_t>(*entry)] : kBlack;
+  return entry ? ws.view.Colors[static_cast<std::size_t>(*entry)] : kBlack;
 }
 
 // The shadow under a node in the coverage view: green for a whole coverage,
@@ -72,7 +72,7 @@ PackedColour ShadowColour(const Workspace& ws, std::int32_t session, const FlowN
     return CoverageShadow(ws.Session(session).ProcedureValue(node.Procedure).Coverage);
   }
   const auto entry = TimingColourEntry(ws, session, node.Procedure, 0, IndexOf(measure), scheme);
-  return entry ? ws.Colors[static_cast<std::size_t>(*entry)] : kBlack;
+  return entry ? ws.view.Colors[static_cast<std::size_t>(*entry)] : kBlack;
 }
 
 std::string ValueLine(const ProcedureValue& v, Measure measure) {

@@ -16,11 +16,6 @@ GridSelection GridSelectionOf(const Workspace& ws) {
 }
 
 namespace {
-// Compared selections keep their columns in the negative session numbers the
-// tree gives them: -1 for ticked sessions, kComparedGroupsSession for ticked
-// groups.
-constexpr std::int32_t kComparedGroupsSession = -9999;
-
 SessionRef SessionRefOf(const Workspace& ws) {
   if (ws.cs == kComparedGroupsSession) return SessionRef::comparedGroups();
   if (ws.cs < 0) return SessionRef::compared();

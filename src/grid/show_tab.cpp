@@ -3,14 +3,13 @@
 #include <stdexcept>
 #include <string>
 
+#include "compare/group_merge.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
 
 namespace zol {
 
 namespace {
-
-constexpr std::int32_t kComparedGroups = -9999;
 
 GridBuild ShowComparedTab(const Workspace& ws, const GridSelection& sel, std::int32_t tab) {
   const bool coverage = sel.DisplayInfoType == 4;
@@ -22,7 +21,7 @@ GridBuild ShowComparedTab(const Workspace& ws, const GridSelection& sel, std::in
       return coverage ? ShowCompareProceduresCoverage(ws, sel)
                       : ShowCompareProceduresTiming(ws, sel);
     default:
-      if (sel.cs == kComparedGroups)
+      if (sel.cs == kComparedGroupsSession)
         return ShowLinesUnavailable(kUnavailableGroups, kClickProcedures);
       if (!ws.fHomogeneous)
         return ShowLinesUnavailable(kUnavailableHeterogeneous, kClickProcedures);

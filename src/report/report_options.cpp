@@ -91,7 +91,7 @@ ReportOptions LoadReportOptions(Workspace& ws, const std::string& iniFile) {
   o.OpenReport = ReadFlag("OpenReport", d.OpenReport, iniFile);
 
   const HtmlPageOptions pd = DefaultReportPageOptions();
-  HtmlPageOptions& page = ws.OptionsHtml[kReportPageOptions];
+  HtmlPageOptions& page = ws.view.OptionsHtml[kReportPageOptions];
   for (int i = 0; i < 5; ++i) {
     page.Column[i] = ReadFlag(Key("HTMLProjectColumn", i), pd.Column[i], iniFile);
   }
@@ -113,7 +113,7 @@ void SaveReportOptions(const Workspace& ws, const ReportOptions& o, const std::s
   WriteInt("ReportTarget", static_cast<std::int32_t>(o.Target), iniFile);
   VBWritePrivateProfileString(kSection, "ReportFolder", o.ReportFolder, iniFile);
   WriteFlag("OpenReport", o.OpenReport, iniFile);
-  const HtmlPageOptions& page = ws.OptionsHtml[kReportPageOptions];
+  const HtmlPageOptions& page = ws.view.OptionsHtml[kReportPageOptions];
   for (int i = 0; i < 5; ++i) WriteFlag(Key("HTMLProjectColumn", i), page.Column[i], iniFile);
   WriteInt("HTMLColorScheme", page.ColorScheme, iniFile);
 }

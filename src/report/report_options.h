@@ -75,9 +75,9 @@ HtmlPageOptions DefaultReportPageOptions();
 // unreadable keys take their defaults, a scope or target out of range and a
 // colour scheme other than 1 to 3 are brought back into range, and TopItems is
 // a whole number from 1 to 9999. The source-page options go to
-// ws.OptionsHtml[5].
+// ws.view.OptionsHtml[5].
 ReportOptions LoadReportOptions(Workspace& ws, const std::string& iniFile);
-// Writes them all back, with ws.OptionsHtml[5]. Throws FileError.
+// Writes them all back, with ws.view.OptionsHtml[5]. Throws FileError.
 void SaveReportOptions(const Workspace& ws, const ReportOptions& options,
                        const std::string& iniFile);
 

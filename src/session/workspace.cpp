@@ -2,15 +2,23 @@
 
 namespace zol {
 
+zol::Session& Catalogue::SessionSlot(std::int32_t i) {
+  if (i > Session.UBound()) Session.ReDimPreserve(i);
+  return Session(i);
+}
+
+void Catalogue::ClearCatalogue() {
+  Session.ReDim(0);
+  SessionGroup.ReDim(0);
+  Project.ReDim(0);
+  CompareSession.Erase();
+  nSession = nSessionGroup = nProject = 0;
+}
+
 Workspace::Workspace() : Workspace(std::make_shared<SilentPrompter>()) {}
 
 Workspace::Workspace(std::shared_ptr<Prompter> prompter) : prompter_(std::move(prompter)) {
   ClearTables();
-}
-
-zol::Session& Workspace::SessionSlot(std::int32_t i) {
-  if (i > Session.UBound()) Session.ReDimPreserve(i);
-  return Session(i);
 }
 
 void Workspace::LoadProjectCounts(std::int32_t projectIndex) {
@@ -21,11 +29,7 @@ void Workspace::LoadProjectCounts(std::int32_t projectIndex) {
 }
 
 void Workspace::ClearTables() {
-  Session.ReDim(0);
-  SessionGroup.ReDim(0);
-  Project.ReDim(0);
-  CompareSession.Erase();
-  nSession = nSessionGroup = nProject = 0;
+  ClearCatalogue();
   cs = csg = cp = 0;
   cMod = cPro = cLine = 0;
 }

@@ -13,7 +13,7 @@ constexpr std::string_view kCrLf = "\r\n";
 
 void AddRow(std::string& out, const Workspace& ws, int entry, std::string_view text) {
   out += "<TR><TD><P ALIGN=LEFT><FONT COLOR=#";
-  out += ws.ColorsHtml[static_cast<std::size_t>(entry)];
+  out += ws.view.ColorsHtml[static_cast<std::size_t>(entry)];
   out += ">";
   out += text;
   out += "</FONT></P></TD></TR>";

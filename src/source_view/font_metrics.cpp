@@ -23,28 +23,29 @@ double FixedFontMetrics::ActualSize(const std::string& /*font*/, double size) co
 }
 
 std::int32_t GetLineHeightHTML(const Workspace& ws, const FontMetrics& metrics) {
-  const std::optional<double> height = metrics.TextHeight(ws.FontHTML, ws.FontSizeHTML, "H");
-  if (!height) return ws.FontSizeHTML - 2;
-  return static_cast<std::int32_t>(RoundHalfEven(*height - ws.FontSizeHTML + 2));
+  const std::optional<double> height =
+      metrics.TextHeight(ws.view.FontHTML, ws.view.FontSizeHTML, "H");
+  if (!height) return ws.view.FontSizeHTML - 2;
+  return static_cast<std::int32_t>(RoundHalfEven(*height - ws.view.FontSizeHTML + 2));
 }
 
 std::int32_t GetNextSmallerFontHTML(const Workspace& ws, const FontMetrics& metrics) {
-  const double fontHeight = metrics.ActualSize(ws.FontHTML, ws.FontSizeHTML);
+  const double fontHeight = metrics.ActualSize(ws.view.FontHTML, ws.view.FontSizeHTML);
   double inForce = fontHeight;
-  std::int32_t smallFontHeight = ws.FontSizeHTML;
+  std::int32_t smallFontHeight = ws.view.FontSizeHTML;
   while (inForce == fontHeight && smallFontHeight > kSmallestFont) {
     --smallFontHeight;
-    inForce = metrics.ActualSize(ws.FontHTML, smallFontHeight);
+    inForce = metrics.ActualSize(ws.view.FontHTML, smallFontHeight);
   }
   return smallFontHeight;
 }
 
 void SetFontHTML(Workspace& ws, const FontMetrics& metrics, const std::string& font,
                  std::int32_t size) {
-  ws.FontHTML = font;
-  ws.FontSizeHTML = size;
-  ws.LineHeightHTML = GetLineHeightHTML(ws, metrics);
-  ws.SmallFontSizeHTML = GetNextSmallerFontHTML(ws, metrics);
+  ws.view.FontHTML = font;
+  ws.view.FontSizeHTML = size;
+  ws.view.LineHeightHTML = GetLineHeightHTML(ws, metrics);
+  ws.view.SmallFontSizeHTML = GetNextSmallerFontHTML(ws, metrics);
 }
 
 }  // namespace zol

@@ -61,7 +61,7 @@ HtmlPageOptions DefaultOptionsHtml(std::int32_t measure) {
 void LoadOptionsHtml(Workspace& ws, const std::string& iniFile) {
   for (int i = 0; i < kPageMeasures; ++i) {
     const HtmlPageOptions d = DefaultOptionsHtml(i);
-    HtmlPageOptions& o = ws.OptionsHtml[static_cast<std::size_t>(i)];
+    HtmlPageOptions& o = ws.view.OptionsHtml[static_cast<std::size_t>(i)];
     for (int j = 0; j < 5; ++j) {
       o.Column[static_cast<std::size_t>(j)] =
           ReadFlag(ColumnKey(i, j), d.Column[static_cast<std::size_t>(j)], iniFile);
@@ -72,7 +72,7 @@ void LoadOptionsHtml(Workspace& ws, const std::string& iniFile) {
 
 void SaveOptionsHtml(const Workspace& ws, const std::string& iniFile) {
   for (int i = 0; i < kPageMeasures; ++i) {
-    const HtmlPageOptions& o = ws.OptionsHtml[static_cast<std::size_t>(i)];
+    const HtmlPageOptions& o = ws.view.OptionsHtml[static_cast<std::size_t>(i)];
     for (int j = 0; j < 5; ++j) {
       VBWritePrivateProfileString(kSection, ColumnKey(i, j),
                                   o.Column[static_cast<std::size_t>(j)] ? "True" : "False",

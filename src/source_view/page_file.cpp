@@ -34,21 +34,22 @@ std::string SourcePageFile(const Workspace& ws) {
 
 void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
                     std::int32_t& procedure, PageBrowser& browser) {
-  ws.HtmlFile = SourcePageFile(ws);
+  const std::string file = SourcePageFile(ws);
   CConcatString cc;
   WriteSourcePage(cc, ws, session, module, procedure, MeasureFromIndex(ws.DisplayInfoType),
                   true);
-  HtmlOutputTofile(cc, ws.HtmlFile);
-  browser.Navigate(ws.HtmlFile);
+  HtmlOutputTofile(cc, file);
+  browser.Navigate(file);
 }
 
 void UpdateHtml(const Workspace& ws, PageBrowser& browser) {
-  const std::optional<std::string> page = RestylePage(LoadFile(ws.HtmlFile), ws);
+  const std::string file = SourcePageFile(ws);
+  const std::optional<std::string> page = RestylePage(LoadFile(file), ws);
   if (!page) return;
   CConcatString cc;
   cc.SetValue(*page);
-  HtmlOutputTofile(cc, ws.HtmlFile);
-  browser.Navigate(ws.HtmlFile);
+  HtmlOutputTofile(cc, file);
+  browser.Navigate(file);
 }
 
 }  // namespace zol

@@ -26,7 +26,7 @@ std::string BuildSourcePage(const Workspace& ws, std::int32_t session, std::int3
 // The view's page file: RtfPath and "code.htm".
 std::string SourcePageFile(const Workspace& ws);
 
-// Sets HtmlFile, writes the linked page of the module or procedure for the
+// Writes the linked page of the module or procedure for the
 // current measure into it, and shows it. Throws FileError when it can't be
 // written.
 void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& moduleId,

@@ -40,16 +40,16 @@ constexpr std::string_view kVarStyle =
 std::string FillBlock(std::string_view block, std::string_view sizeWord, std::int32_t size,
                       const Workspace& ws) {
   std::string s = Replace(block, sizeWord, std::to_string(size));
-  s = Replace(s, "LineHeightHTML", std::to_string(ws.LineHeightHTML));
-  return Replace(s, "FontHTML", ws.FontHTML);
+  s = Replace(s, "LineHeightHTML", std::to_string(ws.view.LineHeightHTML));
+  return Replace(s, "FontHTML", ws.view.FontHTML);
 }
 
 }  // namespace
 
 std::string PageStyleBlocks(const Workspace& ws) {
-  return FillBlock(kPreStyle, "FontSizeHTML", ws.FontSizeHTML, ws) +
-         FillBlock(kTdStyle, "FontSizeHTML", ws.FontSizeHTML, ws) +
-         FillBlock(kVarStyle, "SmallFontSizeHTML", ws.SmallFontSizeHTML, ws);
+  return FillBlock(kPreStyle, "FontSizeHTML", ws.view.FontSizeHTML, ws) +
+         FillBlock(kTdStyle, "FontSizeHTML", ws.view.FontSizeHTML, ws) +
+         FillBlock(kVarStyle, "SmallFontSizeHTML", ws.view.SmallFontSizeHTML, ws);
 }
 
 std::string GetHeaderCode(const Workspace& ws, std::int32_t session) {

@@ -56,7 +56,7 @@ class PageWalk {
         sessionId_(session),
         module_(moduleId),
         procedure_(procedureId),
-        options_(ws.OptionsHtml.at(static_cast<std::size_t>(infoType))),
+        options_(ws.view.OptionsHtml.at(static_cast<std::size_t>(infoType))),
         measure_(IndexOf(measure)),
         withMenu_(withMenu) {}
 
@@ -66,7 +66,7 @@ class PageWalk {
  private:
   bool Selected(int k) const { return options_.Column[static_cast<std::size_t>(k)]; }
   const std::string& Colour(int entry) const {
-    return ws_.ColorsHtml[static_cast<std::size_t>(entry)];
+    return ws_.view.ColorsHtml[static_cast<std::size_t>(entry)];
   }
 
   void ClassifyLine(std::int32_t T, const RTFLine& r, const std::string& line);
@@ -361,7 +361,7 @@ bool PageWalk::EndsWantedProcedure(std::int32_t T) const {
 std::string GetHtmlCode(const Workspace& ws, std::int32_t session, std::int32_t& moduleId,
                         std::int32_t& procedureId, std::int32_t infoType, Measure measure,
                         bool withMenu) {
-  const HtmlPageOptions& options = ws.OptionsHtml.at(static_cast<std::size_t>(infoType));
+  const HtmlPageOptions& options = ws.view.OptionsHtml.at(static_cast<std::size_t>(infoType));
   CConcatString cc;
   if (options.ColorScheme != kColorNone) HtmlWriteString(cc, LegendLink(IndexOf(measure)), 0);
 

@@ -165,20 +165,20 @@ std::string GetHTMColor(std::int32_t color) {
 }
 
 void LoadColors(Workspace& ws, bool forceDefault, const std::string& iniFile) {
-  ws.Colors = kDefaultColors;
+  ws.view.Colors = kDefaultColors;
   if (!forceDefault) {
     for (int i = 1; i <= 12; ++i) {
-      const std::string text = VBGetPrivateProfileString("Profiler", ColourKey(i),
-                                                         std::to_string(ws.Colors[i - 1]), iniFile);
-      ws.Colors[i - 1] = ColourFromText(text, ws.Colors[i - 1]);
+      const std::string text = VBGetPrivateProfileString(
+          "Profiler", ColourKey(i), std::to_string(ws.view.Colors[i - 1]), iniFile);
+      ws.view.Colors[i - 1] = ColourFromText(text, ws.view.Colors[i - 1]);
     }
   }
-  for (int i = 0; i < 12; ++i) ws.ColorsHtml[i] = GetHTMColor(ws.Colors[i]);
+  for (int i = 0; i < 12; ++i) ws.view.ColorsHtml[i] = GetHTMColor(ws.view.Colors[i]);
 }
 
 void SaveColors(const Workspace& ws, const std::string& iniFile) {
   for (int i = 1; i <= 12; ++i) {
-    VBWritePrivateProfileString("Profiler", ColourKey(i), std::to_string(ws.Colors[i - 1]),
+    VBWritePrivateProfileString("Profiler", ColourKey(i), std::to_string(ws.view.Colors[i - 1]),
                                 iniFile);
   }
 }
@@ -238,7 +238,7 @@ std::string GetTimingColour(const Workspace& ws, std::int32_t sessionId, std::in
                             std::optional<double> forcedValue) {
   const auto entry = TimingColourEntry(ws, sessionId, procID, lineID, displayInfoType, colorMode,
                                        offset, forcedValue);
-  return entry ? std::to_string(ws.Colors[static_cast<std::size_t>(*entry)]) : std::string();
+  return entry ? std::to_string(ws.view.Colors[static_cast<std::size_t>(*entry)]) : std::string();
 }
 
 std::string GetTimingColourString(const Workspace& ws, std::int32_t sessionId, std::int32_t procID,
@@ -246,7 +246,7 @@ std::string GetTimingColourString(const Workspace& ws, std::int32_t sessionId, s
                                   std::int32_t colorMode, std::optional<std::int32_t> offset) {
   const auto entry =
       TimingColourEntry(ws, sessionId, procID, lineID, displayInfoType, colorMode, offset);
-  return entry ? ws.ColorsHtml[static_cast<std::size_t>(*entry)] : std::string();
+  return entry ? ws.view.ColorsHtml[static_cast<std::size_t>(*entry)] : std::string();
 }
 
 }  // namespace zol

@@ -82,10 +82,7 @@ QString FindInstrumenter() {
 
 MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
     : ws_(ws),
-      tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); },
-                                      [this] {
-                                        if (!suppressRefresh_) showCurrentPage();
-                                      },
+      tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); }, [this] { showCurrentPage(); },
                                       [this] { ClearViews(); }}) {
   setObjectName("mainWindow");
   setWindowTitle(kMessageTitle);
@@ -193,7 +190,7 @@ void MainWindow::ConnectWidgets() {
       Qt::QueuedConnection);
   connect(sessionList_, &SessionListView::sortRequested, this, [this](int column) {
     sessionSort_.Click(column);
-    ws_.Active_lvwSessions_Column = sessionSort_.Column;
+    options_.Active_lvwSessions_Column = sessionSort_.Column;
     Refresh(ws_);
   });
   connect(sessionList_, &SessionListView::removeRequested, this,
@@ -255,7 +252,6 @@ void MainWindow::ConnectWidgets() {
 // --- Start and end ---
 
 void MainWindow::startUp(const StartOptions& start) {
-  ws_.fDuringLoad = true;
   saveSettings_ = start.saveSettings;
   // The font of the source text: the IDE's on its own platform; here the
   // settings', or its default.
@@ -264,7 +260,7 @@ void MainWindow::startUp(const StartOptions& start) {
   const auto size = ParseNumberText(VBGetPrivateProfileString(kSection, "FontSizeHTML", "10", ini));
   SetFontHTML(ws_, QtFontMetrics(), font,
               size && *size >= 6 && *size <= 36 ? static_cast<std::int32_t>(*size) : 10);
-  sourcePane_->ShowFont(ws_.FontHTML, ws_.FontSizeHTML);
+  sourcePane_->ShowFont(ws_.view.FontHTML, ws_.view.FontSizeHTML);
   LoadOptions();
   if (start.tab >= 1 && start.tab <= kTabCount) ws_.Active_tbsTab = start.tab;
 
@@ -278,15 +274,17 @@ void MainWindow::startUp(const StartOptions& start) {
   gridPage_->ShowBuild(ShowLines(ws_, GridSelectionOf(ws_), blankSort, true), 4,
                        ws_.DisplayInfoType);
   gridPage_->ResetChart(true);
-  sessionSort_.Column = ws_.Active_lvwSessions_Column;
+  sessionSort_.Column = options_.Active_lvwSessions_Column;
   Refresh(ws_);
 
   {
     const QSignalBlocker block(tabs_);
     tabs_->setCurrentIndex(ws_.Active_tbsTab - 1);
   }
-  showCurrentPage();  // ends fDuringLoad
-  showCurrentPage();  // shows the page of the tab
+  // The source page's options stand ready even when the page shown first is
+  // another.
+  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
+  showCurrentPage();
   ApplyWindowPlace();
   if (start.minimised) setWindowState(windowState() | Qt::WindowMinimized);
   autoLoadTimer_.start();
@@ -300,11 +298,7 @@ void MainWindow::LoadOptions() {
   ws_.Active_tbsTab = options_.Active_tbsTab >= 1 && options_.Active_tbsTab <= kTabCount
                           ? options_.Active_tbsTab
                           : 3;
-  ws_.Active_lvwSessions_Column = options_.Active_lvwSessions_Column;
-  ws_.fColored = options_.fColored;
-  ws_.LastExportFileType = options_.LastExportFileType;
-  ws_.Filters = options_.Filters;
-  ws_.DefaultPlan = options_.DefaultPlan;
+  LoadViewSettings(ws_.view, ini);
   LoadColors(ws_, false, ini);
   LoadOptionsHtml(ws_, ini);
   flowPane_->SetOptions(LoadFlowOptions(ini));
@@ -367,14 +361,10 @@ void MainWindow::SaveOptions() {
   StoreRatios();
   options_.DisplayInfoType = ws_.DisplayInfoType;
   options_.Active_tbsTab = ws_.Active_tbsTab;
-  options_.Active_lvwSessions_Column = ws_.Active_lvwSessions_Column;
-  options_.fColored = ws_.fColored;
-  options_.LastExportFileType = ws_.LastExportFileType;
-  options_.Filters = ws_.Filters;
-  options_.DefaultPlan = ws_.DefaultPlan;
   const std::string ini = GetIniFile(ws_.appFolder);
   try {
     SaveWindowOptions(options_, ini);
+    SaveViewSettings(ws_.view, ini);
     SaveGraphOptions(gridPage_->graphOptions(), ini);
     SaveFlowOptions(flowPane_->Options(), ini);
     reportPane_->SaveOptions(ini);
@@ -491,7 +481,7 @@ void MainWindow::FillOpenMenu() {
   QMenu* menu = toolbar_->DropDown("OPEN");
   menu->clear();
   QAction* heading =
-      menu->addAction(QString("==Profile with default plan (%1): ==").arg(Q(ws_.DefaultPlan)));
+      menu->addAction(QString("==Profile with default plan (%1): ==").arg(Q(ws_.view.DefaultPlan)));
   heading->setEnabled(false);
   for (const std::string& file : RetrieveFileHistory(ws_, "ProfileProjects")) {
     if (file.empty()) continue;
@@ -548,20 +538,14 @@ void MainWindow::ProfileProject(const std::string& project) {
   }
   if (file.empty()) return;
   AddToFileHistory(ws_, file, "ProfileProjects");
-  QProcess::startDetached(FindInstrumenter(), {"--plan", Q(ws_.DefaultPlan), QPath(file)});
+  QProcess::startDetached(FindInstrumenter(), {"--plan", Q(ws_.view.DefaultPlan), QPath(file)});
 }
 
 void MainWindow::ShowOptionsDialog() {
   StoreWindowPlace();
-  options_.fColored = ws_.fColored;
-  options_.Filters = ws_.Filters;
-  options_.DefaultPlan = ws_.DefaultPlan;
-  OptionsDialog dialog(options_, this);
+  OptionsDialog dialog(ws_.view, this);
   if (dialog.exec() != QDialog::Accepted) return;
-  options_ = dialog.Result();
-  ws_.fColored = options_.fColored;
-  ws_.Filters = options_.Filters;
-  ws_.DefaultPlan = options_.DefaultPlan;
+  ws_.view = dialog.Result();
   tree_.UpdateColors();
   SyncTree();
   SaveOptions();
@@ -610,7 +594,7 @@ void MainWindow::ApplyFilters() {
   // Unticking and ticking the rows again moves the tree to each session in
   // turn; the user's own place is shown again with the new values.
   const std::string place = tree_.Nodes().SelectedKey();
-  if (ApplyFilter(ws_, *this, ws_.Filters) && tree_.Nodes().Find(place)) {
+  if (ApplyFilter(ws_, *this, ws_.view.Filters) && tree_.Nodes().Find(place)) {
     tree_.NodeClicked(place);
   }
   AfterCatalogueChange();

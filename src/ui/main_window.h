@@ -231,9 +231,6 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   bool closing_ = false;
   bool saveSettings_ = true;
   bool treeEmptied_ = false;
-  // The tree is moved to a place without the page drawing it (the page that
-  // follows draws it).
-  bool suppressRefresh_ = false;
 
   MainToolbar* toolbar_ = nullptr;
   ProjectTreeView* treeView_ = nullptr;

@@ -178,7 +178,7 @@ void MainWindow::OpenSessionFile(bool mustClearBefore) {
 }
 
 int MainWindow::AutoLoadSessions() {
-  if (Busy() || closing_ || ws_.fDuringLoad) return 0;
+  if (Busy() || closing_) return 0;
   BusyScope busy(*this);
   const int taken = zol::AutoLoadSessions(ws_, *this);
   if (taken > 0) AfterCatalogueChange();

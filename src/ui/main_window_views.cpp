@@ -46,8 +46,6 @@ namespace zol {
 
 namespace {
 
-constexpr std::int32_t kComparedGroups = -9999;
-
 // The digit of the measure in the key of the last display: 1 coverage, 2 the
 // own times, 3 the times with children.
 char MeasureDigit(std::int32_t displayInfoType) {
@@ -79,11 +77,6 @@ bool TimingLogOn() {
 // --- The dispatcher ---
 
 void MainWindow::showCurrentPage() {
-  if (ws_.fDuringLoad) {
-    sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
-    ws_.fDuringLoad = false;
-    return;
-  }
   if (tabs_->currentIndex() == reportsTabIndex_) {
     // The Reports page draws nothing of the selection; it reads it at "GO!".
     ws_.Active_tbsTab = IndexOf(Tab::Reports);
@@ -97,7 +90,7 @@ void MainWindow::showCurrentPage() {
                            : tab == 6 ? static_cast<QWidget*>(flowPane_)
                                       : gridPage_);
   helpTopic_ = HelpTopic(tab);
-  sourcePane_->ShowOptions(ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
+  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
 
   const std::string key = tree_.Nodes().SelectedKey();
   if (tree_.Nodes().Count() == 0 || key.empty()) return;
@@ -197,9 +190,7 @@ void MainWindow::MoveTreeTo(std::int32_t cs, std::int32_t cMod, std::int32_t cPr
   if (!tree_.Nodes().Find(key)) key = session;
   if (!tree_.Nodes().Find(key)) key = cs < 0 ? kCompareKey : cs == 0 ? kMergeKey : "";
   if (key.empty() || !tree_.Nodes().Find(key)) return;
-  suppressRefresh_ = true;
-  tree_.NodeClicked(key);
-  suppressRefresh_ = false;
+  tree_.MoveTo(key);
   if (key != exact) {
     // The tree has no node for the place itself: the place stands as given.
     ws_.cs = cs;
@@ -253,13 +244,13 @@ void MainWindow::ExportGrid() {
   }
   const QString csv = "Text, Comma delimited (*.csv)";
   const QString txt = "Text, Tab delimited (*.txt)";
-  QString filter = ws_.LastExportFileType == 1 ? csv : txt;
+  QString filter = options_.LastExportFileType == 1 ? csv : txt;
   const QString file = QFileDialog::getSaveFileName(this, tr("Export the table"), QString(),
                                                     csv + ";;" + txt, &filter);
   if (file.isEmpty()) return;
   std::string name = FromQPath(file);
   if (QFileInfo(file).suffix().isEmpty()) name += filter == csv ? ".csv" : ".txt";
-  ExportGridToFile(table, name, ws_.prompter(), ws_.LastExportFileType);
+  ExportGridToFile(table, name, ws_.prompter(), options_.LastExportFileType);
 }
 
 void MainWindow::ViewGridInSpreadsheet() {
@@ -320,7 +311,7 @@ bool MainWindow::OnSourceLink(const std::string& url) {
 }
 
 void MainWindow::OnSourceOptionsChanged() {
-  ws_.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)] = sourcePane_->Options();
+  ws_.view.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)] = sourcePane_->Options();
   try {
     SaveOptionsHtml(ws_);
   } catch (const std::exception&) {
@@ -336,11 +327,12 @@ void MainWindow::OnSourceFontChanged(const QString& family, int size) {
   SetFontHTML(ws_, QtFontMetrics(), ToCp1252(family), size);
   try {
     const std::string ini = GetIniFile(ws_.appFolder);
-    VBWritePrivateProfileString("Profiler", "FontHTML", ws_.FontHTML, ini);
-    VBWritePrivateProfileString("Profiler", "FontSizeHTML", std::to_string(ws_.FontSizeHTML), ini);
+    VBWritePrivateProfileString("Profiler", "FontHTML", ws_.view.FontHTML, ini);
+    VBWritePrivateProfileString("Profiler", "FontSizeHTML", std::to_string(ws_.view.FontSizeHTML),
+                                ini);
   } catch (const std::exception&) {
   }
-  if (!sourcePane_->Browser()->PageFile().empty() && FileExist(ws_.HtmlFile)) {
+  if (!sourcePane_->Browser()->PageFile().empty() && FileExist(SourcePageFile(ws_))) {
     RunGuarded(this, [this] { UpdateHtml(ws_, *sourcePane_->Browser()); });
   }
 }

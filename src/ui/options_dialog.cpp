@@ -13,22 +13,22 @@
 
 namespace zol {
 
-OptionsDialog::OptionsDialog(const WindowOptions& options, QWidget* parent)
+OptionsDialog::OptionsDialog(const ViewSettings& settings, QWidget* parent)
     : QDialog(parent),
-      options_(options),
+      settings_(settings),
       colored_(new QCheckBox(tr("Colour the project tree by rank"), this)),
       filters_(new QPlainTextEdit(this)),
       plan_(new QLineEdit(this)) {
   setObjectName("optionsDialog");
   setWindowTitle(tr("Options"));
-  colored_->setChecked(options.fColored);
-  QString filters = Q(options.Filters);
+  colored_->setChecked(settings.colored);
+  QString filters = Q(settings.Filters);
   filters.replace("\r\n", "\n");
   filters_->setPlainText(filters);
   filters_->setToolTip(
       tr("One text per line: the own time of every line whose source holds it is set to 0 by "
          "\"Apply Filters\" (waiting in a message box, say)."));
-  plan_->setText(Q(options.DefaultPlan));
+  plan_->setText(Q(settings.DefaultPlan));
   auto* form = new QFormLayout();
   form->addRow(colored_);
   form->addRow(tr("Timing filters:"), filters_);
@@ -42,9 +42,9 @@ OptionsDialog::OptionsDialog(const WindowOptions& options, QWidget* parent)
   resize(460, 320);
 }
 
-WindowOptions OptionsDialog::Result() const {
-  WindowOptions o = options_;
-  o.fColored = colored_->isChecked();
+ViewSettings OptionsDialog::Result() const {
+  ViewSettings o = settings_;
+  o.colored = colored_->isChecked();
   QStringList lines = filters_->toPlainText().split('\n');
   QStringList kept;
   for (const QString& line : lines) {

@@ -5,7 +5,7 @@
 
 #include <QDialog>
 
-#include "ui/window_options.h"
+#include "session/view_settings.h"
 
 class QCheckBox;
 class QLineEdit;
@@ -17,13 +17,13 @@ class OptionsDialog : public QDialog {
   Q_OBJECT
 
  public:
-  OptionsDialog(const WindowOptions& options, QWidget* parent = nullptr);
+  OptionsDialog(const ViewSettings& settings, QWidget* parent = nullptr);
 
-  // The options with the user's changes.
-  WindowOptions Result() const;
+  // The settings with the user's changes.
+  ViewSettings Result() const;
 
  private:
-  WindowOptions options_;
+  ViewSettings settings_;
   QCheckBox* colored_;
   QPlainTextEdit* filters_;
   QLineEdit* plan_;

@@ -270,7 +270,7 @@ void ReportPane::ShowOptions(const ReportOptions& o) {
   reportWhat_[0]->setChecked(o.IncludeReportSummary);
   reportWhat_[1]->setChecked(o.IncludeHTMLProject);
   topItems_->setValue(o.TopItems);
-  const HtmlPageOptions& page = ws_.OptionsHtml[kReportPageOptions];
+  const HtmlPageOptions& page = ws_.view.OptionsHtml[kReportPageOptions];
   for (int i = 0; i < 5; ++i) columns_[i]->setChecked(page.Column[i]);
   if (QAbstractButton* b = colors_->button(page.ColorScheme)) b->setChecked(true);
   htm_->setChecked(o.ReporttoHtm);
@@ -293,7 +293,7 @@ void ReportPane::ReadControls() {
   o.IncludeReportSummary = reportWhat_[0]->isChecked();
   o.IncludeHTMLProject = reportWhat_[1]->isChecked();
   o.TopItems = topItems_->value();
-  HtmlPageOptions& page = ws_.OptionsHtml[kReportPageOptions];
+  HtmlPageOptions& page = ws_.view.OptionsHtml[kReportPageOptions];
   for (int i = 0; i < 5; ++i) page.Column[i] = columns_[i]->isChecked();
   if (colors_->checkedId() >= 1) page.ColorScheme = colors_->checkedId();
   o.ReporttoHtm = htm_->isChecked();

@@ -58,11 +58,8 @@ WindowOptions LoadWindowOptions(const std::string& ini, WindowSizeDefault size) 
   o.DisplayInfoType = std::clamp(ReadLong("DisplayInfoType", 0, ini), 0, 4);
   o.Active_tbsTab = ReadLong("Active_tbsTab", 3, ini);
   o.Active_lvwSessions_Column = std::clamp(ReadLong("Active_lvwSessions_Column", 1, ini), 1, 5);
-  o.fColored = ReadBool("fColored", true, ini);
   o.LastExportFileType = ReadLong("LastExportFileType", 0, ini);
   o.HHCompilerPath = Read("HHCompilerPath", "none", ini);
-  o.Filters = ReadFiltersSetting(ini);
-  o.DefaultPlan = Read("DefaultPlan", "Full profiling", ini);
   o.Left = ReadLong("Left", 0, ini);
   o.Top = ReadLong("Top", 0, ini);
   o.Width = ReadLong("Width", size.Width, ini);
@@ -77,11 +74,8 @@ void SaveWindowOptions(const WindowOptions& o, const std::string& ini) {
   WriteLong("DisplayInfoType", o.DisplayInfoType, ini);
   WriteLong("Active_tbsTab", o.Active_tbsTab, ini);
   WriteLong("Active_lvwSessions_Column", o.Active_lvwSessions_Column, ini);
-  Write("fColored", o.fColored ? "True" : "False", ini);
   WriteLong("LastExportFileType", o.LastExportFileType, ini);
   Write("HHCompilerPath", o.HHCompilerPath, ini);
-  Write("Filters", Replace(o.Filters, "\r\n", kLineBreakWord), ini);
-  Write("DefaultPlan", o.DefaultPlan, ini);
   WriteLong("Left", o.Left, ini);
   WriteLong("Top", o.Top, ini);
   WriteLong("Width", o.Width, ini);
@@ -91,6 +85,18 @@ void SaveWindowOptions(const WindowOptions& o, const std::string& ini) {
 
 void SaveGraphRatio(double Y_ratio_Graph, const std::string& ini) {
   WriteLong("Y_ratio_Graph", Thousandths(Y_ratio_Graph), ini);
+}
+
+void LoadViewSettings(ViewSettings& view, const std::string& ini) {
+  view.colored = ReadBool("fColored", true, ini);
+  view.Filters = ReadFiltersSetting(ini);
+  view.DefaultPlan = Read("DefaultPlan", "Full profiling", ini);
+}
+
+void SaveViewSettings(const ViewSettings& view, const std::string& ini) {
+  Write("fColored", view.colored ? "True" : "False", ini);
+  Write("Filters", Replace(view.Filters, "\r\n", kLineBreakWord), ini);
+  Write("DefaultPlan", view.DefaultPlan, ini);
 }
 
 }  // namespace zol

@@ -2,13 +2,15 @@
 
 // The main window's settings in section "Profiler" of the settings file: the
 // splitter ratios, the measure and tab last shown, the session list's sort
-// column, the colouring switch, the timing filters, the instrumentation plan
-// and the window's place. Ratios are fractions in memory and thousandths on
-// disk; the window's place is kept in thousandths of the screen's size, so
-// that it survives a change of resolution.
+// column, the last export type and the window's place; beside them, the view
+// settings of that section (colouring, timing filters, instrumentation plan). Ratios are fractions
+// in memory and thousandths on disk; the window's place is kept in thousandths of the screen's
+// size, so that it survives a change of resolution.
 
 #include <cstdint>
 #include <string>
+
+#include "session/view_settings.h"
 
 namespace zol {
 
@@ -19,11 +21,8 @@ struct WindowOptions {
   std::int32_t DisplayInfoType = 0;
   std::int32_t Active_tbsTab = 3;
   std::int32_t Active_lvwSessions_Column = 1;
-  bool fColored = true;
   std::int32_t LastExportFileType = 0;
   std::string HHCompilerPath = "none";
-  std::string Filters;  // entries separated by CR LF
-  std::string DefaultPlan = "Full profiling";
   // Thousandths of the screen's width and height.
   std::int32_t Left = 0;
   std::int32_t Top = 0;
@@ -49,6 +48,12 @@ WindowOptions LoadWindowOptions(const std::string& iniFile, WindowSizeDefault si
 // only the grid's own splitter changes (SaveGraphRatio). Throws FileError.
 void SaveWindowOptions(const WindowOptions& options, const std::string& iniFile);
 void SaveGraphRatio(double Y_ratio_Graph, const std::string& iniFile);
+
+// The view settings kept in the same section: the tree's colouring
+// ("fColored", true by default), the timing filters and the default
+// instrumentation plan. Loading leaves the other fields as they are.
+void LoadViewSettings(ViewSettings& view, const std::string& iniFile);
+void SaveViewSettings(const ViewSettings& view, const std::string& iniFile);
 
 // A ratio kept away from the edges, so that no pane can vanish for good.
 double ClampRatio(double ratio);

@@ -223,7 +223,7 @@ TEST_F(MergeScenarioTest, AProcedureDeadInOneProjectAndAliveInAnotherIsAlive) {
       "dead.pfl", Shape(52));
   const std::int32_t d = Load(dead.log);
   const std::int32_t a = Load(alive.log);
-  ws_.fColored = true;
+  ws_.view.colored = true;
   TickAndOpenMerge({d, a});
   EXPECT_FALSE(ws_.fHomogeneous) << "two instrumentations are two projects";
 

@@ -101,7 +101,7 @@ TEST_F(ProjectTreeTest, ABranchIsAddedOnceAndTakenAwayWhole) {
 }
 
 TEST_F(ProjectTreeTest, ColoursFollowTheMeasureShown) {
-  ws_.fColored = true;
+  ws_.view.colored = true;
   tree_.SelectSession(runs_.one, "", true);
   // Total time: Sum (5e-8) ranks first, then Idle (0.3 s), then Start (0.2 s
   // + 0.1 s, a hair above 0.3 in doubles): 0.001 / 4, 2 / 4 and 3 / 4.
@@ -121,7 +121,7 @@ TEST_F(ProjectTreeTest, ColoursFollowTheMeasureShown) {
   EXPECT_EQ(Node("S1M1P3").BackColor, kTreeWhite) << "no line probes";
   EXPECT_EQ(Node("S1M1P4").BackColor, kTreeBlack) << "dead code never takes a rank colour";
 
-  ws_.fColored = false;
+  ws_.view.colored = false;
   tree_.UpdateColors();
   tree_.Nodes().ForEach([](const TreeNode& n) { EXPECT_EQ(n.BackColor, kTreeWhite) << n.Key; });
   EXPECT_EQ(Node("S1M1P4").ForeColor, kTreeBlack);

@@ -27,7 +27,7 @@ class GroupReportTest : public testing::CatalogueTest {
     ASSERT_EQ(AddSession(*ws_, pane_, spec.file, true), 0);
     ASSERT_TRUE(ws_->SessionGroup(1).Loaded);
     LoadColors(*ws_, true, "");
-    SetFontHTML(*ws_, FixedFontMetrics(), ws_->FontHTML, ws_->FontSizeHTML);
+    SetFontHTML(*ws_, FixedFontMetrics(), ws_->view.FontHTML, ws_->view.FontSizeHTML);
   }
 
   testing::FixtureRun run_;

@@ -18,8 +18,8 @@ TEST(ReportOptions, DefaultsSaveAndLoadBackWithClamps) {
   ReportOptions o = LoadReportOptions(f.ws, ini);
   EXPECT_EQ(o, DefaultReportOptions(f.dir.path()));
   EXPECT_EQ(o.ReportFolder, f.dir / "Reports");
-  EXPECT_EQ(f.ws.OptionsHtml[kReportPageOptions].ColorScheme, 3);
-  EXPECT_EQ(f.ws.OptionsHtml[kReportPageOptions].Column, (std::array<bool, 5>{1, 1, 1, 1, 1}));
+  EXPECT_EQ(f.ws.view.OptionsHtml[kReportPageOptions].ColorScheme, 3);
+  EXPECT_EQ(f.ws.view.OptionsHtml[kReportPageOptions].Column, (std::array<bool, 5>{1, 1, 1, 1, 1}));
 
   o.Scope = ReportScope::AllTickedAndMerged;
   o.DataRequested = {false, true, false};
@@ -27,13 +27,13 @@ TEST(ReportOptions, DefaultsSaveAndLoadBackWithClamps) {
   o.TopItems = 7;
   o.Target = ReportTarget::UserFolder;
   o.ReportFolder = f.dir / "mine";
-  f.ws.OptionsHtml[kReportPageOptions] = {{true, false, true, false, false}, 2};
+  f.ws.view.OptionsHtml[kReportPageOptions] = {{true, false, true, false, false}, 2};
   SaveReportOptions(f.ws, o, ini);
   EXPECT_EQ(VBGetPrivateProfileString("ProfilerReport", "DataRequested0", "", ini), "False");
   EXPECT_EQ(VBGetPrivateProfileString("ProfilerReport", "HTMLProjectColumn2", "", ini), "True");
-  f.ws.OptionsHtml[kReportPageOptions] = {};
+  f.ws.view.OptionsHtml[kReportPageOptions] = {};
   EXPECT_EQ(LoadReportOptions(f.ws, ini), o);
-  EXPECT_EQ(f.ws.OptionsHtml[kReportPageOptions].ColorScheme, 2);
+  EXPECT_EQ(f.ws.view.OptionsHtml[kReportPageOptions].ColorScheme, 2);
 
   VBWritePrivateProfileString("ProfilerReport", "Scope", "7", ini);
   VBWritePrivateProfileString("ProfilerReport", "ReportTarget", "-2", ini);
@@ -45,7 +45,7 @@ TEST(ReportOptions, DefaultsSaveAndLoadBackWithClamps) {
   EXPECT_EQ(clamped.Target, ReportTarget::SessionFolder);
   EXPECT_EQ(clamped.TopItems, 12);
   EXPECT_FALSE(clamped.DoExport);
-  EXPECT_EQ(f.ws.OptionsHtml[kReportPageOptions].ColorScheme, 3);
+  EXPECT_EQ(f.ws.view.OptionsHtml[kReportPageOptions].ColorScheme, 3);
   EXPECT_EQ(TopItemsFromText(" 15 ", 20), 15);
   EXPECT_EQ(TopItemsFromText("0", 20), 1);
   EXPECT_EQ(TopItemsFromText("lots", 20), 20);

@@ -157,7 +157,7 @@ TEST_F(ReportDriverTest, HtmlReportPagesAndContents) {
 }
 
 TEST_F(ReportDriverTest, SourcePagesUseTheReportsColumnsWithoutLinks) {
-  f.ws.OptionsHtml[kReportPageOptions] = {{true, false, false, false, false}, 1};
+  f.ws.view.OptionsHtml[kReportPageOptions] = {{true, false, false, false, false}, 1};
   std::vector<std::string> written;
   const std::string toc =
       MakeSourceCodeReport(f.ws, 1, Measure::Total, f.dir.path(), "SourceTOC1", written);

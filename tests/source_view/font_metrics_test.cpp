@@ -31,19 +31,19 @@ TEST(FontMetrics, ScalableDefault) {
   Workspace ws;
   FixedFontMetrics metrics;
   SetFontHTML(ws, metrics, "Courier New", 10);
-  EXPECT_EQ(ws.LineHeightHTML, 8);
-  EXPECT_EQ(ws.SmallFontSizeHTML, 9);
+  EXPECT_EQ(ws.view.LineHeightHTML, 8);
+  EXPECT_EQ(ws.view.SmallFontSizeHTML, 9);
   SetFontHTML(ws, metrics, "Courier New", 5);
-  EXPECT_EQ(ws.SmallFontSizeHTML, 5);
+  EXPECT_EQ(ws.view.SmallFontSizeHTML, 5);
 }
 
 TEST(FontMetrics, FixedSizesAndFailedMeasure) {
   Workspace ws;
   SizedFont font;
-  ws.FontSizeHTML = 10;
+  ws.view.FontSizeHTML = 10;
   EXPECT_EQ(GetNextSmallerFontHTML(ws, font), 7);  // 9 and 8 still give 10, 7 gives 6
   EXPECT_EQ(GetLineHeightHTML(ws, font), 8);       // 15.5 - 10 + 2 = 7.5, to even
-  ws.FontSizeHTML = 7;
+  ws.view.FontSizeHTML = 7;
   EXPECT_EQ(GetNextSmallerFontHTML(ws, font), 5);  // 6 until 5, the floor
   font.measurable = false;
   EXPECT_EQ(GetLineHeightHTML(ws, font), 5);

@@ -51,47 +51,47 @@ TEST(PageHeader, StyleBetweenMarkersThenBody) {
 TEST(PageFile, LoadFileWritesTheLinkedPageAndShowsIt) {
   PageFixture f;
   f.ws.DisplayInfoType = 4;
-  f.ws.OptionsHtml[4] = HtmlPageOptions{{true, false, false, false, false}, 3};
+  f.ws.view.OptionsHtml[4] = HtmlPageOptions{{true, false, false, false, false}, 3};
   RecordingBrowser browser;
   std::int32_t module = 1;
   std::int32_t procedure = 3;
   ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, browser);
 
-  EXPECT_EQ(f.ws.HtmlFile, f.dir / "code.htm");
-  ASSERT_EQ(browser.shown, std::vector<std::string>{f.ws.HtmlFile});
+  EXPECT_EQ(SourcePageFile(f.ws), f.dir / "code.htm");
+  ASSERT_EQ(browser.shown, std::vector<std::string>{SourcePageFile(f.ws)});
   std::int32_t m = 1;
   std::int32_t p = 3;
   const std::string page =
       BuildSourcePage(f.ws, PageFixture::kSession, m, p, Measure::Coverage, true);
-  EXPECT_EQ(LoadFile(f.ws.HtmlFile), page + "\r\n");
+  EXPECT_EQ(LoadFile(SourcePageFile(f.ws)), page + "\r\n");
   EXPECT_EQ(page.substr(page.size() - 18), "</BODY>\r\n</HTML>\r\n");
   EXPECT_NE(page.find("<A HREF=\"|1|3|6\">"), std::string::npos);
 }
 
 TEST(PageFile, UpdateHtmlChangesOnlyTheStyle) {
   PageFixture f;
-  f.ws.OptionsHtml[0] = HtmlPageOptions{{true, false, true, false, false}, 3};
+  f.ws.view.OptionsHtml[0] = HtmlPageOptions{{true, false, true, false, false}, 3};
   RecordingBrowser browser;
   std::int32_t module = 1;
   std::int32_t procedure = 0;
   ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, browser);
-  const std::string before = LoadFile(f.ws.HtmlFile);
+  const std::string before = LoadFile(SourcePageFile(f.ws));
 
-  f.ws.FontHTML = "Lucida Console";
-  f.ws.FontSizeHTML = 12;
-  f.ws.LineHeightHTML = 9;
-  f.ws.SmallFontSizeHTML = 11;
+  f.ws.view.FontHTML = "Lucida Console";
+  f.ws.view.FontSizeHTML = 12;
+  f.ws.view.LineHeightHTML = 9;
+  f.ws.view.SmallFontSizeHTML = 11;
   UpdateHtml(f.ws, browser);
-  const std::string after = LoadFile(f.ws.HtmlFile);
+  const std::string after = LoadFile(SourcePageFile(f.ws));
   EXPECT_EQ(browser.shown.size(), 2U);
   // The page file gains one line end each time it is written out.
   EXPECT_EQ(after, Replace(before, Crlf(Style("Courier New", 10, 8, 9)),
                            Crlf(Style("Lucida Console", 12, 9, 11))) +
                        "\r\n");
 
-  WriteFile(f.ws.HtmlFile, "<HTML><!-- BEGIN STYLE --></HTML>");
+  WriteFile(SourcePageFile(f.ws), "<HTML><!-- BEGIN STYLE --></HTML>");
   UpdateHtml(f.ws, browser);
-  EXPECT_EQ(LoadFile(f.ws.HtmlFile), "<HTML><!-- BEGIN STYLE --></HTML>");
+  EXPECT_EQ(LoadFile(SourcePageFile(f.ws)), "<HTML><!-- BEGIN STYLE --></HTML>");
   EXPECT_EQ(browser.shown.size(), 2U);
 }
 

@@ -66,7 +66,7 @@ class ScannedPages : public ::testing::TestWithParam<std::uint32_t> {
     ASSERT_GT(cs, 0);
     ASSERT_TRUE(LoadSession(ws, cs));
     LoadColors(ws, true, "");
-    ws.OptionsHtml[0] = HtmlPageOptions{{true, false, true, false, false}, 3};
+    ws.view.OptionsHtml[0] = HtmlPageOptions{{true, false, true, false, false}, 3};
   }
   std::string Page(std::int32_t module, std::int32_t procedure) {
     return GetHtmlCode(ws, cs, module, procedure, 0, Measure::Total, true);

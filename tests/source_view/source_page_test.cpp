@@ -41,7 +41,7 @@ class SourcePage : public ::testing::Test {
                        MeasureFromIndex(measure), links);
   }
   void Options(std::int32_t measure, std::array<bool, 5> columns, std::int32_t scheme) {
-    f.ws.OptionsHtml[static_cast<std::size_t>(measure)] = HtmlPageOptions{columns, scheme};
+    f.ws.view.OptionsHtml[static_cast<std::size_t>(measure)] = HtmlPageOptions{columns, scheme};
   }
   PageFixture f;
 };

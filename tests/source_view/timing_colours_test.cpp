@@ -20,19 +20,19 @@ TEST(TimingColours, LoadFromSettingsFallsBackOnDefaults) {
   const std::string ini = dir / "Zolmark.ini";
   Workspace ws;
   LoadColors(ws, false, ini);  // no file at all
-  EXPECT_EQ(ws.ColorsHtml[0], "808080");
-  EXPECT_EQ(ws.ColorsHtml[7], "AFAF00");
-  EXPECT_EQ(ws.ColorsHtml[11], "FF0000");
+  EXPECT_EQ(ws.view.ColorsHtml[0], "808080");
+  EXPECT_EQ(ws.view.ColorsHtml[7], "AFAF00");
+  EXPECT_EQ(ws.view.ColorsHtml[11], "FF0000");
 
-  ws.Colors[3] = 0x00123456;
+  ws.view.Colors[3] = 0x00123456;
   SaveColors(ws, ini);
   VBWritePrivateProfileString("Profiler", "Colors5", "not a colour", ini);
   Workspace again;
   LoadColors(again, false, ini);
-  EXPECT_EQ(again.ColorsHtml[3], "563412");
-  EXPECT_EQ(again.ColorsHtml[4], "000000");
+  EXPECT_EQ(again.view.ColorsHtml[3], "563412");
+  EXPECT_EQ(again.view.ColorsHtml[4], "000000");
   LoadColors(again, true, ini);
-  EXPECT_EQ(again.ColorsHtml[3], "008000");
+  EXPECT_EQ(again.view.ColorsHtml[3], "008000");
 }
 
 // A session whose 100 lines are all hit, so that a line's rank is its

@@ -31,17 +31,17 @@ TEST(HtmlOptions, DefaultsAndSettingsRoundTrip) {
   const std::string ini = dir / "Zolmark.ini";
   Workspace ws;
   LoadOptionsHtml(ws, ini);
-  EXPECT_EQ(ws.OptionsHtml[0].Column, (std::array<bool, 5>{true, false, true, false, false}));
-  EXPECT_EQ(ws.OptionsHtml[3].Column, (std::array<bool, 5>{true, false, false, true, false}));
-  EXPECT_EQ(ws.OptionsHtml[4].Column, (std::array<bool, 5>{true, false, false, false, false}));
-  EXPECT_EQ(ws.OptionsHtml[1].ColorScheme, 3);
+  EXPECT_EQ(ws.view.OptionsHtml[0].Column, (std::array<bool, 5>{true, false, true, false, false}));
+  EXPECT_EQ(ws.view.OptionsHtml[3].Column, (std::array<bool, 5>{true, false, false, true, false}));
+  EXPECT_EQ(ws.view.OptionsHtml[4].Column, (std::array<bool, 5>{true, false, false, false, false}));
+  EXPECT_EQ(ws.view.OptionsHtml[1].ColorScheme, 3);
 
-  ws.OptionsHtml[2] = HtmlPageOptions{{false, true, false, false, true}, 2};
+  ws.view.OptionsHtml[2] = HtmlPageOptions{{false, true, false, false, true}, 2};
   SaveOptionsHtml(ws, ini);
   Workspace again;
   LoadOptionsHtml(again, ini);
-  EXPECT_EQ(again.OptionsHtml[2].Column, ws.OptionsHtml[2].Column);
-  EXPECT_EQ(again.OptionsHtml[2].ColorScheme, 2);
+  EXPECT_EQ(again.view.OptionsHtml[2].Column, ws.view.OptionsHtml[2].Column);
+  EXPECT_EQ(again.view.OptionsHtml[2].ColorScheme, 2);
 }
 
 TEST(ViewState, ReloadOnlyOnChangeAndUnavailableSelections) {

@@ -169,7 +169,7 @@ TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
 TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
   w.window->SelectScopeTab(5);
-  const std::string file = w.ws->HtmlFile;
+  const std::string file = SourcePageFile(*w.ws);
   ASSERT_TRUE(FileExist(file));
   const std::string bytes = LoadFile(file);
   EXPECT_NE(bytes.find("bgcolor=DDDDDD"), std::string::npos);

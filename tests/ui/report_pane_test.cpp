@@ -75,14 +75,14 @@ TEST(ReportPane, ChoicesAreKeptAndSavedWithTheWindow) {
   EXPECT_FALSE(pane->Options().DataRequested[kDataChildren]);
   EXPECT_EQ(pane->Options().TopItems, 7);
   EXPECT_EQ(pane->Options().Target, ReportTarget::TempFolder);
-  EXPECT_FALSE(w.ws->OptionsHtml[kReportPageOptions].Column[0]);
-  EXPECT_EQ(w.ws->OptionsHtml[kReportPageOptions].ColorScheme, 1);
+  EXPECT_FALSE(w.ws->view.OptionsHtml[kReportPageOptions].Column[0]);
+  EXPECT_EQ(w.ws->view.OptionsHtml[kReportPageOptions].ColorScheme, 1);
 
   w.window->SaveOptions();
   Workspace other;
   const ReportOptions saved = LoadReportOptions(other, GetIniFile(w.ws->appFolder));
   EXPECT_EQ(saved, pane->Options());
-  EXPECT_EQ(other.OptionsHtml[kReportPageOptions].ColorScheme, 1);
+  EXPECT_EQ(other.view.OptionsHtml[kReportPageOptions].ColorScheme, 1);
 }
 
 TEST(ReportPane, GoWritesTheReportAndOpensIt) {

@@ -143,7 +143,7 @@ TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   };
   const double before = timeOf("mLines.Add item");
   ASSERT_GT(before, 0.01);
-  w.ws->Filters = "mLines.Add";
+  w.ws->view.Filters = "mLines.Add";
   MessageBoxCatcher yes(QMessageBox::Yes);
   w.window->toolbar()->Button("FILTERS")->trigger();
   ASSERT_FALSE(yes.texts.empty());

@@ -24,14 +24,17 @@ TEST(WindowOptions, DefaultsWhenTheSettingsHoldNothing) {
   EXPECT_EQ(o.DisplayInfoType, 0);
   EXPECT_EQ(o.Active_tbsTab, 3);
   EXPECT_EQ(o.Active_lvwSessions_Column, 1);
-  EXPECT_TRUE(o.fColored);
   EXPECT_EQ(o.HHCompilerPath, "none");
-  EXPECT_EQ(o.Filters, "MsgBox\r\nInputBox");
-  EXPECT_EQ(o.DefaultPlan, "Full profiling");
   EXPECT_EQ(o.Left, 0);
   EXPECT_EQ(o.Width, 640);
   EXPECT_EQ(o.Height, 480);
   EXPECT_EQ(o.WindowState, 0);
+
+  ViewSettings view;
+  LoadViewSettings(view, dir / "Zolmark.ini");
+  EXPECT_TRUE(view.colored);
+  EXPECT_EQ(view.Filters, "MsgBox\r\nInputBox");
+  EXPECT_EQ(view.DefaultPlan, "Full profiling");
 }
 
 TEST(WindowOptions, RatiosAreThousandthsAndLineBreaksAWordOnDisk) {
@@ -40,11 +43,13 @@ TEST(WindowOptions, RatiosAreThousandthsAndLineBreaksAWordOnDisk) {
   WindowOptions o;
   o.X_ratio = 0.3;
   o.Y_ratio = 0.625;
-  o.Filters = "MsgBox\r\nDoEvents\r\nSleep";
-  o.fColored = false;
   o.Active_tbsTab = 5;
   o.Width = 812;
   SaveWindowOptions(o, ini);
+  ViewSettings view;
+  view.Filters = "MsgBox\r\nDoEvents\r\nSleep";
+  view.colored = false;
+  SaveViewSettings(view, ini);
   EXPECT_EQ(Key("X_ratio", ini), "300");
   EXPECT_EQ(Key("Y_ratio", ini), "625");
   EXPECT_EQ(Key("Filters", ini), "MsgBox<vbCrLf>DoEvents<vbCrLf>Sleep");
@@ -55,10 +60,12 @@ TEST(WindowOptions, RatiosAreThousandthsAndLineBreaksAWordOnDisk) {
   const WindowOptions back = LoadWindowOptions(ini);
   EXPECT_DOUBLE_EQ(back.X_ratio, 0.3);
   EXPECT_DOUBLE_EQ(back.Y_ratio, 0.625);
-  EXPECT_EQ(back.Filters, o.Filters);
-  EXPECT_FALSE(back.fColored);
   EXPECT_EQ(back.Active_tbsTab, 5);
   EXPECT_EQ(back.Width, 812);
+  ViewSettings viewBack;
+  LoadViewSettings(viewBack, ini);
+  EXPECT_EQ(viewBack.Filters, view.Filters);
+  EXPECT_FALSE(viewBack.colored);
 
   SaveGraphRatio(0.4, ini);
   EXPECT_EQ(Key("Y_ratio_Graph", ini), "400");
@@ -75,8 +82,10 @@ TEST(WindowOptions, DamagedValuesFallBackAndRatiosStayInside) {
   // A pane pushed against the edge would be lost for good.
   EXPECT_LT(o.Y_ratio, 1.0);
   EXPECT_EQ(o.DisplayInfoType, 4);
-  EXPECT_TRUE(o.fColored);
   EXPECT_EQ(o.WindowState, 2);
+  ViewSettings view;
+  LoadViewSettings(view, ini);
+  EXPECT_TRUE(view.colored);
 }
 
 }  // namespace

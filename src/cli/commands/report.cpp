@@ -131,7 +131,7 @@ int Run(const ReportArgs& args) {
   zol::Workspace& ws = ticked.ws();
   zol::LoadColors(ws, false);
   zol::LoadOptionsHtml(ws);
-  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.FontHTML, ws.FontSizeHTML);
+  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.view.FontHTML, ws.view.FontSizeHTML);
   zol::ReportRequest request;
   request.options = zol::LoadReportOptions(ws, zol::GetIniFile(ws.appFolder));
   if (!ApplyArgs(request.options, args)) return 1;

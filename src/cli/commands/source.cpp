@@ -58,7 +58,7 @@ std::optional<std::array<bool, 5>> ParseColumns(const std::string& text) {
 }
 
 bool ApplyOptions(zol::Workspace& ws, const SourceArgs& args, std::int32_t measure) {
-  zol::HtmlPageOptions& o = ws.OptionsHtml[static_cast<std::size_t>(measure)];
+  zol::HtmlPageOptions& o = ws.view.OptionsHtml[static_cast<std::size_t>(measure)];
   if (!args.columns.empty()) {
     const auto flags = ParseColumns(args.columns);
     if (!flags) {
@@ -81,7 +81,7 @@ int Run(const SourceArgs& args) {
   zol::LoadOptionsHtml(ws);
   const std::int32_t measure = zol::IndexOf(args.measure);
   if (!ApplyOptions(ws, args, measure)) return 1;
-  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.FontHTML, ws.FontSizeHTML);
+  zol::SetFontHTML(ws, zol::FixedFontMetrics(), ws.view.FontHTML, ws.view.FontSizeHTML);
 
   zol::cli::OpenOptions options = args.options;
   options.readOnly = true;

@@ -56,7 +56,7 @@ void Setup(CLI::App& app) {
   cmd->callback([args] {
     zol::cli::TickedSessions ticked;
     zol::Workspace& ws = ticked.ws();
-    ws.fColored = args->colored;
+    ws.view.colored = args->colored;
     ws.DisplayInfoType = zol::IndexOf(args->measure);
     if (!ticked.Tick(args->files)) {
       zol::cli::SetExitCode(1);
