@@ -230,15 +230,10 @@ void DumpWorkspace(const Workspace& ws) {
   const std::string_view w = "Workspace";
   Field(w, "appFolder", ws.appFolder, 0);
   Field(w, "abort", ws.abort, 0);
-  Field(w, "fDuringLoad", ws.fDuringLoad, 0);
-  Field(w, "DefaultPlan", ws.DefaultPlan, 0);
+  Field(w, "view.DefaultPlan", ws.view.DefaultPlan, 0);
   Field(w, "DisplayInfoType", ws.DisplayInfoType, 0);
   Field(w, "Active_tbsTab", ws.Active_tbsTab, 0);
-  Field(w, "Active_lvwSessions_Column", ws.Active_lvwSessions_Column, 0);
-  Field(w, "fColored", ws.fColored, 0);
-  Field(w, "fRtfMode", ws.fRtfMode, 0);
-  Field(w, "HtmlFile", ws.HtmlFile, 0);
-  Field(w, "LastExportFileType", ws.LastExportFileType, 0);
+  Field(w, "view.colored", ws.view.colored, 0);
   Field(w, "cs", ws.cs, 0);
   Field(w, "nSession", ws.nSession, 0);
   Field(w, "fHomogeneous", ws.fHomogeneous, 0);
@@ -248,14 +243,9 @@ void DumpWorkspace(const Workspace& ws) {
   Field(w, "cMod", ws.cMod, 0);
   Field(w, "cPro", ws.cPro, 0);
   Field(w, "cLine", ws.cLine, 0);
-  Field(w, "cModTmp", ws.cModTmp, 0);
-  Field(w, "cProTmp", ws.cProTmp, 0);
-  Field(w, "cLineTmp", ws.cLineTmp, 0);
-  Field(w, "retListProc", ws.retListProc, 0);
-  Field(w, "Filters", ws.Filters, 0);
+  Field(w, "view.Filters", ws.view.Filters, 0);
   Field(w, "PerformanceFrequency", ws.PerformanceFrequency, 0);
   Field(w, "TraceOverhead", ws.TraceOverhead, 0);
-  Field(w, "SessionTime", ws.SessionTime, 0);
   Field(w, "nProject", ws.nProject, 0);
   Field(w, "cp", ws.cp, 0);
   Field(w, "LinesNumber", ws.LinesNumber, 0);
@@ -263,8 +253,8 @@ void DumpWorkspace(const Workspace& ws) {
   Field(w, "ModulesNumber", ws.ModulesNumber, 0);
   Field(w, "RtfPath", ws.RtfPath, 0);
   Field(w, "RtfFile", ws.RtfFile, 0);
-  Field(w, "FontHTML", ws.FontHTML, 0);
-  Field(w, "FontSizeHTML", ws.FontSizeHTML, 0);
+  Field(w, "view.FontHTML", ws.view.FontHTML, 0);
+  Field(w, "view.FontSizeHTML", ws.view.FontSizeHTML, 0);
   // The counts say how many entries of each table are in use; an entry they
   // name that the table doesn't hold is a fault worth seeing in the dump.
   auto table = [&](const char* name, const auto& array, std::int32_t count) {

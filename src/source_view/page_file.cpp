@@ -36,8 +36,7 @@ void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
                     std::int32_t& procedure, PageBrowser& browser) {
   const std::string file = SourcePageFile(ws);
   CConcatString cc;
-  WriteSourcePage(cc, ws, session, module, procedure, MeasureFromIndex(ws.DisplayInfoType),
-                  true);
+  WriteSourcePage(cc, ws, session, module, procedure, MeasureFromIndex(ws.DisplayInfoType), true);
   HtmlOutputTofile(cc, file);
   browser.Navigate(file);
 }
