@@ -102,47 +102,6 @@ bool zolDumpArrayHead(std::string_view name, const ArrayShape& shape, std::strin
   return true;
 }
 
-void DumpRecord(std::string_view n, const ModuleValue& v, int level) {
-  Field(n, "IsProfiled", v.IsProfiled, level);
-  Field(n, "IsCovered", v.IsCovered, level);
-  Field(n, "HitLines", v.HitLines, level);
-  Field(n, "TotalLines", v.TotalLines, level);
-  Field(n, "LineCoverage", v.LineCoverage, level);
-  Field(n, "HitProcedures", v.HitProcedures, level);
-  Field(n, "TotalProcedures", v.TotalProcedures, level);
-  Field(n, "ProcedureCoverage", v.ProcedureCoverage, level);
-  Field(n, "TotalTime", v.TotalTime, level);
-  Field(n, "CriticalHitLines", v.CriticalHitLines, level);
-  Field(n, "CriticalTotalLines", v.CriticalTotalLines, level);
-  Field(n, "TotalTimingRank", v.TotalTimingRank, level);
-  Field(n, "CoverageRank", v.CoverageRank, level);
-}
-
-void DumpRecord(std::string_view n, const ProcedureValue& v, int level) {
-  Field(n, "IsProfiled", v.IsProfiled, level);
-  Field(n, "IsCovered", v.IsCovered, level);
-  Field(n, "Hits", v.Hits, level);
-  Field(n, "HitLines", v.HitLines, level);
-  Field(n, "TotalLines", v.TotalLines, level);
-  Field(n, "Coverage", v.Coverage, level);
-  Field(n, "TotalTime", v.TotalTime, level);
-  Field(n, "AverageTime", v.AverageTime, level);
-  Field(n, "ChildTotalTime", v.ChildTotalTime, level);
-  Field(n, "ChildAverageTime", v.ChildAverageTime, level);
-  Field(n, "TotalTimingRank", v.TotalTimingRank, level);
-  Field(n, "AverageTimingRank", v.AverageTimingRank, level);
-  Field(n, "ChildTotalTimingRank", v.ChildTotalTimingRank, level);
-  Field(n, "ChildAverageTimingRank", v.ChildAverageTimingRank, level);
-  Field(n, "CoverageRank", v.CoverageRank, level);
-}
-
-void DumpRecord(std::string_view n, const FlowPair& v, int level) {
-  Field(n, "FromProc", v.FromProc, level);
-  Field(n, "ToProc", v.ToProc, level);
-  Field(n, "Hits", v.Hits, level);
-  Field(n, "ChildTime", v.ChildTime, level);
-}
-
 void DumpRecord(std::string_view n, const Session& v, int level) {
   Field(n, "Name", v.Name, level);
   Field(n, "SessionFile", v.SessionFile, level);

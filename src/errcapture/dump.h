@@ -12,6 +12,7 @@
 #include <type_traits>
 
 #include "errcapture/value_text.h"
+#include "session/record_fields.h"
 #include "session/records.h"
 
 namespace zol {
@@ -58,9 +59,8 @@ bool zolDumpArrayHead(std::string_view name, const ArrayShape& shape, std::strin
 // The records, field by field ("name.Field"). The big per-line tables
 // (CodeLine, RTFLine, CodeLineValue and the line ranks) are left out: a
 // report of a large project would be mostly those.
-void DumpRecord(std::string_view name, const ModuleValue& v, int level);
-void DumpRecord(std::string_view name, const ProcedureValue& v, int level);
-void DumpRecord(std::string_view name, const FlowPair& v, int level);
+template <ValueRecord R>
+void DumpRecord(std::string_view name, const R& v, int level);
 void DumpRecord(std::string_view name, const Session& v, int level);
 void DumpRecord(std::string_view name, const SessionGroup& v, int level);
 void DumpRecord(std::string_view name, const Module& v, int level);
@@ -72,6 +72,15 @@ void DumpRecord(std::string_view name, const Project& v, int level);
 void DumpWorkspace(const Workspace& ws);
 
 // --- templates ---
+
+// The value records walk the same field list as their file image, so a field
+// added to a record shows in the dump without a second list to keep.
+template <ValueRecord R>
+void DumpRecord(std::string_view name, const R& v, int level) {
+  VisitFields(v, [&](std::string_view field, const auto& value) {
+    zolDumpVariable(std::string(name) + "." + std::string(field), value, level);
+  });
+}
 
 std::string DumpIndent(int level);
 std::string DumpCut(std::string_view text);

@@ -5,6 +5,7 @@
 
 #include "base/files.h"
 #include "base/scoped_temp_dir.h"
+#include "errcapture/dump.h"
 #include "errcapture/trace.h"
 #include "errcapture/value_text.h"
 
@@ -80,6 +81,24 @@ TEST_F(TraceTest, TheFirstUnwoundProcedureNamesTheFaultAndKeepsTheStackOfThatMom
   EXPECT_EQ(f.stack, "Export.WriteCsv\r\n\tMainWindow.exportGrid\r\n");
   EXPECT_FALSE(TakeFault().found);  // taken once
   EXPECT_EQ(zolTraceCallsNumber(), 0);
+}
+
+// A value record is dumped from the same field list as its file image: every
+// field, in image order, with its type.
+TEST_F(TraceTest, ValueRecordsAreDumpedFieldByFieldInImageOrder) {
+  Start(false);
+  const std::string file = dir_.path() + "/dump.txt";
+  zolSetDumpFile(file);
+  FlowPair pair;
+  pair.FromProc = 3;
+  pair.ToProc = 7;
+  pair.Hits = 2;
+  pair.ChildTime = 0.5;
+  DumpRecord("Pair", pair, 1);
+  zolCloseDumpFile();
+  EXPECT_EQ(LoadFile(file),
+            "\tPair.FromProc = 3 (Long)\r\n\tPair.ToProc = 7 (Long)\r\n\tPair.Hits = 2 "
+            "(Long)\r\n\tPair.ChildTime = 0.5 (Double)\r\n");
 }
 
 TEST(ValueText, ArgumentTextsOfArraysAndScalars) {
