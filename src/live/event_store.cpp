@@ -79,8 +79,13 @@ void EventStore::CheckMessage(const LiveMessage& m) const {
                              std::to_string(kMaxProfilerID) + ")");
       }
       // The row of the list shows the title: a title without its end is a
-      // broken record.
-      GetStringAPI(m.pds.Title);
+      // broken record, refused like any other bad message so that the sender
+      // is told and the receiver goes on.
+      try {
+        GetStringAPI(m.pds.Title);
+      } catch (const PdsTextError& e) {
+        throw LiveInputError(e.what());
+      }
       return;
     case LiveMsg::Line:
       return CheckThread(m.wParam, "a line message");

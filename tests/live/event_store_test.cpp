@@ -159,6 +159,11 @@ TEST(EventStore, MessagesItCantTakeLeaveItUnchanged) {
   EXPECT_EQ(store.IndexOverhead, 3);
   // A registration beyond what an event can carry.
   EXPECT_THROW(store.Handle(RegisterMsg(MakePds(kMaxProfilerID + 1, "Big"))), LiveInputError);
+  // A registration whose title has no end: refused as bad input, not a fault
+  // that would end the receiver.
+  Pds endless = MakePds(2, "Endless");
+  endless.Title.fill(0x41);
+  EXPECT_THROW(store.Handle(RegisterMsg(endless)), LiveInputError);
   EXPECT_EQ(store.nThread, 1);
 }
 
