@@ -3,6 +3,10 @@
 # runs each for a bounded time: scripts/fuzz.sh [TARGET...]
 #
 #   ZOLMARK_FUZZ_SECONDS   run time of each target (60 by default; longer by hand)
+#   ZOLMARK_FUZZ_SEED      libFuzzer's seed (1 by default, so that a test run
+#                          walks the same inputs each time and a finding shows
+#                          up again when repeated; 0 picks a new one, for runs
+#                          by hand that look further)
 #
 # Targets: pfl session_file project ini recording receiver (all by default).
 # The corpus of each grows in build/fuzz/corpus/<target> from run to run,
@@ -13,6 +17,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 seconds="${ZOLMARK_FUZZ_SECONDS:-60}"
+seed="${ZOLMARK_FUZZ_SEED:-1}"
 if (($# > 0)); then
   targets=("$@")
 else
@@ -40,7 +45,7 @@ for t in "${targets[@]}"; do
   # The scratch files of the targets go to a folder of this run.
   scratch="$(mktemp -d)"
   TMPDIR="$scratch" ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
-    "build/fuzz/fuzz/fuzz_$t" -max_total_time="$seconds" -timeout=30 -rss_limit_mb=2048 \
+    "build/fuzz/fuzz/fuzz_$t" -max_total_time="$seconds" -seed="$seed" -timeout=30 -rss_limit_mb=2048 \
     -print_final_stats=1 -artifact_prefix="$findings/" "$corpus" "build/fuzz/seeds/$t" \
     >"$log" 2>&1 || status=$?
   rm -rf "$scratch"
