@@ -31,15 +31,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <map>
 #include <string>
 #include <vector>
 
+#include "big_run.h"
 #include "grid/table.h"
 #include "project/project_info.h"
-#include "support/fixture_run.h"
-#include "support/instrumenter.h"
 #include "ui/grid_page.h"
 #include "ui/grid_view.h"
 #include "ui/main_window.h"
@@ -50,8 +48,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 namespace fs = std::filesystem;
 
-constexpr int kProceduresPerModule = 50;
-constexpr int kStatementsPerProcedure = 20;
+using zol::bench::kStatementsPerProcedure;
+using zol::bench::Milliseconds;
 
 struct Options {
   std::vector<int> sizes;
@@ -79,67 +77,13 @@ Options ParseOptions(int argc, char** argv) {
   return o;
 }
 
-void Write(const fs::path& file, const std::string& text) {
-  fs::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << text;
-}
-
-// The original project: plain modules of plain procedures.
-std::string WriteOriginalProject(const fs::path& folder, int lines) {
-  const int procedures = (lines + kStatementsPerProcedure - 1) / kStatementsPerProcedure;
-  const int modules = (procedures + kProceduresPerModule - 1) / kProceduresPerModule;
-  std::string vbp = "Type=Exe\r\n";
-  for (int m = 1; m <= modules; ++m) {
-    const std::string name = "Mod" + std::to_string(m);
-    vbp += "Module=" + name + "; " + name + ".bas\r\n";
-    std::string bas = "Attribute VB_Name = \"" + name + "\"\r\nOption Explicit\r\n\r\n";
-    for (int p = 1; p <= kProceduresPerModule; ++p) {
-      bas += "Public Sub Work" + std::to_string(m) + "_" + std::to_string(p) +
-             "(ByVal n As Long)\r\n    Dim total As Long\r\n";
-      for (int s = 1; s <= kStatementsPerProcedure - 2; ++s) {
-        bas += "    total = total + n * " + std::to_string(s) + "\r\n";
-      }
-      bas += "    Debug.Assert total >= 0\r\nEnd Sub\r\n\r\n";
-    }
-    Write(folder / (name + ".bas"), bas);
-  }
-  vbp += "Name=\"Big\"\r\nMajorVer=1\r\nMinorVer=0\r\nRevisionVer=0\r\n";
-  Write(folder / "Big.vbp", vbp);
-  return (folder / "Big.vbp").string();
-}
-
-// The instrumented project and a log of a run of it, made once per size.
+// The project and its run, made once per size.
 std::string PrepareLog(const Options& o) {
-  const fs::path root = fs::absolute(fs::path(o.dir) / ("tabswitch-" + std::to_string(o.lines)));
-  const fs::path log = root / "instrumented" / "Run.pfl";
-  const fs::path keep = root / "Run.pfl.keep";
-  if (!fs::exists(keep)) {
-    std::fprintf(stderr, "writing the project and its run into %s ...\n", root.c_str());
-    fs::remove_all(root);
-    const std::string original = WriteOriginalProject(root / "original", o.lines);
-    const std::string vbp = (root / "instrumented" / "Big.vbp").string();
-    zol::fixture::InstrumentProject(original, vbp);
-    zol::Project project = zol::testing::ScanFixtureProject(vbp, (root / "scan").string());
-    project.ProjectFile = "C:\\Runs\\Big.vbp";
-    zol::testing::SimulatedLogShape shape;
-    // Five events a line are enough for nearly every procedure of the larger
-    // projects to run several times; the smaller keep their two million.
-    shape.run.probes = std::max<std::int64_t>(2'000'000, o.lines * 5LL);
-    // Shallow calls, so that the run keeps starting afresh in procedures
-    // drawn anywhere in the project and nearly every line runs.
-    shape.run.callChance = 0.01;
-    shape.run.callDepth = 2;
-    shape.run.diveChance = 0;
-    zol::testing::WriteSimulatedLog(keep.string(), project, shape);
-  }
-  // A load turns the log into a session file: each run starts from the log.
-  fs::remove(root / "instrumented" / "Run.pfd");
-  fs::copy_file(keep, log, fs::copy_options::overwrite_existing);
-  return log.string();
-}
-
-double Milliseconds(Clock::time_point since) {
-  return std::chrono::duration<double, std::milli>(Clock::now() - since).count();
+  // Five events a line are enough for nearly every procedure of the larger
+  // projects to run several times; the smaller keep their two million.
+  return zol::bench::PrepareBigRunLog(
+      fs::absolute(fs::path(o.dir) / ("tabswitch-" + std::to_string(o.lines))), o.lines,
+      std::max<std::int64_t>(2'000'000, o.lines * 5LL));
 }
 
 // The largest resident size of this process so far, in MB.
