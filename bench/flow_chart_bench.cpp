@@ -126,8 +126,8 @@ int main(int argc, char** argv) {
     auto t0 = Clock::now();
     zol::FlowGraph graph = zol::BuildFlowGraph(ws, sel, {});
     graphMs += Ms(t0);
-    nodes = static_cast<std::size_t>(graph.nNodes());
-    links = static_cast<std::size_t>(graph.nLinks());
+    nodes = static_cast<std::size_t>(graph.NodeCount());
+    links = static_cast<std::size_t>(graph.LinkCount());
 
     zol::ArialMetrics arial;
 #if FLOW_BENCH_QT

@@ -105,7 +105,7 @@ std::string OnOneLine(const std::string& value) {
 std::vector<std::vector<std::int32_t>> Columns(const FlowGraph& graph, const ChartLayout& layout) {
   std::vector<std::vector<std::int32_t>> columns(
       static_cast<std::size_t>(layout.MaxDepth - layout.MinDepth + 1));
-  for (std::int32_t i = 1; i <= graph.nNodes(); ++i) {
+  for (std::int32_t i = 1; i <= graph.NodeCount(); ++i) {
     const FlowNode& n = graph.Nodes(i);
     columns[static_cast<std::size_t>(n.Depth - layout.MinDepth)].push_back(i);
   }
@@ -129,7 +129,7 @@ class ChartPainter {
         layout_(layout),
         session_(ws.Session(graph.Session)),
         project_(ws.Project(session_.Project)) {
-    for (std::int32_t i = 1; i <= graph_.nNodes(); ++i) nodeIndex_.emplace(graph_.Nodes(i).key, i);
+    for (std::int32_t i = 1; i <= graph_.NodeCount(); ++i) nodeIndex_.emplace(graph_.Nodes(i).key, i);
   }
 
   void Paint() {
@@ -376,7 +376,7 @@ ChartLayout LayOutChart(FlowGraph& graph, const FlowOptions& options, FlowCanvas
     for (;;) {
       std::int32_t best = 0;
       double bestValue = -99999999;
-      for (std::int32_t i = 1; i <= graph.nNodes(); ++i) {
+      for (std::int32_t i = 1; i <= graph.NodeCount(); ++i) {
         const FlowNode& n = graph.Nodes(i);
         if (n.Depth == depth && n.w == 0 && n.SortValue > bestValue) {
           best = i;
@@ -436,7 +436,7 @@ void DrawArrow(FlowCanvas& canvas, double x1, double y1, double x2, double y2, d
 }
 
 std::int32_t NodeAt(const FlowGraph& graph, int x, int y) {
-  for (std::int32_t i = 1; i <= graph.nNodes(); ++i) {
+  for (std::int32_t i = 1; i <= graph.NodeCount(); ++i) {
     const FlowNode& n = graph.Nodes(i);
     if (n.w > 0 && x >= n.x && x < n.x + n.w && y >= n.Y && y < n.Y + n.h) return i;
   }

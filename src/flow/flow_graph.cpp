@@ -69,7 +69,7 @@ class GraphBuilder {
     const std::string key = NodeKey(depth, procedure);
     std::int32_t& index = nodeIndex_[key];
     if (index == 0) {
-      index = graph_.nNodes() + 1;
+      index = graph_.NodeCount() + 1;
       graph_.Nodes.ReDimPreserve(index);
     }
     FlowNode& n = graph_.Nodes(index);
@@ -102,7 +102,7 @@ class GraphBuilder {
     const std::string key = LinkKey(depth, from, to);
     std::int32_t& index = linkIndex_[key];
     if (index == 0) {
-      index = graph_.nLinks() + 1;
+      index = graph_.LinkCount() + 1;
       graph_.Links.ReDimPreserve(index);
     }
     FlowLink& l = graph_.Links(index);
@@ -229,7 +229,7 @@ class GraphBuilder {
 }  // namespace
 
 std::int32_t FlowGraph::GetNode(const std::string& key) const {
-  for (std::int32_t i = 1; i <= nNodes(); ++i) {
+  for (std::int32_t i = 1; i <= NodeCount(); ++i) {
     if (Nodes(i).key == key) return i;
   }
   return 0;

@@ -67,12 +67,12 @@ struct FlowGraph {
   std::int32_t MaxDepth = 0;
   std::string Message;  // empty, or one of the texts above
 
-  std::int32_t nNodes() const { return Nodes.Count(); }
-  std::int32_t nLinks() const { return Links.Count(); }
+  std::int32_t NodeCount() const { return Nodes.Count(); }
+  std::int32_t LinkCount() const { return Links.Count(); }
   // The index of the node with that key, 0 when none.
   std::int32_t GetNode(const std::string& key) const;
   // Something to draw: at least one node.
-  bool HasChart() const { return nNodes() > 0; }
+  bool HasChart() const { return NodeCount() > 0; }
 };
 
 // Columns to walk on each side; 0 means automatic (99), the settings keep 0 to 5.

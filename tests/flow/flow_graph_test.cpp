@@ -36,7 +36,7 @@ FlowSession CallerChain() {
 TEST(FlowGraphWalk, AutomaticDepthFollowsAChainOfTwelveCallersAndEndsOneColumnOut) {
   FlowSession f = CallerChain();
   const FlowGraph g = BuildFlowGraph(f.ws, f.Select(1, 1), {});
-  ASSERT_EQ(g.nNodes(), 13);
+  ASSERT_EQ(g.NodeCount(), 13);
   EXPECT_EQ(g.Nodes(1).key, "D0P1");
   for (std::int32_t d = 1; d <= 12; ++d) {
     EXPECT_EQ(g.Nodes(d + 1).key, "D-" + std::to_string(d) + "P" + std::to_string(d + 1));
@@ -48,7 +48,7 @@ TEST(FlowGraphWalk, AutomaticDepthFollowsAChainOfTwelveCallersAndEndsOneColumnOu
   EXPECT_EQ(g.MinDepth, -13);
   EXPECT_EQ(g.MaxDepth, 1);
   for (const FlowNode& n : g.Nodes) EXPECT_EQ(n.OtherHits, 0) << n.key;
-  ASSERT_EQ(g.nLinks(), 12);
+  ASSERT_EQ(g.LinkCount(), 12);
   EXPECT_EQ(g.Links(1).key, "D-1FD-1P2TD0P1");
   EXPECT_EQ(g.Links(1).FromNode, "D-1P2");
   EXPECT_EQ(g.Links(1).ToNode, "D0P1");
@@ -62,7 +62,7 @@ TEST(FlowGraphWalk, AutomaticDepthFollowsAChainOfTwelveCallersAndEndsOneColumnOu
 TEST(FlowGraphWalk, ADepthSettingStopsTheWalkAndTheOuterColumnCountsWhatLiesBeyond) {
   FlowSession f = CallerChain();
   const FlowGraph g = BuildFlowGraph(f.ws, f.Select(1, 1), {3, 2});
-  EXPECT_EQ(g.nNodes(), 4);
+  EXPECT_EQ(g.NodeCount(), 4);
   EXPECT_EQ(g.MinDepth, -3);
   EXPECT_EQ(g.MaxDepth, 1);
   // D-3P4 is called by procedure 5 with 4 hits and 0.4 s.
@@ -77,7 +77,7 @@ TEST(FlowGraphWalk, AColumnOfElevenCallersIsDrawnAndEndsTheWalk) {
   for (std::int32_t p = 2; p <= 12; ++p) f.Pair(p, 1, 1, 0.5);
   for (std::int32_t p = 2; p <= 12; ++p) f.Pair(13, p, 2, 0.125);
   const FlowGraph g = BuildFlowGraph(f.ws, f.Select(1, 1), {});
-  EXPECT_EQ(g.nNodes(), 12);
+  EXPECT_EQ(g.NodeCount(), 12);
   EXPECT_EQ(g.MinDepth, -1);
   EXPECT_EQ(g.GetNode("D-2P13"), 0);
   for (std::int32_t p = 2; p <= 12; ++p) {
@@ -126,17 +126,17 @@ TEST(FlowGraphWalk, RecursionShowsTheProcedureAgainAndFillsEveryColumn) {
   EXPECT_EQ(g.Nodes(3).OtherHits, 0);
 
   const FlowGraph all = BuildFlowGraph(f.ws, f.Select(1, 1), {});
-  EXPECT_EQ(all.nNodes(), 1 + 2 * kAutomaticCallDepth);
+  EXPECT_EQ(all.NodeCount(), 1 + 2 * kAutomaticCallDepth);
   EXPECT_EQ(all.MinDepth, -kAutomaticCallDepth);
   EXPECT_EQ(all.MaxDepth, kAutomaticCallDepth);
-  EXPECT_EQ(all.Nodes(all.nNodes()).key, "D99P2");
+  EXPECT_EQ(all.Nodes(all.NodeCount()).key, "D99P2");
 }
 
 TEST(FlowGraphWalk, ASessionWithoutPairsShowsOneNode) {
   FlowSession f({1, 1});
   const FlowGraph g = BuildFlowGraph(f.ws, f.Select(0, 0), {});
   EXPECT_EQ(Keys(g), (std::vector<std::string>{"D0P1"}));
-  EXPECT_EQ(g.nLinks(), 0);
+  EXPECT_EQ(g.LinkCount(), 0);
   EXPECT_EQ(g.Module, 1);
   EXPECT_EQ(g.Procedure, 1);
   EXPECT_EQ(g.MinDepth, -1);
@@ -161,12 +161,12 @@ TEST(FlowGraphChoice, TheProcedureComesFromTheFirstProcedureOrTheFirstPairInTheM
   const FlowGraph none = BuildFlowGraph(f.ws, f.Select(4, 0), {});
   EXPECT_EQ(none.Procedure, 0);
   EXPECT_EQ(none.Module, 4);
-  EXPECT_EQ(none.nNodes(), 0);
+  EXPECT_EQ(none.NodeCount(), 0);
   EXPECT_EQ(none.MinDepth, 0);
   EXPECT_EQ(none.MaxDepth, 0);
   EXPECT_EQ(none.Message, "");
   // A procedure given is taken as it stands.
-  EXPECT_EQ(BuildFlowGraph(f.ws, f.Select(4, 6), {}).nNodes(), 1);
+  EXPECT_EQ(BuildFlowGraph(f.ws, f.Select(4, 6), {}).NodeCount(), 1);
 }
 
 TEST(FlowGraphChoice, SelectionsWithoutOneSessionGiveTheirMessage) {
@@ -182,7 +182,7 @@ TEST(FlowGraphChoice, SelectionsWithoutOneSessionGiveTheirMessage) {
   f.session().FirstProc = 0;
   const FlowGraph noData = BuildFlowGraph(f.ws, f.Select(0, 0), {});
   EXPECT_EQ(noData.Message, "No data");
-  EXPECT_EQ(noData.nNodes(), 0);
+  EXPECT_EQ(noData.NodeCount(), 0);
 
   EXPECT_EQ(FlowNoticeText(kFlowComparedMessage),
             "\r\n    Unavailable (compared sessions)\r\n\r\n    Please click the Procedures tab");
