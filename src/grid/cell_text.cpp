@@ -3,8 +3,10 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <system_error>
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "base/vb_format.h"
 
 namespace zol {
@@ -17,14 +19,23 @@ constexpr int kSignificant = 15;
 // decimals keeps at least nine decimals in its 15 significant digits, so
 // unless its scaled fraction lies within a thousandth of a half, rounding the
 // scaled value directly gives the digits that Format gives.
-bool FastFixedText(double value, int decimals, std::string& out) {
-  static constexpr double kScale[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
-  if (!(value >= 0 && value < 1000000) || decimals > 6) return false;
+constexpr double kScale[] = {1, 10, 100, 1000, 10000, 100000, 1000000};
+
+// The digits of the fast case as one whole number: value * 10^decimals
+// rounded; false where the fast case doesn't hold.
+bool FastScaled(double value, int decimals, unsigned long long& n) {
+  if (!(value >= 0 && value < 1000000) || decimals < 0 || decimals > 6) return false;
   const double scaled = value * kScale[decimals];
   const double whole = std::floor(scaled);
   const double fraction = scaled - whole;
   if (std::fabs(fraction - 0.5) < 0.001) return false;
-  auto n = static_cast<unsigned long long>(whole) + (fraction > 0.5 ? 1 : 0);
+  n = static_cast<unsigned long long>(whole) + (fraction > 0.5 ? 1 : 0);
+  return true;
+}
+
+bool FastFixedText(double value, int decimals, std::string& out) {
+  unsigned long long n = 0;
+  if (!FastScaled(value, decimals, n)) return false;
   char digits[24];
   int count = 0;
   do {
@@ -112,6 +123,59 @@ std::string PercentText(double x) {
   if (x == 0) return "0%";
   if (x == 1) return "100%";
   return FixedText(RoundHalfEven(x * 10000) / 100, 1) + "%";
+}
+
+std::optional<double> ParseCellNumber(std::string_view text) {
+  // Cells are mostly plain numbers such as "12" or "0.004567": read those
+  // straight away, and anything else the long way.
+  double value = 0;
+  const char* end = text.data() + text.size();
+  if (!text.empty() && text.front() != '-' && text.front() != '+') {
+    const auto res = std::from_chars(text.data(), end, value, std::chars_format::fixed);
+    if (res.ec == std::errc() && res.ptr == end) return value;
+  }
+  return ParseNumberText(text);
+}
+
+double DisplayedFixed(double value, int decimals) {
+  // The text of the fast case is the whole number n with the decimal mark
+  // put in: n / 10^decimals is that decimal correctly rounded, as parsing
+  // the text gives it (n stays far below 2^53, the power of ten is exact).
+  if (unsigned long long n = 0; FastScaled(value, decimals, n)) {
+    return static_cast<double>(n) / kScale[decimals];
+  }
+  const std::string text = FixedText(value, decimals);
+  return ParseCellNumber(text).value_or(0);
+}
+
+double DisplayedPercent(double x) {
+  if (x == 0) return 0;
+  if (x == 1) return 100;
+  return DisplayedFixed(RoundHalfEven(x * 10000) / 100, 1);
+}
+
+std::size_t TimeTextLength(double seconds) {
+  // "0.000000" and longer: digits before the mark, the mark and six decimals.
+  unsigned long long n = 0;
+  if (FastScaled(seconds, 6, n)) {
+    std::size_t digits = 1;
+    for (unsigned long long whole = n / 1000000; whole >= 10; whole /= 10) ++digits;
+    return digits + 7;
+  }
+  return TimeText(seconds).size();
+}
+
+std::size_t PercentTextLength(double x) {
+  if (x == 0) return 2;
+  if (x == 1) return 4;
+  const double percent = RoundHalfEven(x * 10000) / 100;
+  unsigned long long n = 0;
+  if (FastScaled(percent, 1, n)) {
+    std::size_t digits = 1;
+    for (unsigned long long whole = n / 10; whole >= 10; whole /= 10) ++digits;
+    return digits + 3;  // the mark, one decimal and "%"
+  }
+  return PercentText(x).size();
 }
 
 }  // namespace zol

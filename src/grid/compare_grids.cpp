@@ -22,9 +22,10 @@ std::string QualifiedName(const std::string& module, const std::string& procedur
 }
 
 // Time cells of a run: the measure's total and average.
-void SetTimes(ComparedGrid& g, Row& row, int k, int first, double total, double average) {
-  g.RunCell(row, k, first).Text = TimeText(total);
-  g.RunCell(row, k, first + 1).Text = TimeText(average);
+void SetTimes(const ComparedGrid& g, RowRef row, int k, int first, double total,
+              double average) {
+  row.SetTime(g.RunColumn(k, first), total);
+  row.SetTime(g.RunColumn(k, first + 1), average);
 }
 
 // A session's whole time for the total row: that of the selected procedure or
@@ -41,8 +42,8 @@ double SelectionTime(const ComparedGrid& g, int k, const GridSelection& sel, boo
   return g.Own(k).SessionValue.TotalTime;
 }
 
-std::string PercentOrEmpty(double part, double whole) {
-  return whole == 0 ? std::string() : PercentText(part / whole);
+void SetPercentOrEmpty(RowRef row, int column, double part, double whole) {
+  if (whole != 0) row.SetPercent(column, part / whole);
 }
 
 // A row for each procedure of the selection that has a value of kind `Obj` in
@@ -57,9 +58,9 @@ void AddProcedureRows(ComparedGrid& g, const GridSelection& sel, std::int32_t Ob
     if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
     if (proc.BelongToModule == 0 || !g.Needed(i, Obj)) continue;  // no procedure, no row
     const std::string& moduleName = project.Module(proc.BelongToModule).Name;
-    Row& row = g.AddRow(moduleName);
-    row.Tag = i;
-    row.At(2).Text = proc.Name;
+    RowRef row = g.AddRow(moduleName);
+    row.SetTag(i);
+    row.SetText(2, proc.Name);
     ChartRow chart{QualifiedName(moduleName, proc.Name), std::vector<double>(g.SessionCount(), 0)};
     fill(row, chart.Values, proc, i);
     g.Chart().ChartArrayBar.push_back(std::move(chart));
@@ -75,8 +76,8 @@ void AddModuleRows(ComparedGrid& g, Fill fill) {
   const Project& project = g.ShownProject();
   for (std::int32_t m = 1; m <= project.ModulesNumber; ++m) {
     const Module& module = project.Module(m);
-    Row& row = g.AddRow(module.Name, ModuleIcon(module));
-    row.Tag = m;
+    RowRef row = g.AddRow(module.Name, ModuleIcon(module));
+    row.SetTag(m);
     ChartRow chart{module.Name, std::vector<double>(g.SessionCount(), 0)};
     fill(row, chart.Values, m);
     g.Chart().ChartArrayBar.push_back(std::move(chart));
@@ -95,7 +96,7 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
   std::vector<double> hits(n, 0);
   std::vector<double> totalTime(n, 0);
   AddProcedureRows(g, sel, kNeededProcedure,
-                   [&](Row& row, std::vector<double>& chart, const Procedure&, std::int32_t i) {
+                   [&](RowRef row, std::vector<double>& chart, const Procedure&, std::int32_t i) {
                      for (int k = 0; k < n; ++k) {
                        const ProcedureValue* pv = g.Procedure(k, i);
                        if (!pv) continue;
@@ -104,12 +105,12 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
                        SetTimes(g, row, k, 0, child ? pv->ChildTotalTime : pv->TotalTime,
                                 child ? pv->ChildAverageTime : pv->AverageTime);
                        hits[k] += pv->Hits;
-                       totalTime[k] += CellValue(g.RunCell(row, k, 0).Text);
+                       totalTime[k] += DisplayedTime(child ? pv->ChildTotalTime : pv->TotalTime);
                      }
                    });
 
   if (g.Grid().RowCount() > 0 && dit <= 1) {
-    Row& total = g.AddTotalRow(2);
+    RowRef total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
       if (hits[k] == 0) continue;
       const double time = SelectionTime(g, k, sel, false);
@@ -139,11 +140,11 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
                                              : true;
     if (!inSelection || procedure == nullptr || !g.Needed(i, kNeededLine)) continue;
 
-    Row& row = g.AddRow(procedure ? project.Module(procedure->BelongToModule).Name : "");
-    row.Tag = i;
-    if (procedure) row.At(2).Text = procedure->Name;
-    row.At(3).Text = line.Text;
-    row.At(4).Text = std::to_string(i);
+    RowRef row = g.AddRow(procedure ? project.Module(procedure->BelongToModule).Name : "");
+    row.SetTag(i);
+    if (procedure) row.SetText(2, procedure->Name);
+    row.SetText(3, line.Text);
+    row.SetCount(4, i);
     ChartRow chart{LineChartName(i, numberOfZeros, line.Text), std::vector<double>(n, 0)};
     int zeros = 0;
     for (int k = 0; k < n; ++k) {
@@ -152,12 +153,12 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
       if (v && dit != 4 && !line.IsProcedureExit) chart.Values[k] = TimingMeasure(*v, dit);
       if (chart.Values[k] == 0) ++zeros;
       if (!v || v->Hits == 0) continue;
-      g.RunCell(row, k, 0).Text = std::to_string(v->Hits);
+      row.SetCount(g.RunColumn(k, 0), v->Hits);
       hits[k] += v->Hits;
       if (line.IsProcedureExit) {
         // The end of a procedure has no time of its own.
-        g.RunCell(row, k, 1).Text = kNoValue;
-        g.RunCell(row, k, 2).Text = kNoValue;
+        row.SetLiteral(g.RunColumn(k, 1), kNoValue);
+        row.SetLiteral(g.RunColumn(k, 2), kNoValue);
       } else {
         SetTimes(g, row, k, 1, child ? v->ChildTotalTime : v->TotalTime,
                  child ? v->ChildAverageTime : v->AverageTime);
@@ -168,11 +169,11 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
   }
 
   if (g.Grid().RowCount() > 0 && dit <= 1) {
-    Row& total = g.AddTotalRow(2);
+    RowRef total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
       if (hits[k] == 0) continue;
       const double time = SelectionTime(g, k, sel, true);
-      g.RunCell(total, k, 0).Text = CStr(hits[k]);
+      total.SetText(g.RunColumn(k, 0), CStr(hits[k]));
       SetTimes(g, total, k, 1, time, time / hits[k]);
     }
   }
@@ -188,15 +189,15 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
   std::vector<double> criticalLines(n, 0);
   AddProcedureRows(
       g, sel, kNeededCoverage,
-      [&](Row& row, std::vector<double>& chart, const Procedure& proc, std::int32_t i) {
+      [&](RowRef row, std::vector<double>& chart, const Procedure& proc, std::int32_t i) {
         for (int k = 0; k < n; ++k) {
           const ProcedureValue* pv = g.Procedure(k, i);
           if (!pv || pv->TotalLines == 0) continue;
           chart[k] = std::floor(100 * pv->Coverage);
-          g.RunCell(row, k, 0).Text = PercentText(pv->Coverage);
+          row.SetPercent(g.RunColumn(k, 0), pv->Coverage);
           lines[k] += pv->TotalLines;
           if (proc.IsCritical) {
-            g.RunCell(row, k, 1).Text = g.RunCell(row, k, 0).Text;
+            row.SetPercent(g.RunColumn(k, 1), pv->Coverage);
             criticalHits[k] += pv->HitLines;
             criticalLines[k] += pv->TotalLines;
           }
@@ -204,14 +205,12 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
       });
 
   if (g.Grid().RowCount() > 0) {
-    Row& total = g.AddTotalRow(2);
+    RowRef total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
       if (lines[k] == 0) continue;
       const ModuleValue* rec = sel.cMod != 0 ? g.Module(k, sel.cMod) : &g.Own(k).SessionValue;
-      if (rec && rec->TotalLines != 0) {
-        g.RunCell(total, k, 0).Text = PercentText(rec->LineCoverage);
-      }
-      g.RunCell(total, k, 1).Text = PercentOrEmpty(criticalHits[k], criticalLines[k]);
+      if (rec && rec->TotalLines != 0) total.SetPercent(g.RunColumn(k, 0), rec->LineCoverage);
+      SetPercentOrEmpty(total, g.RunColumn(k, 1), criticalHits[k], criticalLines[k]);
     }
   }
   return g.Finish("Procedure coverage", true);
@@ -222,21 +221,21 @@ GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel
 
   const int n = g.SessionCount();
   std::vector<bool> timed(n, false);
-  AddModuleRows(g, [&](Row& row, std::vector<double>& chart, std::int32_t m) {
+  AddModuleRows(g, [&](RowRef row, std::vector<double>& chart, std::int32_t m) {
     for (int k = 0; k < n; ++k) {
       const ModuleValue* mv = g.Module(k, m);
       if (!mv) continue;
       chart[k] = mv->TotalTime;
       if (mv->HitProcedures == 0) continue;
-      g.RunCell(row, k, 0).Text = TimeText(mv->TotalTime);
+      row.SetTime(g.RunColumn(k, 0), mv->TotalTime);
       timed[k] = true;
     }
   });
 
   if (g.Grid().RowCount() > 0) {
-    Row& total = g.AddTotalRow(1, "SESSION");
+    RowRef total = g.AddTotalRow(1, "SESSION");
     for (int k = 0; k < n; ++k) {
-      if (timed[k]) g.RunCell(total, k, 0).Text = TimeText(g.Own(k).SessionValue.TotalTime);
+      if (timed[k]) total.SetTime(g.RunColumn(k, 0), g.Own(k).SessionValue.TotalTime);
     }
   }
   return g.Finish(kModuleTimeTitle, false);
@@ -245,13 +244,13 @@ GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel
 GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel) {
   ComparedGrid g(ws, sel, {"Module"}, {"Line Cov.", "Proc. Cov.", "Crit. Cov."});
 
-  const auto fill = [&](Row& row, int k, const ModuleValue& v) {
-    g.RunCell(row, k, 0).Text = PercentOrEmpty(v.HitLines, v.TotalLines);
-    g.RunCell(row, k, 1).Text = PercentOrEmpty(v.HitProcedures, v.TotalProcedures);
-    g.RunCell(row, k, 2).Text = PercentOrEmpty(v.CriticalHitLines, v.CriticalTotalLines);
+  const auto fill = [&](RowRef row, int k, const ModuleValue& v) {
+    SetPercentOrEmpty(row, g.RunColumn(k, 0), v.HitLines, v.TotalLines);
+    SetPercentOrEmpty(row, g.RunColumn(k, 1), v.HitProcedures, v.TotalProcedures);
+    SetPercentOrEmpty(row, g.RunColumn(k, 2), v.CriticalHitLines, v.CriticalTotalLines);
   };
   const int n = g.SessionCount();
-  AddModuleRows(g, [&](Row& row, std::vector<double>& chart, std::int32_t m) {
+  AddModuleRows(g, [&](RowRef row, std::vector<double>& chart, std::int32_t m) {
     for (int k = 0; k < n; ++k) {
       const ModuleValue* mv = g.Module(k, m);
       if (!mv) continue;
@@ -261,7 +260,7 @@ GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& s
   });
 
   if (g.Grid().RowCount() > 0) {
-    Row& total = g.AddTotalRow(1, "SESSION");
+    RowRef total = g.AddTotalRow(1, "SESSION");
     for (int k = 0; k < n; ++k) fill(total, k, g.Own(k).SessionValue);
   }
   return g.Finish(kModuleCoverageTitle, true);

@@ -57,31 +57,27 @@ const CodeLineValue* ComparedGrid::Line(int k, std::int32_t id) const {
   return s.CodeLineValue.InRange(id) ? &s.CodeLineValue(id) : nullptr;
 }
 
-Row& ComparedGrid::AddRow(std::string text, std::string icon) {
-  return build_.Grid.AddRow("", std::move(text), std::move(icon));
+RowRef ComparedGrid::AddRow(std::string_view text, std::string_view icon) {
+  return build_.Grid.AddRow("", text, icon);
 }
 
-Cell& ComparedGrid::RunCell(Row& row, int k, int j) {
-  return row.At(leading_ + k * perSession_ + j + 1);
-}
-
-Row& ComparedGrid::AddTotalRow(int totalColumn, std::string icon) {
-  return zol::AddTotalRow(build_.Grid, totalColumn, std::move(icon));
+RowRef ComparedGrid::AddTotalRow(int totalColumn, std::string_view icon) {
+  return zol::AddTotalRow(build_.Grid, totalColumn, icon);
 }
 
 GridBuild ComparedGrid::Finish(const std::string& title, bool pieUnavailable) {
   Table& t = build_.Grid;
-  for (Row& row : t.Rows()) {
+  for (int r = 1; r <= t.RowCount(); ++r) {
+    RowRef row = t.EditRow(r);
     for (int k = 0; k < SessionCount(); ++k) {
       for (int j = 0; j < perSession_; ++j) {
-        RunCell(row, k, j).Color = j == 0 ? kColorGreen : kColorDarkRed;
+        row.SetColor(RunColumn(k, j), j == 0 ? kColorGreen : kColorDarkRed);
       }
     }
-    if (row.Key == kTotalKey) {
+    if (t.Key(r) == kTotalKey) {
       for (int c = 1; c <= t.ColumnCount(); ++c) {
-        Cell& cell = row.At(c);
-        cell.Bold = true;
-        if (cell.Text == kTotalKey) cell.Color = kColorBlue;
+        row.SetBold(c, true);
+        if (t.StoredText(row.CellAt(c)) == kTotalKey) row.SetColor(c, kColorBlue);
       }
     }
   }

@@ -34,14 +34,14 @@ class ComparedGrid {
   const ModuleValue* Module(int k, std::int32_t id) const;
   const CodeLineValue* Line(int k, std::int32_t id) const;
 
-  Row& AddRow(std::string text, std::string icon = {});
-  // Cell j (from 0) of session k's run in `row`.
-  Cell& RunCell(Row& row, int k, int j);
+  RowRef AddRow(std::string_view text, std::string_view icon = {});
+  // The column of cell j (from 0) of session k's run.
+  int RunColumn(int k, int j) const { return leading_ + k * perSession_ + j + 1; }
   Table& Grid() { return build_.Grid; }
   ChartArrays& Chart() { return build_.Arrays; }
 
   // The total row: bold, "TOTAL" in blue in column `totalColumn`.
-  Row& AddTotalRow(int totalColumn, std::string icon = {});
+  RowRef AddTotalRow(int totalColumn, std::string_view icon = {});
 
   // Colours the runs (first cell green, the others dark red), sizes the
   // columns, selects the first row, and sets the chart titles and headers.

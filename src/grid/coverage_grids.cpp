@@ -1,6 +1,7 @@
 // The coverage tables of procedures, modules and projects: how much of the
 // code ran. Bars are linear here, a full bar being all lines hit.
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -19,20 +20,37 @@ namespace {
 
 constexpr char kCriticalHeader[] = "Critical Cov.";
 
-// A count, or "-" when it is 0.
-std::string CountOrNone(double n) {
-  return n == 0 ? std::string(kNoValue) : CStr(n);
+// A count of a record, or "-" when it is 0.
+void SetCountOrNone(RowRef row, int column, std::int32_t n) {
+  if (n == 0) {
+    row.SetLiteral(column, kNoValue);
+  } else {
+    row.SetCount(column, n);
+  }
+}
+
+// A sum, or "-" when it is 0.
+void SetSumOrNone(RowRef row, int column, double n) {
+  if (n == 0) {
+    row.SetLiteral(column, kNoValue);
+  } else {
+    row.SetText(column, CStr(n));
+  }
 }
 
 // What is left to cover, in 64 bits: counts from a damaged file may be as
 // far apart as two 32-bit numbers can be.
-std::string LeftCount(std::int32_t total, std::int32_t hit) {
-  return std::to_string(std::int64_t{total} - hit);
+void SetLeftCount(RowRef row, int column, std::int32_t total, std::int32_t hit) {
+  row.SetCount(column, std::int64_t{total} - hit);
 }
 
 // A share as a percentage, or "-" when there is nothing to share.
-std::string ShareOrNone(double part, double whole) {
-  return whole == 0 ? std::string(kNoValue) : PercentText(part / whole);
+void SetShareOrNone(RowRef row, int column, double part, double whole) {
+  if (whole == 0) {
+    row.SetLiteral(column, kNoValue);
+  } else {
+    row.SetPercent(column, part / whole);
+  }
 }
 
 // A coverage in whole percent, as the bar chart plots it.
@@ -54,47 +72,47 @@ void AddCoverageColumns(Table& t) {
 struct CriticalSums {
   double hits = 0;
   double lines = 0;
-  std::string Text() const { return ShareOrNone(hits, lines); }
+  void Set(RowRef row, int column) const { SetShareOrNone(row, column, hits, lines); }
 };
 
 // Procedures: columns of the table.
 enum ProcCol { kPModule = 1, kPProcedure, kPHits, kPLines, kPHitLines, kPCoverage, kPLeft };
 
-void FillProcedureCoverage(Row& row, const Procedure& proc, const ProcedureValue& pv, int critical,
-                           int bars, double& totalHits, CriticalSums& sums) {
-  row.At(kPHits).Text = CountOrNone(pv.Hits);
-  row.At(kPLines).Text = std::to_string(pv.TotalLines);
-  row.At(kPHitLines).Text = CountOrNone(pv.HitLines);
-  row.At(kPCoverage).Text = PercentText(pv.Coverage);
-  row.At(kPLeft).Text = LeftCount(pv.TotalLines, pv.HitLines);
+void FillProcedureCoverage(RowRef row, const Procedure& proc, const ProcedureValue& pv,
+                           int critical, int bars, double& totalHits, CriticalSums& sums) {
+  SetCountOrNone(row, kPHits, pv.Hits);
+  row.SetCount(kPLines, pv.TotalLines);
+  SetCountOrNone(row, kPHitLines, pv.HitLines);
+  row.SetPercent(kPCoverage, pv.Coverage);
+  SetLeftCount(row, kPLeft, pv.TotalLines, pv.HitLines);
   totalHits += pv.Hits;
   if (critical != 0) {
     if (proc.IsCritical) {
-      row.At(critical).Text = row.Text(kPCoverage);
+      row.SetPercent(critical, pv.Coverage);
       sums.hits += pv.HitLines;
       sums.lines += pv.TotalLines;
     } else {
-      row.At(critical).Text = kNoValue;
+      row.SetLiteral(critical, kNoValue);
     }
   }
-  row.At(bars).Text = BarText(LinearBarLength(pv.HitLines, pv.TotalLines));
+  row.SetBar(bars, LinearBarLength(pv.HitLines, pv.TotalLines));
 }
 
 void AddProcedureCoverageTotal(Table& t, const ModuleValue& rec, double totalHits,
                                const CriticalSums& sums, int critical, int bars) {
-  Row& total = AddTotalRow(t, kPProcedure);
-  for (int c = kPHits; c <= kPLeft; ++c) total.At(c).Text = kNoValue;
-  total.At(kPLines).Text = "0";
+  RowRef total = AddTotalRow(t, kPProcedure);
+  for (int c = kPHits; c <= kPLeft; ++c) total.SetLiteral(c, kNoValue);
+  total.SetLiteral(kPLines, "0");
   if (rec.TotalLines != 0) {
-    total.At(kPHits).Text = CountOrNone(totalHits);
-    total.At(kPLines).Text = std::to_string(rec.TotalLines);
-    total.At(kPHitLines).Text = CountOrNone(rec.HitLines);
-    total.At(kPCoverage).Text = PercentText(rec.LineCoverage);
-    total.At(kPLeft).Text = LeftCount(rec.TotalLines, rec.HitLines);
-    total.At(bars).Text =
-        BarText(static_cast<std::int32_t>(RoundHalfEven(kMaxBarLength * rec.LineCoverage)));
+    SetSumOrNone(total, kPHits, totalHits);
+    total.SetCount(kPLines, rec.TotalLines);
+    SetCountOrNone(total, kPHitLines, rec.HitLines);
+    total.SetPercent(kPCoverage, rec.LineCoverage);
+    SetLeftCount(total, kPLeft, rec.TotalLines, rec.HitLines);
+    total.SetBar(bars, static_cast<std::int32_t>(std::clamp<double>(
+                           RoundHalfEven(kMaxBarLength * rec.LineCoverage), 0, kMaxBarLength)));
   }
-  if (critical != 0) total.At(critical).Text = sums.Text();
+  if (critical != 0) sums.Set(total, critical);
   MarkTotalRow(total, t.ColumnCount(), bars);
 }
 
@@ -113,33 +131,36 @@ enum ModCol {
 
 // The line and procedure columns of a module row, or of the total row from
 // the session's record.
-void FillModuleCoverage(Row& row, const ModuleValue& mv, int bars) {
+void FillModuleCoverage(RowRef row, const ModuleValue& mv, int bars) {
   if (mv.TotalLines != 0) {
-    row.At(kMLines).Text = std::to_string(mv.TotalLines);
-    row.At(kMHitLines).Text = CountOrNone(mv.HitLines);
-    row.At(kMLineCoverage).Text = PercentText(static_cast<double>(mv.HitLines) / mv.TotalLines);
-    row.At(kMLeftLines).Text = LeftCount(mv.TotalLines, mv.HitLines);
-    row.At(bars).Text = BarText(LinearBarLength(mv.HitLines, mv.TotalLines));
+    row.SetCount(kMLines, mv.TotalLines);
+    SetCountOrNone(row, kMHitLines, mv.HitLines);
+    row.SetPercent(kMLineCoverage, static_cast<double>(mv.HitLines) / mv.TotalLines);
+    SetLeftCount(row, kMLeftLines, mv.TotalLines, mv.HitLines);
+    row.SetBar(bars, LinearBarLength(mv.HitLines, mv.TotalLines));
   } else {
-    for (int c = kMLines; c <= kMLeftLines; ++c) row.At(c).Text = kNoValue;
+    for (int c = kMLines; c <= kMLeftLines; ++c) row.SetLiteral(c, kNoValue);
   }
   if (mv.TotalProcedures != 0) {
-    row.At(kMProcedures).Text = std::to_string(mv.TotalProcedures);
-    row.At(kMHitProcedures).Text = CountOrNone(mv.HitProcedures);
-    row.At(kMProcCoverage).Text =
-        PercentText(static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
-    row.At(kMLeftProcedures).Text = LeftCount(mv.TotalProcedures, mv.HitProcedures);
+    row.SetCount(kMProcedures, mv.TotalProcedures);
+    SetCountOrNone(row, kMHitProcedures, mv.HitProcedures);
+    row.SetPercent(kMProcCoverage,
+                   static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
+    SetLeftCount(row, kMLeftProcedures, mv.TotalProcedures, mv.HitProcedures);
   } else {
-    for (int c = kMProcedures; c <= kMLeftProcedures; ++c) row.At(c).Text = kNoValue;
+    for (int c = kMProcedures; c <= kMLeftProcedures; ++c) row.SetLiteral(c, kNoValue);
   }
 }
 
 // The critical cell of a module or project: "-" below one critical line.
-std::string CriticalText(const ModuleValue& v, CriticalSums& sums) {
+void SetCritical(RowRef row, int column, const ModuleValue& v, CriticalSums& sums) {
   sums.hits += v.CriticalHitLines;
   sums.lines += v.CriticalTotalLines;
-  if (v.CriticalTotalLines < 1) return kNoValue;
-  return PercentText(static_cast<double>(v.CriticalHitLines) / v.CriticalTotalLines);
+  if (v.CriticalTotalLines < 1) {
+    row.SetLiteral(column, kNoValue);
+  } else {
+    row.SetPercent(column, static_cast<double>(v.CriticalHitLines) / v.CriticalTotalLines);
+  }
 }
 
 }  // namespace
@@ -166,15 +187,15 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
     if (!shown || proc.BelongToModule == 0) continue;  // an ID without a procedure
     chart.Add(proc.Name, WholePercent(pv.Coverage), pv.Hits);
 
-    Row& row = AddProcedureRow(t, ws, project, i, cols.project);
+    RowRef row = AddProcedureRow(t, ws, project, i, cols.project);
     if (proc.IsDead) {
-      MarkDeadRow(row, kPHits, lastValue, 0);
-      if (critical != 0 && proc.IsCritical) row.At(critical).Text = kNoValue;
+      MarkDeadRow(t, row, kPHits, lastValue, 0);
+      if (critical != 0 && proc.IsCritical) row.SetLiteral(critical, kNoValue);
     } else if (pv.TotalLines != 0) {
       FillProcedureCoverage(row, proc, pv, critical, bars, totalHits, sums);
     } else {
-      for (int c = kPHits; c <= lastValue; ++c) row.At(c).Text = kNoValue;
-      row.At(kPLines).Text = "0";
+      for (int c = kPHits; c <= lastValue; ++c) row.SetLiteral(c, kNoValue);
+      row.SetLiteral(kPLines, "0");
     }
   }
 
@@ -203,15 +224,15 @@ GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, Sor
     const ModuleValue& mv = session.ModuleValue(i);
     chart.Add(project.Module(i).Name, WholePercent(mv.LineCoverage), mv.HitLines);
 
-    Row& row = AddModuleRow(t, ws, project, i, cols.project);
+    RowRef row = AddModuleRow(t, ws, project, i, cols.project);
     FillModuleCoverage(row, mv, bars);
-    if (critical != 0 && mv.TotalLines != 0) row.At(critical).Text = CriticalText(mv, sums);
+    if (critical != 0 && mv.TotalLines != 0) SetCritical(row, critical, mv, sums);
   }
 
   if (t.RowCount() > 0) {
-    Row& total = AddTotalRow(t, kMModule, "SESSION");
+    RowRef total = AddTotalRow(t, kMModule, "SESSION");
     FillModuleCoverage(total, session.SessionValue, bars);
-    if (critical != 0) total.At(critical).Text = sums.Text();
+    if (critical != 0) sums.Set(total, critical);
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
   FinishWithChart(build, sort, kMLineCoverage, kModuleCoverageTitle,
@@ -246,22 +267,22 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
   const int bars = AddBarsColumn(t, 6);
 
   // Fills the columns of a project row, or of the total row from the sums.
-  const auto fill = [&](Row& row, double modules, double lines, double hitLines, double procedures,
-                        double hitProcedures) {
-    row.At(kModules).Text = CStr(modules);
-    row.At(kLines).Text = CStr(lines);
-    row.At(kHitLines).Text = CStr(hitLines);
+  const auto fill = [&](RowRef row, double modules, double lines, double hitLines,
+                        double procedures, double hitProcedures) {
+    row.SetText(kModules, CStr(modules));
+    row.SetText(kLines, CStr(lines));
+    row.SetText(kHitLines, CStr(hitLines));
     if (lines != 0) {
-      row.At(kLineCoverage).Text = PercentText(hitLines / lines);
-      row.At(bars).Text = BarText(LinearBarLength(hitLines, lines));
+      row.SetPercent(kLineCoverage, hitLines / lines);
+      row.SetBar(bars, LinearBarLength(hitLines, lines));
     } else {
-      row.At(kLineCoverage).Text = kNoValue;
+      row.SetLiteral(kLineCoverage, kNoValue);
     }
-    row.At(kLeftLines).Text = CStr(lines - hitLines);
-    row.At(kProcedures).Text = CStr(procedures);
-    row.At(kHitProcedures).Text = CountOrNone(hitProcedures);
-    row.At(kProcCoverage).Text = ShareOrNone(hitProcedures, procedures);
-    row.At(kLeftProcedures).Text = CStr(procedures - hitProcedures);
+    row.SetText(kLeftLines, CStr(lines - hitLines));
+    row.SetText(kProcedures, CStr(procedures));
+    SetSumOrNone(row, kHitProcedures, hitProcedures);
+    SetShareOrNone(row, kProcCoverage, hitProcedures, procedures);
+    row.SetText(kLeftProcedures, CStr(procedures - hitProcedures));
   };
 
   ChartArrays& chart = build.Arrays;
@@ -277,10 +298,10 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
     const ModuleValue& sv = s.SessionValue;
     chart.Add(s.Name, WholePercent(sv.LineCoverage), sv.HitLines);
 
-    Row& row = t.AddRow("", s.Name);
-    row.Tag = static_cast<std::int32_t>(i) + 1;
+    RowRef row = t.AddRow("", s.Name);
+    row.SetTag(static_cast<std::int32_t>(i) + 1);
     fill(row, p.ModulesNumber, sv.TotalLines, sv.HitLines, sv.TotalProcedures, sv.HitProcedures);
-    if (critical != 0 && p.ContainsCritical) row.At(critical).Text = CriticalText(sv, sums);
+    if (critical != 0 && p.ContainsCritical) SetCritical(row, critical, sv, sums);
     totalModules += p.ModulesNumber;
     totalLines += sv.TotalLines;
     totalHitLines += sv.HitLines;
@@ -289,9 +310,9 @@ GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, So
   }
 
   if (t.RowCount() > 0) {
-    Row& total = AddTotalRow(t, kProject);
+    RowRef total = AddTotalRow(t, kProject);
     fill(total, totalModules, totalLines, totalHitLines, totalProcedures, totalHitProcedures);
-    if (critical != 0) total.At(critical).Text = sums.Text();
+    if (critical != 0) sums.Set(total, critical);
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
   FinishWithChart(build, sort, kHitLines, "Project Coverage (% of executed lines)",

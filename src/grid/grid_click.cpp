@@ -15,17 +15,17 @@ std::int32_t FindModule(const Project& project, const std::string& name) {
   return 0;
 }
 
-ClickTarget ModuleTarget(const Project& project, const Row& row, int moduleColumn) {
+ClickTarget ModuleTarget(const Project& project, const Table& table, int row, int moduleColumn) {
   ClickTarget t;
-  if (moduleColumn != 0) t.module = FindModule(project, row.Text(moduleColumn));
+  if (moduleColumn != 0) t.module = FindModule(project, table.Text(row, moduleColumn));
   return t;
 }
 
-ClickTarget ProcedureTarget(const Project& project, const Row& row, int moduleColumn,
+ClickTarget ProcedureTarget(const Project& project, const Table& table, int row, int moduleColumn,
                             int procedureColumn) {
-  ClickTarget t = ModuleTarget(project, row, moduleColumn);
+  ClickTarget t = ModuleTarget(project, table, row, moduleColumn);
   if (t.module == 0) return {};
-  const std::string& name = row.Text(procedureColumn);
+  const std::string name = table.Text(row, procedureColumn);
   for (std::int32_t p = 1; p <= project.ProceduresNumber; ++p) {
     const Procedure& proc = project.Procedure(p);
     if (proc.BelongToModule == t.module && proc.Name == name) {
@@ -36,8 +36,8 @@ ClickTarget ProcedureTarget(const Project& project, const Row& row, int moduleCo
   return {};
 }
 
-ClickTarget LineTarget(const Project& project, const Row& row, int lineIdColumn) {
-  const auto id = ParseNumberText(row.Text(lineIdColumn));
+ClickTarget LineTarget(const Project& project, const Table& table, int row, int lineIdColumn) {
+  const auto id = ParseNumberText(table.Text(row, lineIdColumn));
   if (!id || !project.CodeLine.InRange(static_cast<std::int64_t>(*id)) ||
       *id != static_cast<std::int32_t>(*id)) {
     return {};
@@ -54,7 +54,6 @@ ClickTarget LineTarget(const Project& project, const Row& row, int lineIdColumn)
 
 ClickTarget ClickedPlace(const Project& project, const Table& table, int row, int column) {
   if (row < 1 || row > table.RowCount() || column < 1 || column > table.ColumnCount()) return {};
-  const Row& r = table.RowAt(row);
   const int moduleColumn = table.FindColumn("Module");
   const int procedureColumn = table.FindColumn("Procedure");
   const int lineIdColumn = table.FindColumn("Line ID");
@@ -62,13 +61,13 @@ ClickTarget ClickedPlace(const Project& project, const Table& table, int row, in
 
   if (header == "Module") {
     ClickTarget t;
-    t.module = FindModule(project, r.Text(column));
+    t.module = FindModule(project, table.Text(row, column));
     return t;
   }
-  if (header == "Procedure") return ProcedureTarget(project, r, moduleColumn, column);
-  if (lineIdColumn != 0) return LineTarget(project, r, lineIdColumn);
-  if (procedureColumn != 0) return ProcedureTarget(project, r, moduleColumn, procedureColumn);
-  return ModuleTarget(project, r, moduleColumn);
+  if (header == "Procedure") return ProcedureTarget(project, table, row, moduleColumn, column);
+  if (lineIdColumn != 0) return LineTarget(project, table, row, lineIdColumn);
+  if (procedureColumn != 0) return ProcedureTarget(project, table, row, moduleColumn, procedureColumn);
+  return ModuleTarget(project, table, row, moduleColumn);
 }
 
 std::int32_t TabAfterClick(std::int32_t clickKind, std::int32_t activeTab) {

@@ -117,31 +117,39 @@ void ShowDifferences(GridBuild& build, const DifferenceOptions& options) {
 
   DiffOptions noise;
   const int baseColumn = runStart(0) + figure;
-  for (const Row& row : old.Rows()) {
-    const bool total = row.Key == kTotalKey;
+  for (int r = 1; r <= old.RowCount(); ++r) {
+    const bool total = old.Key(r) == kTotalKey;
     std::vector<Change> changes(sessions);
     bool changed = false;
-    const std::optional<double> base = ValueOf(row.Text(baseColumn));
-    noise.quantity = QuantityOf(old.ColumnAt(baseColumn).Header, row.Text(baseColumn));
+    const std::string baseText = old.Text(r, baseColumn);
+    const std::optional<double> base = ValueOf(baseText);
+    noise.quantity = QuantityOf(old.ColumnAt(baseColumn).Header, baseText);
     for (int k = 1; k < sessions; ++k) {
-      changes[k] = ChangeOf(base, ValueOf(row.Text(runStart(k) + figure)), noise);
+      changes[k] = ChangeOf(base, ValueOf(old.Text(r, runStart(k) + figure)), noise);
       changed = changed || changes[k].changed;
     }
     if (options.ChangedOnly && !changed && !total) continue;
 
-    Row& copy = t.AddRow(row.Key, row.RowText(), row.Icon);
-    copy.Tag = row.Tag;
+    RowRef copy = t.AddRow(old.Key(r), "", old.Icon(r));
+    copy.SetTag(old.Tag(r));
     for (int c = 1; c <= t.ColumnCount(); ++c) {
-      if (from[c] != 0 && from[c] <= static_cast<int>(row.Cells.size())) {
-        copy.At(c) = row.Cells[from[c] - 1];
+      if (from[c] == 0) continue;
+      // Texts are kept in each table's own pool; the rest of a cell copies as it is.
+      const CellData& cell = old.CellAt(r, from[c]);
+      if (cell.Kind == CellKind::Text) {
+        copy.SetText(c, old.StoredText(cell));
+        copy.SetBold(c, cell.Bold);
+        copy.SetColor(c, cell.Color);
+      } else {
+        copy.SetCell(c, cell);
       }
     }
     for (int k = 1; k < sessions; ++k) {
       for (int j = 0; j < 2; ++j) {
-        Cell& cell = copy.At(diffColumns[k] + j);
-        cell.Text = j == 0 ? changes[k].diff : changes[k].ratio;
-        cell.Color = changes[k].color;
-        cell.Bold = total;
+        const int c = diffColumns[k] + j;
+        copy.SetText(c, j == 0 ? changes[k].diff : changes[k].ratio);
+        copy.SetColor(c, changes[k].color);
+        copy.SetBold(c, total);
       }
     }
   }

@@ -76,11 +76,10 @@ std::string ExportText(const Table& table, const std::vector<int>& rows, bool co
     }
     out.append(kLineEnd);
   };
-  writeLine([&](int c) -> const std::string& { return table.ColumnAt(c).Header; });
+  writeLine([&](int c) { return table.ColumnAt(c).Header; });
   for (const int r : rows) {
     if (r < 1 || r > table.RowCount()) continue;
-    const Row& row = table.RowAt(r);
-    writeLine([&](int c) -> const std::string& { return row.Text(c); });
+    writeLine([&](int c) { return table.Text(r, c); });
   }
   return out;
 }

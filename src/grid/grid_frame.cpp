@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "grid/bars.h"
+#include "grid/cell_text.h"
 
 namespace zol {
 
@@ -13,28 +14,101 @@ namespace {
 const std::string kNoName;
 }  // namespace
 
-void FitColumnWidths(Table& table) {
-  std::vector<std::size_t> best(static_cast<std::size_t>(table.ColumnCount()));
-  for (int c = 1; c <= table.ColumnCount(); ++c) best[c - 1] = table.ColumnAt(c).Header.size();
-  for (const Row& row : table.Rows()) {
-    const std::size_t n = std::min(row.Cells.size(), best.size());
-    for (std::size_t c = 0; c < n; ++c) best[c] = std::max(best[c], row.Cells[c].Text.size());
-  }
-  for (int c = 1; c <= table.ColumnCount(); ++c) {
-    table.ColumnAt(c).Width = static_cast<std::int32_t>(best[c - 1]);
-  }
-}
+namespace {
 
-std::optional<double> ParseCellNumber(std::string_view text) {
-  // Cells are mostly plain numbers such as "12" or "0.004567": read those
-  // straight away, and anything else the long way.
-  double value = 0;
-  const char* end = text.data() + text.size();
-  if (!text.empty() && text.front() != '-' && text.front() != '+') {
-    const auto res = std::from_chars(text.data(), end, value, std::chars_format::fixed);
-    if (res.ec == std::errc() && res.ptr == end) return value;
+// The widest text of a column's cells. Counts, times and shares grow longer
+// with their size, each sign apart, so the longest is that of the largest or
+// the smallest; a share of exactly 0 or 1 ("0%", "100%") is measured apart.
+class ColumnWidth {
+ public:
+  void Add(const Table& table, const CellData& cell) {
+    switch (cell.Kind) {
+      case CellKind::Empty:
+        break;
+      case CellKind::Text:
+        best_ = std::max<std::size_t>(best_, cell.V.Text.Length);
+        break;
+      case CellKind::Literal:
+        best_ = std::max(best_, table.StoredText(cell).size());
+        break;
+      case CellKind::Bar:
+        best_ = std::max(best_, static_cast<std::size_t>(cell.V.Integer));
+        break;
+      case CellKind::Count:
+        Extremes(counts_, static_cast<double>(cell.V.Integer), cell);
+        break;
+      case CellKind::Time:
+        Extremes(times_, cell.V.Number, cell);
+        break;
+      case CellKind::Percent:
+        if (cell.V.Number == 0 || cell.V.Number == 1) {
+          best_ = std::max<std::size_t>(best_, cell.V.Number == 0 ? 2 : 4);
+        } else {
+          Extremes(percents_, cell.V.Number, cell);
+        }
+        break;
+    }
   }
-  return ParseNumberText(text);
+
+  std::size_t Widest(const Table& table) const {
+    std::size_t w = best_;
+    for (const Range* range : {&counts_, &times_, &percents_}) {
+      if (range->any) {
+        w = std::max(w, table.CellText(range->smallest).size());
+        w = std::max(w, table.CellText(range->largest).size());
+      }
+    }
+    return w;
+  }
+
+ private:
+  struct Range {
+    bool any = false;
+    double low = 0;
+    double high = 0;
+    CellData smallest;
+    CellData largest;
+  };
+  void Extremes(Range& range, double value, const CellData& cell) {
+    // A value that is no number has a text of its own length.
+    if (value != value) {
+      best_ = std::max(best_, CellTextLength(cell));
+      return;
+    }
+    if (!range.any || value < range.low) {
+      range.low = value;
+      range.smallest = cell;
+    }
+    if (!range.any || value > range.high) {
+      range.high = value;
+      range.largest = cell;
+    }
+    range.any = true;
+  }
+  static std::size_t CellTextLength(const CellData& cell) {
+    return cell.Kind == CellKind::Time ? TimeTextLength(cell.V.Number)
+                                       : PercentTextLength(cell.V.Number);
+  }
+
+  std::size_t best_ = 0;
+  Range counts_;
+  Range times_;
+  Range percents_;
+};
+
+}  // namespace
+
+void FitColumnWidths(Table& table) {
+  const int columns = table.ColumnCount();
+  std::vector<ColumnWidth> widths(static_cast<std::size_t>(columns));
+  for (const std::uint32_t stored : table.Order()) {
+    for (int c = 1; c <= columns; ++c) widths[c - 1].Add(table, table.StoredCell(stored, c));
+  }
+  for (int c = 1; c <= columns; ++c) {
+    const std::size_t w =
+        std::max(table.ColumnAt(c).Header.size(), widths[c - 1].Widest(table));
+    table.ColumnAt(c).Width = static_cast<std::int32_t>(w);
+  }
 }
 
 double CellValue(std::string_view text) {
@@ -87,30 +161,30 @@ std::string ModuleIcon(const Module& module) {
   return std::to_string(module.Type) + "TYPE";
 }
 
-Row& AddProcedureRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
-                     int projectColumn) {
+RowRef AddProcedureRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                       int projectColumn) {
   const Procedure& proc = project.Procedure(id);
-  Row& row = table.AddRow("", project.Module(proc.BelongToModule).Name);
-  row.Tag = id;
-  row.At(2).Text = proc.Name;
+  RowRef row = table.AddRow("", project.Module(proc.BelongToModule).Name);
+  row.SetTag(id);
+  row.SetText(2, proc.Name);
   if (projectColumn != 0) {
-    row.At(projectColumn).Text = ModuleProjectName(ws, project, proc.BelongToModule);
+    row.SetText(projectColumn, ModuleProjectName(ws, project, proc.BelongToModule));
   }
   return row;
 }
 
-Row& AddModuleRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
-                  int projectColumn) {
+RowRef AddModuleRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                    int projectColumn) {
   const Module& module = project.Module(id);
-  Row& row = table.AddRow("", module.Name, ModuleIcon(module));
-  row.Tag = id;
-  if (projectColumn != 0) row.At(projectColumn).Text = ModuleProjectName(ws, project, id);
+  RowRef row = table.AddRow("", module.Name, ModuleIcon(module));
+  row.SetTag(id);
+  if (projectColumn != 0) row.SetText(projectColumn, ModuleProjectName(ws, project, id));
   return row;
 }
 
-Row& AddTotalRow(Table& table, int totalColumn, std::string icon) {
-  Row& total = table.AddRow(std::string(kTotalKey), "", std::move(icon));
-  total.At(totalColumn).Text = kTotalKey;
+RowRef AddTotalRow(Table& table, int totalColumn, std::string_view icon) {
+  RowRef total = table.AddRow(kTotalKey, "", icon);
+  total.SetText(totalColumn, kTotalKey);
   return total;
 }
 
@@ -122,25 +196,64 @@ std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSe
   return list;
 }
 
-void MarkDeadRow(Row& row, int from, int to, int barsColumn) {
-  for (int c = from; c <= to; ++c) row.At(c) = {kDeadValue, true, kColorGrey};
-  if (barsColumn > 0) row.At(barsColumn) = {kDeadValue, true, kColorGrey};
-  for (Cell& cell : row.Cells) cell.Color = kColorGrey;
+void MarkDeadRow(Table& table, RowRef row, int from, int to, int barsColumn) {
+  const auto dead = [&](int c) {
+    row.SetLiteral(c, kDeadValue);
+    row.SetBold(c, true);
+  };
+  for (int c = from; c <= to; ++c) dead(c);
+  if (barsColumn > 0) dead(barsColumn);
+  for (int c = 1; c <= table.ColumnCount(); ++c) row.SetColor(c, kColorGrey);
 }
 
-void MarkTotalRow(Row& row, int columnCount, int barsColumn) {
-  row.SetBold(true);
-  row.SetColor(kColorBlue);
+void MarkTotalRow(RowRef row, int columnCount, int barsColumn) {
+  row.SetRowBold(true);
+  row.SetRowColor(kColorBlue);
   for (int c = 2; c <= columnCount; ++c) {
-    Cell& cell = row.At(c);
-    cell.Color = kColorBlue;
-    cell.Bold = c != barsColumn;
+    row.SetColor(c, kColorBlue);
+    row.SetBold(c, c != barsColumn);
   }
 }
 
-std::string ShareText(std::string_view valueText, double total) {
-  if (total == 0 || valueText == kNoValue) return kNoValue;
-  return PercentText(CellValue(valueText) / total);
+double DisplayedValue(const Table& table, const CellData& cell) {
+  switch (cell.Kind) {
+    case CellKind::Count:
+      return static_cast<double>(cell.V.Integer);
+    case CellKind::Time:
+      return DisplayedTime(cell.V.Number);
+    case CellKind::Percent:
+    case CellKind::Bar:
+      return CellValue(table.CellText(cell));
+    default:
+      return CellValue(table.StoredText(cell));
+  }
+}
+
+bool IsNoValue(const Table& table, const CellData& cell) {
+  return (cell.Kind == CellKind::Literal || cell.Kind == CellKind::Text) &&
+         table.StoredText(cell) == kNoValue;
+}
+
+void SetShare(const Table& table, RowRef row, int column, const CellData& value, double total) {
+  if (total == 0 || IsNoValue(table, value)) {
+    row.SetLiteral(column, kNoValue);
+  } else {
+    row.SetPercent(column, DisplayedValue(table, value) / total);
+  }
+}
+
+void FillShares(Table& table, std::initializer_list<int> shares, std::initializer_list<int> values,
+                std::initializer_list<double> totals) {
+  for (int r = 1; r <= table.RowCount(); ++r) {
+    RowRef row = table.EditRow(r);
+    if (row.CellAt(*shares.begin()).Kind != CellKind::Empty) continue;  // a dead row's blanks
+    auto value = values.begin();
+    auto total = totals.begin();
+    for (const int share : shares) {
+      const CellData cell = row.CellAt(*value++);
+      SetShare(table, row, share, cell, *total++);
+    }
+  }
 }
 
 void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable) {

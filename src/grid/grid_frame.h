@@ -25,8 +25,12 @@ namespace zol {
 inline constexpr char kNoValue[] = "-";
 // The text of a value cell of a dead row.
 inline constexpr char kDeadValue[] = "  ";
+// The share of a total row.
+inline constexpr char kFullShare[] = "100%";
 
 // Sets every column's width to its widest text (header or cell), in characters.
+// The widths of numbers come from the extremes of each column, not from
+// making every text.
 void FitColumnWidths(Table& table);
 
 // The time of a value record (procedure or line) that the measure shows: total,
@@ -54,9 +58,8 @@ inline bool IsAverageMeasure(std::int32_t displayInfoType) {
   return displayInfoType == 1 || displayInfoType == 3;
 }
 
-// A cell's number as displayed, read back: nothing, or 0, for a text that is
-// no number. "." or "," as decimal mark.
-std::optional<double> ParseCellNumber(std::string_view text);
+// A cell's number as displayed, read back (ParseCellNumber in cell_text.h):
+// 0 for a text that is no number.
 double CellValue(std::string_view text);
 
 // Adds the "Project" column of a group's merged session (left aligned) and
@@ -92,15 +95,15 @@ std::string ModuleIcon(const Module& module);
 // The row of procedure `id` of `project`: its module's name as the row text,
 // the ID as tag, its name in column 2, and the name of the project its module
 // came from in `projectColumn` (none for 0).
-Row& AddProcedureRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
-                     int projectColumn);
+RowRef AddProcedureRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                       int projectColumn);
 // The row of module `id` of `project`: its name and icon, the ID as tag, and
 // the name of the project it came from in `projectColumn` (none for 0).
-Row& AddModuleRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
-                  int projectColumn);
+RowRef AddModuleRow(Table& table, const Workspace& ws, const Project& project, std::int32_t id,
+                    int projectColumn);
 // The total row: key "TOTAL", and the text "TOTAL" in column `totalColumn`
 // (the row text for 1).
-Row& AddTotalRow(Table& table, int totalColumn, std::string icon = {});
+RowRef AddTotalRow(Table& table, int totalColumn, std::string_view icon = {});
 
 // The sessions of the project tables: the session alone, or the members of
 // the group whose merged session it is.
@@ -108,13 +111,24 @@ std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSe
 
 // A dead row: the cells of columns `from` to `to` and of the bars column are
 // two blanks and bold; the row and every cell are grey.
-void MarkDeadRow(Row& row, int from, int to, int barsColumn);
+void MarkDeadRow(Table& table, RowRef row, int from, int to, int barsColumn);
 // The total row's look: bold and blue, every cell from column 2 on blue and
 // bold, but the bars cell plain.
-void MarkTotalRow(Row& row, int columnCount, int barsColumn);
+void MarkTotalRow(RowRef row, int columnCount, int barsColumn);
 
-// The percentage of a value cell: "-" when `total` is 0 or the cell is "-".
-std::string ShareText(std::string_view valueText, double total);
+// The number a cell shows, read back from its text: a count, a time as
+// rounded for display, a text's number (0 for none).
+double DisplayedValue(const Table& table, const CellData& cell);
+// Whether a cell shows "-", nothing measured.
+bool IsNoValue(const Table& table, const CellData& cell);
+// Sets the percentage of a value cell: "-" when `total` is 0 or the cell is
+// "-", else the share of the number it shows.
+void SetShare(const Table& table, RowRef row, int column, const CellData& value, double total);
+// Fills the percentage columns `shares` (each from the value column beside
+// it in `values`) of every row whose first percentage cell is still empty;
+// a dead row keeps its blanks.
+void FillShares(Table& table, std::initializer_list<int> shares, std::initializer_list<int> values,
+                std::initializer_list<double> totals);
 
 // The digits of the largest line ID of a project of `linesNumber` lines.
 std::int32_t LineIdDigits(std::int32_t linesNumber);

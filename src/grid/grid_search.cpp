@@ -43,9 +43,9 @@ std::vector<int> RowsMatching(const Table& table, std::string_view words) {
     if (!IsNumericColumn(table.ColumnAt(c).Header)) textColumns.push_back(c);
   }
   std::string cells;
+  std::string scratch;
   for (int r = 1; r <= table.RowCount(); ++r) {
-    const Row& row = table.RowAt(r);
-    if (wanted.empty() || row.Key == kTotalKey) {
+    if (wanted.empty() || table.Key(r) == kTotalKey) {
       rows.push_back(r);
       continue;
     }
@@ -53,7 +53,7 @@ std::vector<int> RowsMatching(const Table& table, std::string_view words) {
     // across two of them.
     cells.clear();
     for (const int c : textColumns) {
-      cells += Lowered(row.Text(c));
+      cells += Lowered(table.TextView(r, c, scratch));
       cells += '\n';
     }
     const bool all = std::all_of(wanted.begin(), wanted.end(), [&](const std::string& w) {

@@ -1,8 +1,11 @@
 #include "grid/grid_sort.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <deque>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -10,6 +13,8 @@
 
 #include "base/cp1252.h"
 #include "base/text.h"
+#include "grid/bars.h"
+#include "grid/cell_text.h"
 #include "grid/grid_frame.h"
 
 namespace zol {
@@ -100,49 +105,99 @@ class TextRanks {
   std::vector<std::string_view> texts_;
 };
 
-// The place and kind of one row's cell; `text` is set for a text cell.
-SortEntry EntryOf(const Row& row, std::uint32_t index, int column, bool numeric,
-                  std::string_view& text) {
+// The letters of the longest bar: a bar cell's text is a prefix of them.
+constexpr std::string_view kBarLetters = "llllllllllllllllllll";
+static_assert(kBarLetters.size() == kMaxBarLength);
+
+// The number a count, time or share cell shows, as its text reads back.
+double ShownNumber(const CellData& cell) {
+  switch (cell.Kind) {
+    case CellKind::Count:
+      return static_cast<double>(cell.V.Integer);
+    case CellKind::Time:
+      return DisplayedTime(cell.V.Number);
+    default:
+      return DisplayedPercent(cell.V.Number);
+  }
+}
+
+// A count, or a finite time or share: those read back as a number.
+bool IsShownNumber(const CellData& cell) {
+  if (cell.Kind == CellKind::Count) return true;
+  if (cell.Kind == CellKind::Time) return std::isfinite(cell.V.Number);
+  // A share so large that its percentage overflows shows no number.
+  return cell.Kind == CellKind::Percent && std::isfinite(cell.V.Number * 10000);
+}
+
+// The place and kind of one row's cell, as its text sorts; `text` is set for
+// a text cell. Counts, times and shares give their number without their text
+// being made; texts made for the rare cell that sorts by its text are kept
+// in `made`.
+SortEntry EntryOf(const Table& table, std::uint32_t stored, std::uint32_t index, int column,
+                  bool numeric, std::string_view& text, std::deque<std::string>& made) {
   SortEntry e;
   e.row = index;
-  const std::string_view cell = row.Text(column);
-  if (row.Bold()) {
+  if (table.StoredCell(stored, 1).Bold) {
     e.place = Place::Total;
-  } else if (numeric && cell == kDeadCell) {
+    return e;
+  }
+  const CellData& cell = table.StoredCell(stored, column);
+  if (numeric && IsShownNumber(cell)) {
+    e.kind = Kind::Number;
+    e.key = ShownNumber(cell);
+    return e;
+  }
+  std::string_view cellText;
+  switch (cell.Kind) {
+    case CellKind::Empty:
+      break;
+    case CellKind::Text:
+    case CellKind::Literal:
+      cellText = table.StoredText(cell);
+      break;
+    case CellKind::Bar:
+      cellText = kBarLetters.substr(0, static_cast<std::size_t>(cell.V.Integer));
+      break;
+    default:
+      cellText = made.emplace_back(table.CellText(cell));
+      break;
+  }
+  if (numeric && cellText == kDeadCell) {
     e.place = Place::Dead;
-  } else if (const auto number = numeric ? CellNumber(cell) : std::nullopt) {
+  } else if (const auto number = numeric ? CellNumber(cellText) : std::nullopt) {
     e.kind = Kind::Number;
     e.key = *number;
   } else {
-    text = cell;
+    text = cellText;
   }
   return e;
 }
 
 void Recolor(Table& table, int lastColumn, int column) {
   const bool resetLast = lastColumn >= 1 && lastColumn <= table.ColumnCount();
-  for (Row& row : table.Rows()) {
-    if (row.Bold()) continue;
-    if (resetLast) {
-      Cell& previous = row.At(lastColumn);
-      if (previous.Color != kColorGrey) previous.Color = kColorStandard;
+  for (int r = 1; r <= table.RowCount(); ++r) {
+    if (table.RowBold(r)) continue;
+    RowRef row = table.EditRow(r);
+    if (resetLast && row.CellAt(lastColumn).Color != kColorGrey) {
+      row.SetColor(lastColumn, kColorStandard);
     }
-    Cell& sorted = row.At(column);
-    if (sorted.Color != kColorGrey) sorted.Color = kColorDarkBlue;
+    if (row.CellAt(column).Color != kColorGrey) row.SetColor(column, kColorDarkBlue);
   }
 }
 
 void OrderRows(Table& table, int column, std::int32_t order) {
   const bool numeric = IsNumericColumn(table.ColumnAt(column).Header);
-  std::vector<Row>& rows = table.Rows();
+  const std::vector<std::uint32_t>& shown = table.Order();
   std::vector<SortEntry> entries;
-  entries.reserve(rows.size());
+  entries.reserve(shown.size());
   // For the text cells: the entry and the index of its text.
   std::vector<std::pair<std::size_t, std::uint32_t>> textCells;
   TextRanks texts;
-  for (std::size_t i = 0; i < rows.size(); ++i) {
+  std::deque<std::string> made;
+  for (std::size_t i = 0; i < shown.size(); ++i) {
     std::string_view text;
-    const SortEntry e = EntryOf(rows[i], static_cast<std::uint32_t>(i), column, numeric, text);
+    const SortEntry e =
+        EntryOf(table, shown[i], static_cast<std::uint32_t>(i), column, numeric, text, made);
     if (e.place == Place::Normal && e.kind != Kind::Number) {
       textCells.emplace_back(entries.size(), texts.Add(text));
     }
@@ -168,16 +223,16 @@ void OrderRows(Table& table, int column, std::int32_t order) {
     return a.row < b.row;
   });
 
+  // Only the order of the rows changes, never the rows themselves.
   const int selectedBefore = table.SelectedRow;
-  std::vector<Row> sorted;
-  sorted.reserve(rows.size());
+  std::vector<std::uint32_t> sorted(entries.size());
   for (std::size_t k = 0; k < entries.size(); ++k) {
     if (static_cast<int>(entries[k].row) + 1 == selectedBefore) {
       table.SelectedRow = static_cast<int>(k) + 1;
     }
-    sorted.push_back(std::move(rows[entries[k].row]));
+    sorted[k] = shown[entries[k].row];
   }
-  rows = std::move(sorted);
+  table.SetOrder(std::move(sorted));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // The Lines tab: one row for each probed line with its values, and the
 // notice that stands in its place where lines can't be listed.
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -89,48 +90,85 @@ class LineProgress {
   std::int32_t step_;
 };
 
+// The names of a procedure's lines, kept once in the table: its module's, its
+// own, and that of the project its module came from.
+struct ProcedureTexts {
+  bool made = false;
+  TextRef module;
+  TextRef procedure;
+  TextRef project;
+};
+
+class ProcedureTextCache {
+ public:
+  ProcedureTextCache(Table& table, const Workspace& ws, const Project& project)
+      : table_(table),
+        ws_(ws),
+        project_(project),
+        texts_(static_cast<std::size_t>(std::max(project.Procedure.UBound(), 0)) + 1) {}
+
+  const ProcedureTexts& For(std::int32_t id, const Procedure& procedure) {
+    ProcedureTexts& texts = texts_.at(static_cast<std::size_t>(id));
+    if (!texts.made) {
+      texts.module = table_.AddText(project_.Module(procedure.BelongToModule).Name);
+      texts.procedure = table_.AddText(procedure.Name);
+      texts.project =
+          table_.AddText(ModuleProjectName(ws_, project_, procedure.BelongToModule));
+      texts.made = true;
+    }
+    return texts;
+  }
+
+ private:
+  Table& table_;
+  const Workspace& ws_;
+  const Project& project_;
+  std::vector<ProcedureTexts> texts_;
+};
+
 struct LineTotals {
   double hits = 0;
   double time = 0;
 };
 
-void FillLineValues(Row& row, const CodeLine& line, const CodeLineValue& v, std::int32_t dit,
+void FillLineValues(RowRef row, const CodeLine& line, const CodeLineValue& v, std::int32_t dit,
                     int bars, LineTotals& totals) {
-  row.At(kHits).Text = std::to_string(v.Hits);
+  row.SetCount(kHits, v.Hits);
   totals.hits += v.Hits;
   if (dit == 4) {
-    row.At(bars).Text = BarText(HitsBarLength(v.Hits));
+    row.SetBar(bars, HitsBarLength(v.Hits));
     return;
   }
   if (line.IsProcedureExit) {
-    row.At(kTime).Text = kNoValue;
-    row.At(kAverage).Text = kNoValue;
+    row.SetLiteral(kTime, kNoValue);
+    row.SetLiteral(kAverage, kNoValue);
   } else {
     const bool child = IsChildMeasure(dit);
-    row.At(kTime).Text = TimeText(child ? v.ChildTotalTime : v.TotalTime);
-    row.At(kAverage).Text = TimeText(child ? v.ChildAverageTime : v.AverageTime);
-    totals.time += CellValue(row.Text(kTime));
+    const double time = child ? v.ChildTotalTime : v.TotalTime;
+    row.SetTime(kTime, time);
+    row.SetTime(kAverage, child ? v.ChildAverageTime : v.AverageTime);
+    totals.time += DisplayedTime(time);
   }
-  row.At(bars).Text = BarText(GetBarLogValue(TimingMeasure(v, dit)));
+  row.SetBar(bars, GetBarLogValue(TimingMeasure(v, dit)));
 }
 
 void AddLineTotal(Table& t, const LineTotals& totals, std::int32_t dit, int bars) {
   const bool timing = dit != 4;
-  Row& total = AddTotalRow(t, kProcedure);
+  RowRef total = AddTotalRow(t, kProcedure);
   const int lastValue = timing ? kAverage : kHitsPct;
   if (totals.hits == 0) {
-    for (int c = kHits; c <= lastValue; ++c) total.At(c).Text = kNoValue;
+    for (int c = kHits; c <= lastValue; ++c) total.SetLiteral(c, kNoValue);
   } else {
-    total.At(kHits).Text = CStr(totals.hits);
-    total.At(kHitsPct).Text = "100%";
+    total.SetText(kHits, CStr(totals.hits));
+    total.SetLiteral(kHitsPct, kFullShare);
     if (timing) {
-      total.At(kTime).Text = TimeText(totals.time);
-      total.At(kTimePct).Text = "100%";
-      total.At(kAverage).Text = TimeText(totals.time / totals.hits);
-      total.At(bars).Text =
-          BarText(GetBarLogValue(IsAverageMeasure(dit) ? totals.time / totals.hits : totals.time));
+      total.SetTime(kTime, totals.time);
+      total.SetLiteral(kTimePct, kFullShare);
+      total.SetTime(kAverage, totals.time / totals.hits);
+      total.SetBar(bars, GetBarLogValue(IsAverageMeasure(dit) ? totals.time / totals.hits
+                                                              : totals.time));
     } else {
-      total.At(bars).Text = BarText(HitsBarLength(totals.hits));
+      total.SetBar(bars, HitsBarLength(totals.hits));
     }
   }
   MarkTotalRow(total, t.ColumnCount(), bars);
@@ -174,8 +212,8 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   const LineColumns cols = AddLineColumns(t, sel, fake);
   const int sortColumn = timing ? kTime : kHits;
   if (fake) {
-    Row& row = t.AddRow("", " ");
-    row.At(cols.lineId).Text = " ";
+    RowRef row = t.AddRow("", " ");
+    row.SetText(cols.lineId, " ");
     FinishGrid(t, sort, sortColumn);
     return build;
   }
@@ -195,11 +233,11 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   for (std::int32_t i = 1; i <= linesNumber; ++i) {
     if (ShouldDisplayLine(project, session, sel, i)) shownLines.push_back(i);
   }
-  t.Rows().reserve(shownLines.size() + 1);
   ChartArrays& chart = build.Arrays;
   chart.ChartArrayBar.reserve(shownLines.size());
   chart.ChartArrayPie.reserve(shownLines.size());
   LineTotals totals;
+  ProcedureTextCache procedureTexts(t, ws, project);
   auto next = shownLines.begin();
   for (std::int32_t i = 1; i <= linesNumber; ++i) {
     progress.Line(i);
@@ -210,36 +248,36 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
     const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
     chart.Add(LineChartName(i, numberOfZeros, line.Text), value, timing ? 1000000 * value : value);
 
+    // A line's procedure always exists: ShouldDisplayLine leaves out the
+    // others. Its names are kept once in the table for all of its lines.
     const std::int32_t proc = line.BelongToProcedure;
-    const Procedure* procedure = proc != 0 ? &project.Procedure(proc) : nullptr;
-    Row& row = t.AddRow("", procedure ? project.Module(procedure->BelongToModule).Name : "");
-    row.Tag = i;
-    if (procedure) {
-      row.At(kProcedure).Text = procedure->Name;
-      if (cols.project != 0) {
-        row.At(cols.project).Text = ModuleProjectName(ws, project, procedure->BelongToModule);
-      }
-    }
-    if (procedure && procedure->IsDead) {
-      MarkDeadRow(row, kHits, timing ? kAverage : kHitsPct, cols.bars);
+    const Procedure& procedure = project.Procedure(proc);
+    const ProcedureTexts& names = procedureTexts.For(proc, procedure);
+    RowRef row = t.AddRow("", "");
+    row.SetText(kModule, names.module);
+    row.SetTag(i);
+    row.SetText(kProcedure, names.procedure);
+    if (cols.project != 0) row.SetText(cols.project, names.project);
+    if (procedure.IsDead) {
+      MarkDeadRow(t, row, kHits, timing ? kAverage : kHitsPct, cols.bars);
     } else if (v.Hits != 0) {
       FillLineValues(row, line, v, dit, cols.bars, totals);
     } else {
-      row.At(kHits).Text = kNoValue;
+      row.SetLiteral(kHits, kNoValue);
       if (timing) {
-        row.At(kTime).Text = kNoValue;
-        row.At(kAverage).Text = kNoValue;
+        row.SetLiteral(kTime, kNoValue);
+        row.SetLiteral(kAverage, kNoValue);
       }
     }
-    row.At(cols.line).Text = line.Text;
-    row.At(cols.lineId).Text = std::to_string(i);
+    row.SetText(cols.line, line.Text);
+    row.SetCount(cols.lineId, i);
   }
   progress.Mark(1.0);
 
-  for (Row& row : t.Rows()) {
-    if (!row.Text(kHitsPct).empty()) continue;  // a dead row keeps its blanks
-    row.At(kHitsPct).Text = ShareText(row.Text(kHits), totals.hits);
-    if (timing) row.At(kTimePct).Text = ShareText(row.Text(kTime), totals.time);
+  if (timing) {
+    FillShares(t, {kHitsPct, kTimePct}, {kHits, kTime}, {totals.hits, totals.time});
+  } else {
+    FillShares(t, {kHitsPct}, {kHits}, {totals.hits});
   }
   if (t.RowCount() > 0) AddLineTotal(t, totals, dit, cols.bars);
 

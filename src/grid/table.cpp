@@ -1,7 +1,12 @@
 #include "grid/table.h"
 
 #include <algorithm>
+#include <cstring>
+#include <limits>
 #include <stdexcept>
+
+#include "grid/bars.h"
+#include "grid/cell_text.h"
 
 namespace zol {
 
@@ -18,19 +23,92 @@ void CheckIndex(int index, int count, const char* what) {
 
 }  // namespace
 
-Cell& Row::At(int column) {
-  if (column < 1) throw std::out_of_range("column " + std::to_string(column) + " below 1");
-  if (static_cast<std::size_t>(column) > Cells.size()) Cells.resize(column);
-  return Cells[column - 1];
-}
-
 const std::string& Row::Text(int column) const {
   if (column < 1 || static_cast<std::size_t>(column) > Cells.size()) return kEmpty;
   return Cells[column - 1].Text;
 }
 
+// --- RowRef ---
+
+CellData& RowRef::Mutable(int column) {
+  return table_->MutableCell(stored_, column);
+}
+
+void RowRef::SetText(int column, std::string_view text) {
+  SetText(column, table_->AddText(text));
+}
+
+void RowRef::SetText(int column, TextRef text) {
+  CellData& cell = Mutable(column);
+  cell.Kind = text.Length == 0 ? CellKind::Empty : CellKind::Text;
+  cell.V.Text = text;
+}
+
+void RowRef::SetLiteral(int column, const char* text) {
+  CellData& cell = Mutable(column);
+  cell.Kind = CellKind::Literal;
+  cell.V.Literal = text;
+}
+
+void RowRef::SetCount(int column, std::int64_t n) {
+  CellData& cell = Mutable(column);
+  cell.Kind = CellKind::Count;
+  cell.V.Integer = n;
+}
+
+void RowRef::SetTime(int column, double seconds) {
+  CellData& cell = Mutable(column);
+  cell.Kind = CellKind::Time;
+  cell.V.Number = seconds;
+}
+
+void RowRef::SetPercent(int column, double fraction) {
+  CellData& cell = Mutable(column);
+  cell.Kind = CellKind::Percent;
+  cell.V.Number = fraction;
+}
+
+void RowRef::SetBar(int column, std::int32_t length) {
+  CellData& cell = Mutable(column);
+  cell.Kind = CellKind::Bar;
+  cell.V.Integer = std::clamp(length, 0, kMaxBarLength);
+}
+
+void RowRef::SetCell(int column, const CellData& cell) {
+  Mutable(column) = cell;
+}
+
+void RowRef::SetBold(int column, bool bold) {
+  Mutable(column).Bold = bold;
+}
+
+void RowRef::SetColor(int column, VbColor color) {
+  Mutable(column).Color = color;
+}
+
+void RowRef::SetTag(std::int32_t tag) {
+  table_->rows_[stored_].Tag = tag;
+}
+
+const CellData& RowRef::CellAt(int column) const {
+  return table_->StoredCell(stored_, column);
+}
+
+std::string RowRef::Text(int column) const {
+  return table_->CellText(CellAt(column));
+}
+
+std::int32_t RowRef::Tag() const {
+  return table_->rows_[stored_].Tag;
+}
+
+// --- Table ---
+
 void Table::ClearRows() {
   rows_.clear();
+  cells_.clear();
+  order_.clear();
+  pool_.clear();
   Sorted = false;
   SelectedRow = 0;
 }
@@ -38,23 +116,37 @@ void Table::ClearRows() {
 void Table::Clear() {
   ClearRows();
   columns_.clear();
-  order_.clear();
+  positions_.clear();
 }
 
 int Table::AddColumn(std::string header, Alignment align, std::int32_t width) {
+  const std::size_t before = columns_.size();
   columns_.push_back({std::move(header), align, width});
   const int index = ColumnCount();
-  order_.push_back(index);
+  positions_.push_back(index);
+  if (!rows_.empty()) {
+    // Rows already there get an empty cell in the new column.
+    std::vector<CellData> cells(rows_.size() * columns_.size());
+    for (std::size_t r = 0; r < rows_.size(); ++r) {
+      std::copy_n(cells_.begin() + static_cast<std::ptrdiff_t>(r * before), before,
+                  cells.begin() + static_cast<std::ptrdiff_t>(r * columns_.size()));
+    }
+    cells_ = std::move(cells);
+  }
   return index;
 }
 
-Column& Table::ColumnAt(int column) {
+void Table::CheckColumn(int column) const {
   CheckIndex(column, ColumnCount(), "column");
+}
+
+Column& Table::ColumnAt(int column) {
+  CheckColumn(column);
   return columns_[column - 1];
 }
 
 const Column& Table::ColumnAt(int column) const {
-  CheckIndex(column, ColumnCount(), "column");
+  CheckColumn(column);
   return columns_[column - 1];
 }
 
@@ -66,41 +158,158 @@ int Table::FindColumn(std::string_view header) const {
 }
 
 void Table::SetPosition(int column, int position) {
-  CheckIndex(column, ColumnCount(), "column");
+  CheckColumn(column);
   position = std::clamp(position, 1, ColumnCount());
-  order_.erase(std::find(order_.begin(), order_.end(), column));
-  order_.insert(order_.begin() + (position - 1), column);
+  positions_.erase(std::find(positions_.begin(), positions_.end(), column));
+  positions_.insert(positions_.begin() + (position - 1), column);
 }
 
 int Table::Position(int column) const {
-  CheckIndex(column, ColumnCount(), "column");
-  return static_cast<int>(std::find(order_.begin(), order_.end(), column) - order_.begin()) + 1;
+  CheckColumn(column);
+  return static_cast<int>(std::find(positions_.begin(), positions_.end(), column) -
+                          positions_.begin()) +
+         1;
 }
 
-Row& Table::AddRow(std::string key, std::string text, std::string icon) {
-  Row& row = rows_.emplace_back();
-  row.Key = std::move(key);
-  row.Icon = std::move(icon);
-  row.Cells.resize(std::max<std::size_t>(columns_.size(), 1));
-  row.Cells[0].Text = std::move(text);
+TextRef Table::AddText(std::string_view text) {
+  if (text.empty()) return {};
+  if (pool_.size() + text.size() > std::numeric_limits<std::uint32_t>::max()) {
+    throw std::length_error("the texts of a table pass 4 GB");
+  }
+  const TextRef ref{static_cast<std::uint32_t>(pool_.size()),
+                    static_cast<std::uint32_t>(text.size())};
+  pool_.append(text);
+  return ref;
+}
+
+RowRef Table::AddRow(std::string_view key, std::string_view text, std::string_view icon) {
+  if (rows_.size() >= std::numeric_limits<std::uint32_t>::max()) {
+    throw std::length_error("a table of more than 4 billion rows");
+  }
+  if (columns_.empty()) throw std::logic_error("a row added to a table without columns");
+  const auto stored = static_cast<std::uint32_t>(rows_.size());
+  rows_.push_back({AddText(key), AddText(icon), 0});
+  cells_.resize(cells_.size() + columns_.size());
+  order_.push_back(stored);
+  RowRef row(*this, stored);
+  row.SetText(1, text);
   return row;
 }
 
-Row& Table::RowAt(int row) {
-  CheckIndex(row, RowCount(), "row");
-  return rows_[row - 1];
+RowRef Table::EditRow(int row) {
+  return RowRef(*this, StoredRow(row));
 }
 
-const Row& Table::RowAt(int row) const {
+std::uint32_t Table::StoredRow(int row) const {
   CheckIndex(row, RowCount(), "row");
-  return rows_[row - 1];
+  return order_[static_cast<std::size_t>(row - 1)];
 }
 
-const Row* Table::FindRow(std::string_view key) const {
-  for (const Row& r : rows_) {
-    if (r.Key == key) return &r;
+const CellData& Table::StoredCell(std::uint32_t stored, int column) const {
+  CheckColumn(column);
+  return cells_[static_cast<std::size_t>(stored) * columns_.size() +
+                static_cast<std::size_t>(column - 1)];
+}
+
+CellData& Table::MutableCell(std::uint32_t stored, int column) {
+  CheckColumn(column);
+  return cells_[static_cast<std::size_t>(stored) * columns_.size() +
+                static_cast<std::size_t>(column - 1)];
+}
+
+const CellData& Table::CellAt(int row, int column) const {
+  return StoredCell(StoredRow(row), column);
+}
+
+std::string_view Table::StoredText(const CellData& cell) const {
+  switch (cell.Kind) {
+    case CellKind::Text:
+      return std::string_view(pool_).substr(cell.V.Text.Offset, cell.V.Text.Length);
+    case CellKind::Literal:
+      return cell.V.Literal;
+    default:
+      return {};
   }
-  return nullptr;
+}
+
+std::string Table::CellText(const CellData& cell) const {
+  switch (cell.Kind) {
+    case CellKind::Empty:
+      return {};
+    case CellKind::Text:
+    case CellKind::Literal:
+      return std::string(StoredText(cell));
+    case CellKind::Count:
+      return std::to_string(cell.V.Integer);
+    case CellKind::Time:
+      return TimeText(cell.V.Number);
+    case CellKind::Percent:
+      return PercentText(cell.V.Number);
+    case CellKind::Bar:
+      return BarText(static_cast<std::int32_t>(cell.V.Integer));
+  }
+  return {};
+}
+
+std::string Table::Text(int row, int column) const {
+  return CellText(CellAt(row, column));
+}
+
+std::string_view Table::TextView(int row, int column, std::string& scratch) const {
+  const CellData& cell = CellAt(row, column);
+  if (cell.Kind == CellKind::Text || cell.Kind == CellKind::Literal) return StoredText(cell);
+  if (cell.Kind == CellKind::Empty) return {};
+  scratch = CellText(cell);
+  return scratch;
+}
+
+std::int32_t Table::Tag(int row) const {
+  return rows_[StoredRow(row)].Tag;
+}
+
+std::string_view Table::Key(int row) const {
+  const TextRef key = rows_[StoredRow(row)].Key;
+  return std::string_view(pool_).substr(key.Offset, key.Length);
+}
+
+std::string_view Table::Icon(int row) const {
+  const TextRef icon = rows_[StoredRow(row)].Icon;
+  return std::string_view(pool_).substr(icon.Offset, icon.Length);
+}
+
+int Table::FindRow(std::string_view key) const {
+  for (int r = 1; r <= RowCount(); ++r) {
+    if (Key(r) == key) return r;
+  }
+  return 0;
+}
+
+Row Table::RowAt(int row) const {
+  Row r;
+  r.Key = std::string(Key(row));
+  r.Tag = Tag(row);
+  r.Icon = std::string(Icon(row));
+  r.Cells.reserve(columns_.size());
+  for (int c = 1; c <= ColumnCount(); ++c) {
+    const CellData& cell = CellAt(row, c);
+    r.Cells.push_back({CellText(cell), cell.Bold, cell.Color});
+  }
+  return r;
+}
+
+std::vector<Row> Table::Rows() const {
+  std::vector<Row> rows;
+  rows.reserve(order_.size());
+  for (int r = 1; r <= RowCount(); ++r) rows.push_back(RowAt(r));
+  return rows;
+}
+
+void Table::SetOrder(std::vector<std::uint32_t> stored) {
+  if (stored.size() != order_.size()) {
+    throw std::invalid_argument("a new row order of " + std::to_string(stored.size()) +
+                                " rows for a table of " + std::to_string(order_.size()));
+  }
+  order_ = std::move(stored);
 }
 
 }  // namespace zol

@@ -2,9 +2,20 @@
 
 // The grid as a model: what a table builder produces, what the sort orders,
 // what the export and the console print, and what the GUI shows through a
-// model of its own. Cell texts are the data: later passes (percentages,
-// totals, sorting, export) read them back, so builders write them exactly as
-// they are to be seen.
+// model of its own.
+//
+// A table of a large session has a million rows, and only the few dozen on
+// screen are ever read by the user. So a cell keeps what its text is made
+// of (a count, a time, a share, a bar length, or text kept once in the
+// table's own pool) and the text is made when asked. Every reader (the view,
+// the export, the console, the sort, the search) goes through the same
+// cells, so they all see the same text: CellText makes exactly the text the
+// builders used to write (TimeText, PercentText, BarText of cell_text.h and
+// bars.h).
+//
+// Rows are stored in the order they were added; the order shown is a list of
+// indices into them, which is all a sort moves. Rows are numbered from 1 in
+// the order shown.
 //
 // Columns are numbered from 1 in creation order; the cells of column 1 are the
 // row's own text, so a row's text, bold flag and colour are those of its
@@ -43,29 +54,95 @@ struct Column {
   std::int32_t Width = 150;
 };
 
-struct Cell {
-  std::string Text;
+// A stretch of a table's text pool.
+struct TextRef {
+  std::uint32_t Offset = 0;
+  std::uint32_t Length = 0;
+};
+
+// What a cell's text is made of.
+enum class CellKind : std::uint8_t {
+  Empty,    // ""
+  Text,     // text of the table's pool
+  Literal,  // a text of static storage ("-", "  ", "100%")
+  Count,    // a whole number in decimal
+  Time,     // seconds, TimeText
+  Percent,  // a fraction, PercentText
+  Bar,      // a bar of that many letters "l", BarText
+};
+
+// A stored cell: sixteen bytes, no text of its own.
+struct CellData {
+  union Value {
+    double Number;         // Time, Percent
+    std::int64_t Integer;  // Count, Bar
+    TextRef Text;          // Text
+    const char* Literal;   // Literal
+  };
+  Value V{.Integer = 0};
+  CellKind Kind = CellKind::Empty;
   bool Bold = false;
   VbColor Color = kColorStandard;
 };
 
+// A cell as read: its text, bold flag and colour.
+struct Cell {
+  std::string Text;
+  bool Bold = false;
+  VbColor Color = kColorStandard;
+
+  friend bool operator==(const Cell&, const Cell&) = default;
+};
+
+// A row as read, all texts made: for the few places that want a whole row
+// (the tests, the difference columns of a compared table).
 struct Row {
   std::string Key;  // only the total row has one ("TOTAL")
   std::int32_t Tag = 0;
   std::string Icon;         // small icon key, empty for none
   std::vector<Cell> Cells;  // Cells[0] is column 1, the row's own text
 
-  // The cell of column `column` (from 1); a missing cell is made empty.
-  Cell& At(int column);
-  // The text of column `column`; empty for a cell never set.
+  // The text of column `column` (from 1); empty for a column out of range.
   const std::string& Text(int column) const;
-
   const std::string& RowText() const { return Text(1); }
   bool Bold() const { return !Cells.empty() && Cells[0].Bold; }
   VbColor Color() const { return Cells.empty() ? kColorStandard : Cells[0].Color; }
+};
+
+class Table;
+
+// A row being filled or changed: the table and the row's place in its store.
+// It stays valid while rows are added.
+class RowRef {
+ public:
+  RowRef(Table& table, std::uint32_t stored) : table_(&table), stored_(stored) {}
+
+  void SetText(int column, std::string_view text);
+  void SetText(int column, TextRef text);
+  // `text` must have static storage: a string literal or a constant.
+  void SetLiteral(int column, const char* text);
+  void SetCount(int column, std::int64_t n);
+  void SetTime(int column, double seconds);
+  void SetPercent(int column, double fraction);
+  void SetBar(int column, std::int32_t length);
+  // The whole cell, as another one of the same table holds it.
+  void SetCell(int column, const CellData& cell);
+  void SetBold(int column, bool bold);
+  void SetColor(int column, VbColor color);
+  void SetTag(std::int32_t tag);
+
+  const CellData& CellAt(int column) const;
+  std::string Text(int column) const;
+  std::int32_t Tag() const;
+
   // The bold flag and colour of the row, which are those of its first cell.
-  void SetBold(bool bold) { At(1).Bold = bold; }
-  void SetColor(VbColor color) { At(1).Color = color; }
+  void SetRowBold(bool bold) { SetBold(1, bold); }
+  void SetRowColor(VbColor color) { SetColor(1, color); }
+
+ private:
+  CellData& Mutable(int column);
+  Table* table_;
+  std::uint32_t stored_;
 };
 
 class Table {
@@ -87,17 +164,50 @@ class Table {
   void SetPosition(int column, int position);
   int Position(int column) const;
   // The column indices in display order.
-  const std::vector<int>& GetHeadersPositions() const { return order_; }
+  const std::vector<int>& GetHeadersPositions() const { return positions_; }
 
-  // Appends a row with its text in column 1 and cells for every column.
-  Row& AddRow(std::string key, std::string text, std::string icon = {});
-  int RowCount() const { return static_cast<int>(rows_.size()); }
-  Row& RowAt(int row);  // from 1
-  const Row& RowAt(int row) const;
-  std::vector<Row>& Rows() { return rows_; }
-  const std::vector<Row>& Rows() const { return rows_; }
-  // The row with this key, or nullptr.
-  const Row* FindRow(std::string_view key) const;
+  // Appends a row with its text in column 1; it is shown last.
+  RowRef AddRow(std::string_view key, std::string_view text, std::string_view icon = {});
+  int RowCount() const { return static_cast<int>(order_.size()); }
+  // Row `row` (from 1, in the order shown) for changes.
+  RowRef EditRow(int row);
+
+  // Text kept once for many cells (a module's name on each of its lines).
+  TextRef AddText(std::string_view text);
+
+  // Reading row `row` (from 1, in the order shown), column `column` (from 1).
+  const CellData& CellAt(int row, int column) const;
+  std::string Text(int row, int column) const;
+  // The text without a copy where the cell holds text; otherwise it is made
+  // into `scratch`.
+  std::string_view TextView(int row, int column, std::string& scratch) const;
+  bool Bold(int row, int column) const { return CellAt(row, column).Bold; }
+  VbColor Color(int row, int column) const { return CellAt(row, column).Color; }
+  bool RowBold(int row) const { return Bold(row, 1); }
+  std::int32_t Tag(int row) const;
+  std::string_view Key(int row) const;
+  std::string_view Icon(int row) const;
+  // The row whose key is `key`, from 1; 0 if none.
+  int FindRow(std::string_view key) const;
+
+  // The text of a cell of this table, and the text it holds without a copy
+  // (empty for a cell whose text is made: count, time, share, bar).
+  std::string CellText(const CellData& cell) const;
+  std::string_view StoredText(const CellData& cell) const;
+
+  // Row `row` with all its texts made.
+  Row RowAt(int row) const;
+  // Every row so, in the order shown: for small tables and tests.
+  std::vector<Row> Rows() const;
+
+  // The place in the store of row `row` (from 1, in the order shown), and
+  // the cells of a stored row.
+  std::uint32_t StoredRow(int row) const;
+  const CellData& StoredCell(std::uint32_t stored, int column) const;
+  // Shows the stored rows in the order `stored` (a permutation of the
+  // shown order's entries).
+  void SetOrder(std::vector<std::uint32_t> stored);
+  const std::vector<std::uint32_t>& Order() const { return order_; }
 
   // The list's own sort state: whether it has been sorted once.
   bool Sorted = false;
@@ -106,9 +216,22 @@ class Table {
   ImageListKind ImageList = ImageListKind::Nothing;
 
  private:
+  friend class RowRef;
+  struct StoredRowData {
+    TextRef Key;
+    TextRef Icon;
+    std::int32_t Tag = 0;
+  };
+  void CheckColumn(int column) const;
+  CellData& MutableCell(std::uint32_t stored, int column);
+
   std::vector<Column> columns_;
-  std::vector<int> order_;
-  std::vector<Row> rows_;
+  std::vector<int> positions_;
+  std::vector<StoredRowData> rows_;
+  // Cells of stored row r, column c at r * ColumnCount() + c - 1.
+  std::vector<CellData> cells_;
+  std::vector<std::uint32_t> order_;
+  std::string pool_;
 };
 
 // The key and the first-column text of the total row.

@@ -25,7 +25,7 @@ std::string TableAsText(const Table& table) {
   std::vector<std::size_t> widths;
   for (const int c : order) {
     std::size_t w = table.ColumnAt(c).Header.size();
-    for (const Row& row : table.Rows()) w = std::max(w, row.Text(c).size());
+    for (int r = 1; r <= table.RowCount(); ++r) w = std::max(w, table.Text(r, c).size());
     widths.push_back(w);
   }
   std::string out;
@@ -39,9 +39,9 @@ std::string TableAsText(const Table& table) {
     out.resize(end == std::string::npos || end < start ? start : end + 1);
     out.push_back('\n');
   };
-  writeLine([&](int c) -> const std::string& { return table.ColumnAt(c).Header; });
-  for (const Row& row : table.Rows()) {
-    writeLine([&](int c) -> const std::string& { return row.Text(c); });
+  writeLine([&](int c) { return table.ColumnAt(c).Header; });
+  for (int r = 1; r <= table.RowCount(); ++r) {
+    writeLine([&](int c) { return table.Text(r, c); });
   }
   return out;
 }

@@ -17,29 +17,29 @@ namespace {
 // Procedures: columns of the table.
 enum ProcCol { kPModule = 1, kPProcedure, kPHits, kPHitsPct, kPTime, kPTimePct, kPAverage };
 
-void FillProcedureValues(Row& row, const ProcedureValue& pv, std::int32_t dit, int bars,
+void FillProcedureValues(RowRef row, const ProcedureValue& pv, std::int32_t dit, int bars,
                          double& totalHits, double& totalTime) {
   const bool child = IsChildMeasure(dit);
-  row.At(kPHits).Text = std::to_string(pv.Hits);
-  row.At(kPTime).Text = TimeText(child ? pv.ChildTotalTime : pv.TotalTime);
-  row.At(kPAverage).Text = TimeText(child ? pv.ChildAverageTime : pv.AverageTime);
+  const double time = child ? pv.ChildTotalTime : pv.TotalTime;
+  row.SetCount(kPHits, pv.Hits);
+  row.SetTime(kPTime, time);
+  row.SetTime(kPAverage, child ? pv.ChildAverageTime : pv.AverageTime);
   totalHits += pv.Hits;
-  totalTime += CellValue(row.Text(kPTime));
-  row.At(bars).Text = BarText(GetBarLogValue(TimingMeasure(pv, dit)));
+  totalTime += DisplayedTime(time);
+  row.SetBar(bars, GetBarLogValue(TimingMeasure(pv, dit)));
 }
 
 void AddProcedureTotal(Table& t, double totalHits, double totalTime, std::int32_t dit, int bars) {
-  Row& total = AddTotalRow(t, kPProcedure);
+  RowRef total = AddTotalRow(t, kPProcedure);
   if (totalHits == 0) {
-    for (int c = kPHits; c <= kPAverage; ++c) total.At(c).Text = kNoValue;
+    for (int c = kPHits; c <= kPAverage; ++c) total.SetLiteral(c, kNoValue);
   } else {
-    total.At(kPHits).Text = CStr(totalHits);
-    total.At(kPHitsPct).Text = "100%";
-    total.At(kPTime).Text = TimeText(totalTime);
-    total.At(kPTimePct).Text = "100%";
-    total.At(kPAverage).Text = TimeText(totalTime / totalHits);
-    total.At(bars).Text =
-        BarText(GetBarLogValue(IsAverageMeasure(dit) ? totalTime / totalHits : totalTime));
+    total.SetText(kPHits, CStr(totalHits));
+    total.SetLiteral(kPHitsPct, kFullShare);
+    total.SetTime(kPTime, totalTime);
+    total.SetLiteral(kPTimePct, kFullShare);
+    total.SetTime(kPAverage, totalTime / totalHits);
+    total.SetBar(bars, GetBarLogValue(IsAverageMeasure(dit) ? totalTime / totalHits : totalTime));
   }
   MarkTotalRow(total, t.ColumnCount(), bars);
 }
@@ -72,23 +72,19 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
     const double measure = TimingMeasure(pv, dit);
     chart.Add(proc.Name, measure, 1000000 * measure);
 
-    Row& row = AddProcedureRow(t, ws, project, i, cols.project);
+    RowRef row = AddProcedureRow(t, ws, project, i, cols.project);
     if (proc.IsDead) {
-      MarkDeadRow(row, kPHits, kPAverage, bars);
+      MarkDeadRow(t, row, kPHits, kPAverage, bars);
     } else if (pv.Hits != 0) {
       FillProcedureValues(row, pv, dit, bars, totalHits, totalTime);
     } else {
-      row.At(kPHits).Text = kNoValue;
-      row.At(kPTime).Text = kNoValue;
-      row.At(kPAverage).Text = kNoValue;
+      row.SetLiteral(kPHits, kNoValue);
+      row.SetLiteral(kPTime, kNoValue);
+      row.SetLiteral(kPAverage, kNoValue);
     }
   }
 
-  for (Row& row : t.Rows()) {
-    if (!row.Text(kPHitsPct).empty()) continue;  // a dead row keeps its blanks
-    row.At(kPHitsPct).Text = ShareText(row.Text(kPHits), totalHits);
-    row.At(kPTimePct).Text = ShareText(row.Text(kPTime), totalTime);
-  }
+  FillShares(t, {kPHitsPct, kPTimePct}, {kPHits, kPTime}, {totalHits, totalTime});
   if (t.RowCount() > 0) AddProcedureTotal(t, totalHits, totalTime, dit, bars);
 
   FinishWithChart(build, sort, kPTime, ProcedureChartTitle(dit), ProcedureChartTitle(dit));
@@ -113,32 +109,39 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
     const ModuleValue& mv = session.ModuleValue(i);
     chart.Add(module.Name, mv.TotalTime, 1000000 * mv.TotalTime);
 
-    Row& row = AddModuleRow(t, ws, project, i, cols.project);
-    row.At(kProcedures).Text = std::to_string(mv.TotalProcedures);
+    RowRef row = AddModuleRow(t, ws, project, i, cols.project);
+    row.SetCount(kProcedures, mv.TotalProcedures);
     if (mv.TotalProcedures != 0) {
       if (mv.HitProcedures != 0) {
-        row.At(kTime).Text = TimeText(mv.TotalTime);
-        totalTime += CellValue(row.Text(kTime));
+        row.SetTime(kTime, mv.TotalTime);
+        totalTime += DisplayedTime(mv.TotalTime);
       } else {
-        row.At(kTime).Text = kNoValue;
+        row.SetLiteral(kTime, kNoValue);
       }
-      row.At(bars).Text = BarText(GetBarLogValue(mv.TotalTime));
+      row.SetBar(bars, GetBarLogValue(mv.TotalTime));
     } else {
-      for (int c = kProcedures; c <= kTimePct; ++c) row.At(c).Text = kNoValue;
+      for (int c = kProcedures; c <= kTimePct; ++c) row.SetLiteral(c, kNoValue);
     }
   }
-  for (Row& row : t.Rows()) row.At(kTimePct).Text = ShareText(row.Text(kTime), totalTime);
+  for (int r = 1; r <= t.RowCount(); ++r) {
+    RowRef row = t.EditRow(r);
+    SetShare(t, row, kTimePct, row.CellAt(kTime), totalTime);
+  }
 
   if (t.RowCount() > 0) {
     const ModuleValue& sv = session.SessionValue;
-    Row& total = AddTotalRow(t, kModule, "SESSION");
+    RowRef total = AddTotalRow(t, kModule, "SESSION");
     if (sv.TotalProcedures != 0) {
-      total.At(kProcedures).Text = std::to_string(sv.TotalProcedures);
-      total.At(kTime).Text = totalTime != 0 ? TimeText(totalTime) : kNoValue;
-      total.At(kTimePct).Text = "100%";
-      total.At(bars).Text = BarText(GetBarLogValue(totalTime));
+      total.SetCount(kProcedures, sv.TotalProcedures);
+      if (totalTime != 0) {
+        total.SetTime(kTime, totalTime);
+      } else {
+        total.SetLiteral(kTime, kNoValue);
+      }
+      total.SetLiteral(kTimePct, kFullShare);
+      total.SetBar(bars, GetBarLogValue(totalTime));
     } else {
-      for (int c = kProcedures; c <= kTimePct; ++c) total.At(c).Text = kNoValue;
+      for (int c = kProcedures; c <= kTimePct; ++c) total.SetLiteral(c, kNoValue);
     }
     MarkTotalRow(total, t.ColumnCount(), bars);
   }
@@ -166,36 +169,39 @@ GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, Sort
     const ModuleValue& sv = s.SessionValue;
     chart.Add(s.Name, sv.TotalTime, 1000000 * sv.TotalTime);
 
-    Row& row = t.AddRow("", s.Name);
-    row.Tag = static_cast<std::int32_t>(i) + 1;
-    row.At(kModules).Text = std::to_string(p.ModulesNumber);
-    row.At(kProcedures).Text = std::to_string(p.ProceduresNumber);
-    row.At(kLines).Text = std::to_string(p.LinesNumber);
+    RowRef row = t.AddRow("", s.Name);
+    row.SetTag(static_cast<std::int32_t>(i) + 1);
+    row.SetCount(kModules, p.ModulesNumber);
+    row.SetCount(kProcedures, p.ProceduresNumber);
+    row.SetCount(kLines, p.LinesNumber);
     totalModules += p.ModulesNumber;
     totalProcedures += p.ProceduresNumber;
     totalLines += p.LinesNumber;
-    row.At(bars).Text = BarText(GetBarLogValue(sv.TotalTime));
+    row.SetBar(bars, GetBarLogValue(sv.TotalTime));
     if (sv.HitProcedures != 0) {
-      row.At(kTime).Text = TimeText(sv.TotalTime);
-      totalTime += CellValue(row.Text(kTime));
+      row.SetTime(kTime, sv.TotalTime);
+      totalTime += DisplayedTime(sv.TotalTime);
     } else {
-      row.At(kTime).Text = kNoValue;
+      row.SetLiteral(kTime, kNoValue);
     }
   }
-  for (Row& row : t.Rows()) row.At(kTimePct).Text = ShareText(row.Text(kTime), totalTime);
+  for (int r = 1; r <= t.RowCount(); ++r) {
+    RowRef row = t.EditRow(r);
+    SetShare(t, row, kTimePct, row.CellAt(kTime), totalTime);
+  }
 
   if (t.RowCount() > 0) {
-    Row& total = AddTotalRow(t, kProject);
-    total.At(kModules).Text = CStr(totalModules);
-    total.At(kProcedures).Text = CStr(totalProcedures);
-    total.At(kLines).Text = CStr(totalLines);
+    RowRef total = AddTotalRow(t, kProject);
+    total.SetText(kModules, CStr(totalModules));
+    total.SetText(kProcedures, CStr(totalProcedures));
+    total.SetText(kLines, CStr(totalLines));
     if (totalTime == 0) {
-      total.At(kTime).Text = kNoValue;
-      total.At(kTimePct).Text = kNoValue;
+      total.SetLiteral(kTime, kNoValue);
+      total.SetLiteral(kTimePct, kNoValue);
     } else {
-      total.At(kTime).Text = TimeText(totalTime);
-      total.At(bars).Text = BarText(GetBarLogValue(totalTime));
-      total.At(kTimePct).Text = "100%";
+      total.SetTime(kTime, totalTime);
+      total.SetBar(bars, GetBarLogValue(totalTime));
+      total.SetLiteral(kTimePct, kFullShare);
     }
     MarkTotalRow(total, t.ColumnCount(), bars);
   }

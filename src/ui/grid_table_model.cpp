@@ -92,25 +92,24 @@ int GridTableModel::columnCount(const QModelIndex& parent) const {
 QVariant GridTableModel::data(const QModelIndex& index, int role) const {
   const int tableRow = index.isValid() ? TableRow(index.row()) : -1;
   if (tableRow < 1 || index.column() >= table_.ColumnCount()) return {};
-  const Row& row = table_.RowAt(tableRow);
   const int column = index.column() + 1;
-  const std::size_t cell = static_cast<std::size_t>(index.column());
+  // Only the cells on screen are asked for: their texts are made here.
   switch (role) {
     case Qt::DisplayRole:
-      return cell < row.Cells.size() ? Q(row.Cells[cell].Text) : QString();
+      return Q(table_.Text(tableRow, column));
     case Qt::ToolTipRole:
-      if (column == barsColumn_ || cell >= row.Cells.size()) return {};
-      return PlainToolTip(Q(row.Cells[cell].Text));
+      if (column == barsColumn_) return {};
+      return PlainToolTip(Q(table_.Text(tableRow, column)));
     case Qt::FontRole:
       if (column == barsColumn_) return BarsFont();
-      if (cell < row.Cells.size() && row.Cells[cell].Bold) {
+      if (table_.Bold(tableRow, column)) {
         QFont bold;
         bold.setBold(true);
         return bold;
       }
       return {};
     case Qt::ForegroundRole:
-      return cell < row.Cells.size() ? GridColor(row.Cells[cell].Color) : QVariant();
+      return GridColor(table_.Color(tableRow, column));
     case Qt::TextAlignmentRole: {
       const Alignment a = table_.ColumnAt(column).Align;
       const Qt::Alignment h = a == Alignment::Right    ? Qt::AlignRight
@@ -119,7 +118,10 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
       return QVariant::fromValue(h | Qt::AlignVCenter);
     }
     case Qt::DecorationRole:
-      if (column == 1 && !row.Icon.empty()) return ZolIcon(row.Icon);
+      if (column == 1) {
+        const std::string_view icon = table_.Icon(tableRow);
+        if (!icon.empty()) return ZolIcon(std::string(icon));
+      }
       return {};
     default:
       return {};

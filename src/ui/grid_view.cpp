@@ -319,7 +319,7 @@ void GridView::GetHitTest(const QModelIndex& index, Qt::MouseButton button) {
   }
   hit_.SubIndex = index.column() + 1;
   hit_.ColumnText = t.ColumnAt(hit_.SubIndex).Header;
-  hit_.Text = t.RowAt(hit_.Index).Text(hit_.SubIndex);
+  hit_.Text = t.Text(hit_.Index, hit_.SubIndex);
 }
 
 void GridView::mousePressEvent(QMouseEvent* event) {
