@@ -233,6 +233,9 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   for (std::int32_t i = 1; i <= linesNumber; ++i) {
     if (ShouldDisplayLine(project, session, sel, i)) shownLines.push_back(i);
   }
+  std::size_t lineTexts = 0;
+  for (const std::int32_t i : shownLines) lineTexts += project.CodeLine(i).Text.size();
+  t.Reserve(shownLines.size() + 1, lineTexts);
   ChartArrays& chart = build.Arrays;
   chart.ChartArrayBar.reserve(shownLines.size());
   chart.ChartArrayPie.reserve(shownLines.size());

@@ -196,6 +196,13 @@ RowRef Table::AddRow(std::string_view key, std::string_view text, std::string_vi
   return row;
 }
 
+void Table::Reserve(std::size_t rows, std::size_t textBytes) {
+  rows_.reserve(rows);
+  order_.reserve(rows);
+  cells_.reserve(rows * columns_.size());
+  pool_.reserve(pool_.size() + textBytes);
+}
+
 RowRef Table::EditRow(int row) {
   return RowRef(*this, StoredRow(row));
 }

@@ -169,6 +169,9 @@ class Table {
   // Appends a row with its text in column 1; it is shown last.
   RowRef AddRow(std::string_view key, std::string_view text, std::string_view icon = {});
   int RowCount() const { return static_cast<int>(order_.size()); }
+  // Room for `rows` rows of the present columns, and `textBytes` of their
+  // texts, so that a long table is filled in place.
+  void Reserve(std::size_t rows, std::size_t textBytes = 0);
   // Row `row` (from 1, in the order shown) for changes.
   RowRef EditRow(int row);
 

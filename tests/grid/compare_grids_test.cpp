@@ -84,11 +84,11 @@ TEST(CompareProceduresTiming, OneRunPerSessionBlanksWhereASessionDidNotRun) {
 TEST(CompareProceduresTiming, ModuleTotalIsTheModulesFigureAndChildMeasuresHaveNoTotal) {
   HomogeneousFixture f;
   Table t = ShowCompareProceduresTiming(f.ws, f.Compared(0, testing::kModule1)).Grid;
-  EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")),
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))),
             (V{"", "TOTAL", "0.123458", "0.009497", "1.000002", "0.076923"}));
   t = ShowCompareProceduresTiming(f.ws, f.Compared(2)).Grid;
   EXPECT_EQ(t.ColumnAt(3).Header, "Child Tot.");
-  EXPECT_EQ(t.FindRow("TOTAL"), nullptr);
+  EXPECT_EQ(t.FindRow("TOTAL"), 0);
 }
 
 TEST(CompareLines, HitsAndTimesPerSessionWithProcedureEndsWithoutTime) {
@@ -121,7 +121,7 @@ TEST(CompareProceduresCoverage, CoverageAndCriticalPerSession) {
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Main")),
             (V{"Module1", "Main", "66.7%", "66.7%", "100%", "100%"}));
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Unused")), (V{"Module1", "Unused", "0%", "", "0%", ""}));
-  EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")), (V{"", "TOTAL", "57.1%", "66.7%", "57.1%", "66.7%"}));
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))), (V{"", "TOTAL", "57.1%", "66.7%", "57.1%", "66.7%"}));
   EXPECT_EQ(b.Arrays.BarTitle, "Procedure coverage");
   EXPECT_EQ(b.Arrays.ChartArrayBar[0], (ChartRow{"Module1.Main", {66, 100}}));
 }
@@ -133,7 +133,7 @@ TEST(CompareModules, TimingAndCoverageOfEveryModule) {
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "Tot.Time", "Tot.Time"}));
   EXPECT_EQ(Shown(t, RowWith(t, 1, "Form1")), (V{"Form1", "2.500000", ""}));
   EXPECT_EQ(Shown(t, RowWith(t, 1, "Empty")), (V{"Empty", "", ""}));
-  EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")), (V{"TOTAL", "2.623458", "1.000002"}));
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))), (V{"TOTAL", "2.623458", "1.000002"}));
   EXPECT_EQ(RowWith(t, 1, "Form1").Icon, "5TYPE");
   EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 1, 1, {}}));
   EXPECT_EQ(b.Arrays.PieCaption, "");
@@ -143,7 +143,7 @@ TEST(CompareModules, TimingAndCoverageOfEveryModule) {
             (V{"Module1", "57.1%", "66.7%", "66.7%", "57.1%", "66.7%", "66.7%"}));
   EXPECT_EQ(Shown(b.Grid, RowWith(b.Grid, 1, "Form1")),
             (V{"Form1", "100%", "100%", "", "", "", ""}));
-  EXPECT_EQ(Shown(b.Grid, *b.Grid.FindRow("TOTAL")),
+  EXPECT_EQ(Shown(b.Grid, b.Grid.RowAt(b.Grid.FindRow("TOTAL"))),
             (V{"TOTAL", "66.7%", "75.0%", "66.7%", "66.7%", "75.0%", "66.7%"}));
   EXPECT_EQ(b.Headers.NumberOfColumnsPerSession, 3);
 }

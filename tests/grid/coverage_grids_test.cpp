@@ -60,7 +60,7 @@ TEST(ProceduresCoverage, NoCriticalColumnWithoutCriticalCodeAndDeadCriticalShows
   EXPECT_EQ(Shown(t, RowWith(t, 2, "OldCode")),
             (V{"Form1", "OldCode", "  ", "  ", "  ", "  ", "", "  ", "-"}));
   // Module selected: its record gives the total's lines, no critical lines here.
-  EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")),
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))),
             (V{"", "TOTAL", "1", "2", "2", "100%", BarText(20), "0", "-"}));
 }
 
@@ -91,9 +91,9 @@ TEST(ModulesCoverage, LineAndProcedureCoverageWithCriticalFromTheSums) {
             (V{"Form1", "2", "2", "100%", BarText(20), "0", "1", "1", "100%", "0", "-"}));
   EXPECT_EQ(Shown(t, RowWith(t, 1, "Empty")),
             (V{"Empty", "-", "-", "-", "", "-", "-", "-", "-", "-", ""}));
-  EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")),
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))),
             (V{"TOTAL", "9", "6", "66.7%", BarText(13), "3", "4", "3", "75.0%", "1", "66.7%"}));
-  EXPECT_EQ(t.FindRow("TOTAL")->Icon, "SESSION");
+  EXPECT_EQ(t.RowAt(t.FindRow("TOTAL")).Icon, "SESSION");
   EXPECT_EQ(t.RowAt(1).Text(1), "Form1");  // sorted on line coverage
   EXPECT_EQ(b.Arrays.ChartArrayBar[0], (ChartRow{"Module1", {57}}));
   EXPECT_EQ(b.Arrays.ChartArrayPie[0], (ChartItem{"Module1", 4}));

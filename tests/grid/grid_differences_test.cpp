@@ -21,14 +21,15 @@ GridBuild TwoRuns() {
     t.AddColumn("Tot. Time", Alignment::Right);
     t.AddColumn("Avg. Time", Alignment::Right);
   }
-  const auto add = [&](const char* module, const char* procedure, V values) {
-    Row& row = t.AddRow("", module);
-    row.At(2).Text = procedure;
+  const auto add = [&](const char* module, const char* procedure, V values,
+                       std::string_view key = {}) {
+    RowRef row = t.AddRow(key, module);
+    row.SetText(2, procedure);
     for (int c = 0; c < 4; ++c) {
-      row.At(3 + c).Text = values[c];
-      row.At(3 + c).Color = c < 2 ? kColorGreen : kColorDarkRed;
+      row.SetText(3 + c, values[c]);
+      row.SetColor(3 + c, c < 2 ? kColorGreen : kColorDarkRed);
     }
-    return &row;
+    return row;
   };
   add("Mod", "Slow", {"0.500000", "0.250000", "1.000000", "0.500000"});
   add("Mod", "Steady", {"1.000000", "0.100000", "1.050000", "0.105000"});
@@ -36,9 +37,8 @@ GridBuild TwoRuns() {
   // A hundredfold change of a tenth of a millisecond is still noise.
   add("Mod", "Tiny", {"0.000010", "0.000010", "0.001000", "0.001000"});
   add("Mod", "Added", {"", "", "0.300000", "0.300000"});
-  Row* total = add("", "TOTAL", {"2.500010", "0.300000", "3.751000", "0.400000"});
-  total->Key = std::string(kTotalKey);
-  for (Cell& cell : total->Cells) cell.Bold = true;
+  RowRef total = add("", "TOTAL", {"2.500010", "0.300000", "3.751000", "0.400000"}, kTotalKey);
+  for (int c = 1; c <= t.ColumnCount(); ++c) total.SetBold(c, true);
   b.Headers = FakeHeaders{{"Monday", "Tuesday"}, 2, 2, {}};
   return b;
 }
@@ -104,11 +104,11 @@ TEST(GridDifferences, ThreeRunsOfTheLinesGridCompareTimesAgainstTheFirst) {
     t.AddColumn("Hits", Alignment::Right);
     t.AddColumn("Tot. Time", Alignment::Right);
   }
-  Row& row = t.AddRow("", "x = 1");
+  RowRef row = t.AddRow("", "x = 1");
   const V cells{"3", "0.100000", "9", "0.100000", "3", "0.300000"};
-  for (int c = 0; c < 6; ++c) row.At(2 + c).Text = cells[c];
-  Row& end = t.AddRow("", "End Sub");
-  for (int c = 0; c < 6; ++c) end.At(2 + c).Text = c % 2 ? "-" : "3";
+  for (int c = 0; c < 6; ++c) row.SetText(2 + c, cells[c]);
+  RowRef end = t.AddRow("", "End Sub");
+  for (int c = 0; c < 6; ++c) end.SetText(2 + c, c % 2 ? "-" : "3");
   b.Headers = FakeHeaders{{"a", "b", "c"}, 1, 2, {}};
   ShowDifferences(b, {.Show = true});
   EXPECT_EQ(ShownHeaders(b.Grid), (V{"Line", "Hits", "Tot. Time", "Hits", "Tot. Time", "Diff.",

@@ -22,12 +22,12 @@ Table SmallTable() {
   const int bars = t.AddColumn("-\x9B Bars ");
   t.SetPosition(bars, 2);
   t.SetPosition(project, 1);
-  Row& r = t.AddRow("", "Module1");
-  r.At(2).Text = "-";
-  r.At(project).Text = "-";
-  r.At(bars).Text = "lll";
-  Row& total = t.AddRow("TOTAL", "-");
-  total.At(2).Text = "12";
+  RowRef r = t.AddRow("", "Module1");
+  r.SetText(2, "-");
+  r.SetText(project, "-");
+  r.SetText(bars, "lll");
+  RowRef total = t.AddRow("TOTAL", "-");
+  total.SetText(2, "12");
   return t;
 }
 
@@ -48,9 +48,9 @@ TEST(GridExport, CommasOfNumbersBecomePointsExceptInTheLineColumn) {
   t.AddColumn("Line");
   t.AddColumn("Total Time", Alignment::Right);
   t.AddColumn("Line ID", Alignment::Right);
-  Row& r = t.AddRow("", "a, b");
-  r.At(2).Text = "0,500000";
-  r.At(3).Text = "7";
+  RowRef r = t.AddRow("", "a, b");
+  r.SetText(2, "0,500000");
+  r.SetText(3, "7");
   EXPECT_EQ(ExportText(t, true, true),
             "Line,\"Total Time\",\"Line ID\"\r\n"
             "\"a, b\",\"0.500000\",\"7\"\r\n");

@@ -20,11 +20,11 @@ Table Lines() {
                            {"modTax", "TaxRate", "12", "If a<b & c>d Then"},
                            {"frmOrder", "Form_Load", "addline", "End Sub"}};
   for (const auto& r : rows) {
-    Row& row = t.AddRow("", r[0]);
-    for (int c = 2; c <= 4; ++c) row.At(c).Text = r[c - 1];
+    RowRef row = t.AddRow("", r[0]);
+    for (int c = 2; c <= 4; ++c) row.SetText(c, r[c - 1]);
   }
-  Row& total = t.AddRow(std::string(kTotalKey), "TOTAL");
-  total.At(3).Text = "27";
+  RowRef total = t.AddRow(std::string(kTotalKey), "TOTAL");
+  total.SetText(3, "27");
   return t;
 }
 

@@ -21,12 +21,12 @@ Table ValueTable(const V& names, const V& values, const std::string& valueHeader
   t.AddColumn("Procedure");
   t.AddColumn(valueHeader, Alignment::Right);
   for (std::size_t i = 0; i < names.size(); ++i) {
-    Row& r = t.AddRow("", names[i]);
-    r.At(2).Text = values[i];
-    if (values[i] == "  ") MarkDeadRow(r, 2, 2, 0);
+    RowRef r = t.AddRow("", names[i]);
+    r.SetText(2, values[i]);
+    if (values[i] == "  ") MarkDeadRow(t, r, 2, 2, 0);
   }
-  Row& total = t.AddRow("TOTAL", "TOTAL");
-  total.At(2).Text = "999";
+  RowRef total = t.AddRow("TOTAL", "TOTAL");
+  total.SetText(2, "999");
   MarkTotalRow(total, 2, 0);
   return t;
 }
@@ -68,9 +68,9 @@ TEST(GridSort, HeaderClicksToggleOnTheSameColumnAndLineIdStartsAscending) {
   t.AddColumn("Hits", Alignment::Right);
   t.AddColumn("Line ID", Alignment::Right);
   for (const char* id : {"2", "10", "1"}) {
-    Row& r = t.AddRow("", "x");
-    r.At(2).Text = id;
-    r.At(3).Text = id;
+    RowRef r = t.AddRow("", "x");
+    r.SetText(2, id);
+    r.SetText(3, id);
   }
   SortMemory m;
   // Not sorted yet: a click sorts descending.
@@ -110,7 +110,7 @@ TEST(GridSort, SortedColumnTurnsDarkBlueExceptGreyRowsAndTheTotal) {
 
   // Compared tables keep their own colours.
   Table c = ValueTable({"a", "b"}, {"1", "2"});
-  c.RowAt(1).At(2).Color = kColorGreen;
+  c.EditRow(1).SetColor(2, kColorGreen);
   SortTable(c, m, 2, kSortDescending, true);
   EXPECT_EQ(testing::RowWith(c, 1, "a").Cells[1].Color, kColorGreen);
 }

@@ -84,7 +84,7 @@ TEST_F(LoadedSessionGrids, LinesModulesAndProjectsAgreeWithTheSession) {
 
   const Table mods = ShowModulesCoverage(ws_, Selection(4), sort_).Grid;
   EXPECT_EQ(mods.RowCount(), p.ModulesNumber + 1);
-  EXPECT_EQ(mods.FindRow("TOTAL")->Text(2), std::to_string(s.SessionValue.TotalLines));
+  EXPECT_EQ(mods.RowAt(mods.FindRow("TOTAL")).Text(2), std::to_string(s.SessionValue.TotalLines));
   const Table projects = ShowProjectsCoverage(ws_, Selection(4), sort_).Grid;
   EXPECT_EQ(projects.RowAt(1).Text(5), FormatPercentage(s.SessionValue.LineCoverage));
 

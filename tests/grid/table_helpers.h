@@ -25,14 +25,14 @@ inline std::vector<std::string> ShownHeaders(const Table& t) {
 // The texts of one column, top to bottom.
 inline std::vector<std::string> ColumnTexts(const Table& t, int column) {
   std::vector<std::string> texts;
-  for (const Row& r : t.Rows()) texts.push_back(r.Text(column));
+  for (int r = 1; r <= t.RowCount(); ++r) texts.push_back(t.Text(r, column));
   return texts;
 }
 
 // The first row whose column `column` reads `text`.
-inline const Row& RowWith(const Table& t, int column, const std::string& text) {
-  for (const Row& r : t.Rows()) {
-    if (r.Text(column) == text) return r;
+inline Row RowWith(const Table& t, int column, const std::string& text) {
+  for (int r = 1; r <= t.RowCount(); ++r) {
+    if (t.Text(r, column) == text) return t.RowAt(r);
   }
   throw std::runtime_error("no row with \"" + text + "\"");
 }

@@ -58,7 +58,7 @@ TEST(ProceduresTiming, TotalRowIsBoldBlueButItsBarIsPlain) {
   GridFixture f;
   SortMemory sort;
   const Table t = ShowProceduresTiming(f.ws, f.Selection(0), sort).Grid;
-  const Row& total = *t.FindRow("TOTAL");
+  const Row& total = t.RowAt(t.FindRow("TOTAL"));
   const int bars = t.FindColumn(kBars);
   EXPECT_TRUE(total.Bold());
   EXPECT_EQ(total.Color(), kColorBlue);
@@ -77,7 +77,7 @@ TEST(ProceduresTiming, AverageMeasurePutsBarsLastAndTotalsBarOnTheAverage) {
   SortMemory sort;
   const Table t = ShowProceduresTiming(f.ws, f.Selection(1), sort).Grid;
   EXPECT_EQ(ShownHeaders(t).back(), kBars);
-  const Row& total = *t.FindRow("TOTAL");
+  const Row& total = t.RowAt(t.FindRow("TOTAL"));
   EXPECT_EQ(total.Text(t.FindColumn(kBars)), BarText(13));  // 0.187390 s
   // Bars of rows follow the average: Helper's 0.00000015 s is one letter.
   EXPECT_EQ(RowWith(t, 2, "Helper").Text(t.FindColumn(kBars)), BarText(1));
@@ -92,7 +92,7 @@ TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
   EXPECT_EQ(t.ColumnAt(7).Header, "Child Avg. Time");
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Main")),
             (V{"Module1", "Main", "3", "21.4%", "0.500000", BarText(13), "14.3%", "0.166667"}));
-  const Row& total = *t.FindRow("TOTAL");
+  const Row& total = t.RowAt(t.FindRow("TOTAL"));
   EXPECT_EQ(total.Text(5), "3.500020");
   EXPECT_EQ(total.Text(7), "0.250001");
 
@@ -100,7 +100,7 @@ TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
   const Table avg = ShowProceduresTiming(f.ws, f.Selection(3), sort).Grid;
   EXPECT_EQ(ShownHeaders(avg).back(), kBars);
   EXPECT_EQ(avg.ColumnAt(7).Header, "Child Avg. Time");
-  EXPECT_EQ(avg.FindRow("TOTAL")->Text(avg.FindColumn(kBars)), BarText(13));    // 0.250001 s
+  EXPECT_EQ(avg.RowAt(avg.FindRow("TOTAL")).Text(avg.FindColumn(kBars)), BarText(13));    // 0.250001 s
   EXPECT_EQ(RowWith(avg, 2, "Main").Text(avg.FindColumn(kBars)), BarText(12));  // 0.166667 s
 }
 
@@ -128,7 +128,7 @@ TEST(ProceduresTiming, SelectedModuleListsUnhitAndDeadProcedures) {
   EXPECT_TRUE(dead.Cells[2].Bold);
   // The dead procedure has no share: the one live procedure is all of it.
   EXPECT_EQ(RowWith(forms, 2, "Form_Load").Text(4), "100%");
-  EXPECT_EQ(forms.FindRow("TOTAL")->Text(3), "1");
+  EXPECT_EQ(forms.RowAt(forms.FindRow("TOTAL")).Text(3), "1");
   EXPECT_EQ(forms.RowAt(forms.RowCount() - 1).Text(2), "OldCode");  // dead rows at the bottom
 }
 
@@ -186,7 +186,7 @@ TEST(ModulesTiming, ModuleWithProceduresButNoHitsShowsDashAndNoShare) {
   EXPECT_EQ(form.Text(4), "-");
   EXPECT_EQ(form.Text(t.FindColumn(kBars)), BarText(15));  // from the record all the same
   EXPECT_EQ(RowWith(t, 1, "Module1").Text(4), "100%");
-  EXPECT_EQ(t.FindRow("TOTAL")->Text(3), "0.123458");
+  EXPECT_EQ(t.RowAt(t.FindRow("TOTAL")).Text(3), "0.123458");
 }
 
 TEST(ProjectsTiming, OneRowPerSessionSortedByLines) {
@@ -261,7 +261,7 @@ TEST(GroupMergedSession, ProjectColumnComesFirstWithTheModulesProject) {
   EXPECT_EQ(ShownHeaders(procs), (V{"Project", "Module", "Procedure", "Hits", "% Hits",
                                     "Total Time", kBars, "% Time", "Average Time"}));
   EXPECT_EQ(Shown(procs, procs.RowAt(1))[0], "Alpha");
-  EXPECT_EQ(Shown(procs, *procs.FindRow("TOTAL"))[0], "");
+  EXPECT_EQ(Shown(procs, procs.RowAt(procs.FindRow("TOTAL")))[0], "");
 
   const Table mods = ShowModulesTiming(f.ws, f.GroupSelection(0), sort).Grid;
   EXPECT_EQ(ShownHeaders(mods),
@@ -277,7 +277,7 @@ TEST(GroupMergedSession, ProjectsTableHasARowPerMemberAndCountsAddUp) {
   // The member that never ran shows "-" for its time, yet its counts add up.
   EXPECT_EQ(Shown(t, RowWith(t, 1, "idle")), (V{"idle", "1", "1", "1", "-", "", "-"}));
   EXPECT_EQ(RowWith(t, 1, "idle").Tag, 2);
-  EXPECT_EQ(Shown(t, *t.FindRow("TOTAL")),
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))),
             (V{"TOTAL", "4", "6", "12", "2.623458", BarText(15), "100%"}));
   EXPECT_EQ(ShownHeaders(t)[0], "Project");  // the rows are projects: no extra column
 }

@@ -40,14 +40,14 @@ Table SmallTable() {
   t.AddColumn("Module");
   t.AddColumn("Hits", Alignment::Right);
   t.AddColumn("-\x9B Bars ");
-  Row& row = t.AddRow("", "CInvoice", "2TYPE");
-  row.At(2).Text = "319";
-  row.At(2).Color = kColorDarkBlue;
-  row.At(3).Text = "llll";
-  row.At(3).Bold = true;
-  Row& total = t.AddRow(std::string(kTotalKey), "TOTAL", "SESSION");
+  RowRef row = t.AddRow("", "CInvoice", "2TYPE");
+  row.SetText(2, "319");
+  row.SetColor(2, kColorDarkBlue);
+  row.SetText(3, "llll");
+  row.SetBold(3, true);
+  RowRef total = t.AddRow(std::string(kTotalKey), "TOTAL", "SESSION");
   total.SetBold(true);
-  total.At(2).Text = "1453";
+  total.SetText(2, "1453");
   return t;
 }
 
@@ -81,7 +81,7 @@ TEST(GridTableModel, AHugeTableCostsOnlyItsVisibleRows) {
   Table t;
   t.AddColumn("Line");
   t.AddColumn("Hits", Alignment::Right);
-  for (int i = 0; i < 200000; ++i) t.AddRow("", "line " + std::to_string(i)).At(2).Text = "1";
+  for (int i = 0; i < 200000; ++i) t.AddRow("", "line " + std::to_string(i)).SetText(2, "1");
   QTableView view;
   GridTableModel model;
   view.setModel(&model);
@@ -272,8 +272,8 @@ TEST(GridTableModel, LargeTablesAreReplacedWhileTheOldOneIsFreedAside) {
     t.AddColumn("Module");
     t.AddColumn("Hits", Alignment::Right);
     for (int r = 1; r <= rows; ++r) {
-      Row& row = t.AddRow("", prefix + std::to_string(r) + " with a name too long to be short");
-      row.At(2).Text = std::to_string(r % 997);
+      RowRef row = t.AddRow("", prefix + std::to_string(r) + " with a name too long to be short");
+      row.SetText(2, std::to_string(r % 997));
     }
     return t;
   };
