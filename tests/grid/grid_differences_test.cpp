@@ -66,7 +66,7 @@ TEST(GridDifferences, ColumnsAfterTheLaterRunColouredByTheNoiseRule) {
   EXPECT_EQ(Shown(t, t.RowAt(6))[1], "TOTAL");
   EXPECT_TRUE(t.RowAt(6).Cells[6].Bold);
 
-  const auto rowOf = [&](const std::string& procedure) -> const Row& {
+  const auto rowOf = [&](const std::string& procedure) {
     return testing::RowWith(t, 2, procedure);
   };
   EXPECT_EQ(rowOf("Slow").Text(7), "+100%");
