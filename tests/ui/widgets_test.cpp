@@ -46,7 +46,7 @@ Table SmallTable() {
   row.SetText(3, "llll");
   row.SetBold(3, true);
   RowRef total = t.AddRow(std::string(kTotalKey), "TOTAL", "SESSION");
-  total.SetBold(true);
+  total.SetRowBold(true);
   total.SetText(2, "1453");
   return t;
 }
