@@ -79,25 +79,30 @@ std::string WithoutLineIdPrefix(const std::string& name) {
 
 ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std::int32_t activeTab,
                           std::int32_t displayInfoType) {
-  const std::vector<ChartItem>& all = arrays.ChartArrayPie;
+  const std::size_t count = arrays.PieCount();
+  const auto valueOf = [&](std::size_t i) {
+    return arrays.Packed() ? arrays.PackedPie[i] : arrays.ChartArrayPie[i].Value;
+  };
   std::vector<ChartItem> items;
   bool inOrder = false;
   double other = -1;
-  if (LimitApplies(o, activeTab, all.size())) {
+  if (LimitApplies(o, activeTab, count)) {
     // Only the largest items are copied; the others are summed in the order
     // a sort by value puts them.
-    const std::vector<std::size_t> order =
-        OrderByValue(all.size(), [&](std::size_t i) { return all[i].Value; });
-    const std::size_t leftOut = all.size() - static_cast<std::size_t>(o.GraphMaxItems);
+    const std::vector<std::size_t> order = OrderByValue(count, valueOf);
+    const std::size_t leftOut = count - static_cast<std::size_t>(o.GraphMaxItems);
     if (IsSummable(displayInfoType)) {
       other = 0;
-      for (std::size_t i = 0; i < leftOut; ++i) other += all[order[i]].Value;
+      for (std::size_t i = 0; i < leftOut; ++i) other += valueOf(order[i]);
     }
-    items.reserve(all.size() - leftOut);
-    for (std::size_t i = leftOut; i < all.size(); ++i) items.push_back(all[order[i]]);
+    items.reserve(count - leftOut);
+    for (std::size_t i = leftOut; i < count; ++i) items.push_back(arrays.PieItem(order[i]));
     inOrder = o.GraphSortKey == kGraphSortByValue;
+  } else if (arrays.Packed()) {
+    items.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) items.push_back(arrays.PieItem(i));
   } else {
-    items = all;
+    items = arrays.ChartArrayPie;
   }
   if (!inOrder) SortChartArray2dim(items, o.GraphSortKey);
 
@@ -115,21 +120,26 @@ ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std:
 
 ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, std::int32_t activeTab,
                           std::int32_t displayInfoType) {
-  const std::vector<ChartRow>& all = arrays.ChartArrayBar;
-  double largest = ValueKey(all.front());
-  for (const ChartRow& r : all) largest = std::max(largest, ValueKey(r));
+  const std::size_t count = arrays.BarCount();
+  const auto keyOf = [&](std::size_t i) {
+    return arrays.Packed() ? arrays.PackedBar[i] : ValueKey(arrays.ChartArrayBar[i]);
+  };
+  double largest = keyOf(0);
+  for (std::size_t i = 0; i < count; ++i) largest = std::max(largest, keyOf(i));
 
   std::vector<ChartRow> rows;
   bool inOrder = false;
-  if (LimitApplies(o, activeTab, all.size())) {
-    const std::vector<std::size_t> order =
-        OrderByValue(all.size(), [&](std::size_t i) { return ValueKey(all[i]); });
+  if (LimitApplies(o, activeTab, count)) {
+    const std::vector<std::size_t> order = OrderByValue(count, keyOf);
     const std::size_t kept = static_cast<std::size_t>(o.GraphMaxItems);
     rows.reserve(kept);
-    for (std::size_t i = all.size() - kept; i < all.size(); ++i) rows.push_back(all[order[i]]);
+    for (std::size_t i = count - kept; i < count; ++i) rows.push_back(arrays.BarItem(order[i]));
     inOrder = o.GraphSortKey == kGraphSortByValue;
+  } else if (arrays.Packed()) {
+    rows.reserve(count);
+    for (std::size_t i = 0; i < count; ++i) rows.push_back(arrays.BarItem(i));
   } else {
-    rows = all;
+    rows = arrays.ChartArrayBar;
   }
   if (!inOrder) SortRows(rows, o.GraphSortKey);
   if (activeTab == kTabLines) {
@@ -179,7 +189,7 @@ void SaveGraphOptions(const GraphOptions& options, const std::string& iniFile) {
 ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options,
                          std::int32_t activeTab, std::int32_t displayInfoType) {
   if (options.GraphType == kGraphTypePie) {
-    if (arrays.ChartArrayPie.empty()) {
+    if (!arrays.HasPieItems()) {
       ChartDescription chart = ResetChart();
       chart.Title = arrays.PieCaption;
       return chart;
@@ -187,7 +197,7 @@ ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options,
     return PieChart(arrays, options, activeTab, displayInfoType);
   }
   if (options.GraphType == kGraphTypeBar) {
-    if (arrays.ChartArrayBar.empty()) return ResetChart();
+    if (!arrays.HasBarItems()) return ResetChart();
     return BarChart(arrays, options, activeTab, displayInfoType);
   }
   return {};

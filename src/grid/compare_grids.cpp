@@ -22,8 +22,7 @@ std::string QualifiedName(const std::string& module, const std::string& procedur
 }
 
 // Time cells of a run: the measure's total and average.
-void SetTimes(const ComparedGrid& g, RowRef row, int k, int first, double total,
-              double average) {
+void SetTimes(const ComparedGrid& g, RowRef row, int k, int first, double total, double average) {
   row.SetTime(g.RunColumn(k, first), total);
   row.SetTime(g.RunColumn(k, first + 1), average);
 }

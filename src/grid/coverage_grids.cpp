@@ -144,8 +144,7 @@ void FillModuleCoverage(RowRef row, const ModuleValue& mv, int bars) {
   if (mv.TotalProcedures != 0) {
     row.SetCount(kMProcedures, mv.TotalProcedures);
     SetCountOrNone(row, kMHitProcedures, mv.HitProcedures);
-    row.SetPercent(kMProcCoverage,
-                   static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
+    row.SetPercent(kMProcCoverage, static_cast<double>(mv.HitProcedures) / mv.TotalProcedures);
     SetLeftCount(row, kMLeftProcedures, mv.TotalProcedures, mv.HitProcedures);
   } else {
     for (int c = kMProcedures; c <= kMLeftProcedures; ++c) row.SetLiteral(c, kNoValue);

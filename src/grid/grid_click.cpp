@@ -66,7 +66,8 @@ ClickTarget ClickedPlace(const Project& project, const Table& table, int row, in
   }
   if (header == "Procedure") return ProcedureTarget(project, table, row, moduleColumn, column);
   if (lineIdColumn != 0) return LineTarget(project, table, row, lineIdColumn);
-  if (procedureColumn != 0) return ProcedureTarget(project, table, row, moduleColumn, procedureColumn);
+  if (procedureColumn != 0)
+    return ProcedureTarget(project, table, row, moduleColumn, procedureColumn);
   return ModuleTarget(project, table, row, moduleColumn);
 }
 

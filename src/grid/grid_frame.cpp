@@ -105,8 +105,7 @@ void FitColumnWidths(Table& table) {
     for (int c = 1; c <= columns; ++c) widths[c - 1].Add(table, table.StoredCell(stored, c));
   }
   for (int c = 1; c <= columns; ++c) {
-    const std::size_t w =
-        std::max(table.ColumnAt(c).Header.size(), widths[c - 1].Widest(table));
+    const std::size_t w = std::max(table.ColumnAt(c).Header.size(), widths[c - 1].Widest(table));
     table.ColumnAt(c).Width = static_cast<std::int32_t>(w);
   }
 }

@@ -136,6 +136,9 @@ std::int32_t LineIdDigits(std::int32_t linesNumber);
 // digits, "-", and its text cut to 33 characters; so a sort by name is a sort
 // by line ID.
 std::string LineChartName(std::int32_t lineId, std::int32_t numberOfZeros, const std::string& text);
+// The same name written at the end of `name`.
+void AppendLineChartName(std::string& name, std::int32_t lineId, std::int32_t numberOfZeros,
+                         std::string_view text);
 
 // Widths, the sort on `defaultColumn` in descending order, and the first row
 // selected.

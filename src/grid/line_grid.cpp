@@ -2,6 +2,7 @@
 // notice that stands in its place where lines can't be listed.
 
 #include <algorithm>
+#include <charconv>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -112,8 +113,7 @@ class ProcedureTextCache {
     if (!texts.made) {
       texts.module = table_.AddText(project_.Module(procedure.BelongToModule).Name);
       texts.procedure = table_.AddText(procedure.Name);
-      texts.project =
-          table_.AddText(ModuleProjectName(ws_, project_, procedure.BelongToModule));
+      texts.project = table_.AddText(ModuleProjectName(ws_, project_, procedure.BelongToModule));
       texts.made = true;
     }
     return texts;
@@ -165,8 +165,8 @@ void AddLineTotal(Table& t, const LineTotals& totals, std::int32_t dit, int bars
       total.SetTime(kTime, totals.time);
       total.SetLiteral(kTimePct, kFullShare);
       total.SetTime(kAverage, totals.time / totals.hits);
-      total.SetBar(bars, GetBarLogValue(IsAverageMeasure(dit) ? totals.time / totals.hits
-                                                              : totals.time));
+      total.SetBar(bars,
+                   GetBarLogValue(IsAverageMeasure(dit) ? totals.time / totals.hits : totals.time));
     } else {
       total.SetBar(bars, HitsBarLength(totals.hits));
     }
@@ -176,22 +176,29 @@ void AddLineTotal(Table& t, const LineTotals& totals, std::int32_t dit, int bars
 
 }  // namespace
 
-std::string LineChartName(std::int32_t lineId, std::int32_t numberOfZeros,
-                          const std::string& text) {
+void AppendLineChartName(std::string& name, std::int32_t lineId, std::int32_t numberOfZeros,
+                         std::string_view text) {
   // The rightmost numberOfZeros characters of that many zeros and the ID.
-  const std::string id = std::to_string(lineId);
+  char digits[16];
+  const auto end = std::to_chars(digits, digits + sizeof digits, lineId).ptr;
+  const std::string_view id(digits, static_cast<std::size_t>(end - digits));
   const std::size_t width = static_cast<std::size_t>(MaxLong2(numberOfZeros, 0));
-  std::string name;
-  name.reserve(width + 1 + 36);
   if (id.size() < width) name.append(width - id.size(), '0');
-  name.append(id, id.size() > width ? id.size() - width : 0);
+  name.append(id.substr(id.size() > width ? id.size() - width : 0));
   name.push_back('-');
   // TruncateString(text, 33), without a temporary.
   if (text.size() > 36) {
-    name.append(text, 0, 33).append("...");
+    name.append(text.substr(0, 33)).append("...");
   } else {
     name.append(text);
   }
+}
+
+std::string LineChartName(std::int32_t lineId, std::int32_t numberOfZeros,
+                          const std::string& text) {
+  std::string name;
+  name.reserve(static_cast<std::size_t>(MaxLong2(numberOfZeros, 0)) + 1 + 36);
+  AppendLineChartName(name, lineId, numberOfZeros, text);
   return name;
 }
 
@@ -237,8 +244,11 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   for (const std::int32_t i : shownLines) lineTexts += project.CodeLine(i).Text.size();
   t.Reserve(shownLines.size() + 1, lineTexts);
   ChartArrays& chart = build.Arrays;
-  chart.ChartArrayBar.reserve(shownLines.size());
-  chart.ChartArrayPie.reserve(shownLines.size());
+  chart.PackedNameEnds.reserve(shownLines.size());
+  chart.PackedBar.reserve(shownLines.size());
+  chart.PackedPie.reserve(shownLines.size());
+  chart.PackedNames.reserve(shownLines.size() * (static_cast<std::size_t>(numberOfZeros) + 2) +
+                            lineTexts);
   LineTotals totals;
   ProcedureTextCache procedureTexts(t, ws, project);
   auto next = shownLines.begin();
@@ -249,7 +259,9 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
     const CodeLine& line = project.CodeLine(i);
     const CodeLineValue& v = session.CodeLineValue(i);
     const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
-    chart.Add(LineChartName(i, numberOfZeros, line.Text), value, timing ? 1000000 * value : value);
+    chart.AddPacked(
+        [&](std::string& names) { AppendLineChartName(names, i, numberOfZeros, line.Text); }, value,
+        timing ? 1000000 * value : value);
 
     // A line's procedure always exists: ShouldDisplayLine leaves out the
     // others. Its names are kept once in the table for all of its lines.
@@ -290,7 +302,7 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
   SortTable(t, sort, sortColumn, kSortDescending);
   t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
 
-  if (chart.ChartArrayBar.empty()) {
+  if (!chart.HasBarItems()) {
     build.Chart = ChartUpdate::Reset;
   } else {
     chart.SetTitles(LineChartTitle(dit), LineChartTitle(dit));

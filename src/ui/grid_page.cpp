@@ -158,8 +158,7 @@ void GridPage::OnOptionChanged(bool sortOnly) {
   ApplyChartVisibility();
   if (sortOnly) {
     DoChartSortOnly(description_, options_.GraphSortKey);
-  } else if (description_.IsReset && arrays_.ChartArrayBar.empty() &&
-             arrays_.ChartArrayPie.empty()) {
+  } else if (description_.IsReset && !arrays_.HasBarItems() && !arrays_.HasPieItems()) {
     // Nothing to plot: the empty chart stays.
   } else {
     description_ = DoChart(arrays_, options_, activeTab_, displayInfoType_);

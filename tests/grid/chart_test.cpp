@@ -142,6 +142,34 @@ TEST(DoChart, ComparedBarsKeepEverySeries) {
   EXPECT_EQ(c.Items[1], (ChartRow{"y", {1, 3}}));
 }
 
+TEST(DoChart, PackedItemsDrawAsTheSameItemsInArrays) {
+  // Values with ties at the cut and names out of order, as a Lines tab has.
+  ChartArrays arrays;
+  ChartArrays packed;
+  for (int i = 0; i < 40; ++i) {
+    const std::string name = (i < 10 ? "0" : "") + std::to_string(97 * i % 40) + "-line";
+    const double value = (i * 7 % 13) * 0.01;
+    arrays.Add(name, value, 1000000 * value);
+    packed.AddPacked([&](std::string& names) { names += name; }, value, 1000000 * value);
+  }
+  for (ChartArrays* a : {&arrays, &packed}) a->SetTitles("bar", "pie");
+  EXPECT_EQ(packed.BarItem(3), arrays.BarItem(3));
+  EXPECT_EQ(packed.PieItem(39), arrays.PieItem(39));
+  for (const std::int32_t type : {kGraphTypeBar, kGraphTypePie}) {
+    for (const std::int32_t sortKey : {kGraphSortByName, kGraphSortByValue}) {
+      for (const std::int32_t most : {0, 5, 40, 60}) {
+        for (const std::int32_t tab : {kTabProcedures, kTabLines}) {
+          const GraphOptions o{type, sortKey, most};
+          EXPECT_EQ(DoChart(packed, o, tab, 0), DoChart(arrays, o, tab, 0))
+              << type << " " << sortKey << " " << most << " " << tab;
+        }
+      }
+    }
+  }
+  packed.Erase();
+  EXPECT_TRUE(DoChart(packed, {}, kTabLines, 0).IsReset);
+}
+
 TEST(GraphOptions, DefaultsClampedValuesAndRoundTrip) {
   testing::ScopedTempDir dir;
   const std::string ini = dir / "Zolmark.ini";

@@ -121,7 +121,8 @@ TEST(CompareProceduresCoverage, CoverageAndCriticalPerSession) {
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Main")),
             (V{"Module1", "Main", "66.7%", "66.7%", "100%", "100%"}));
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Unused")), (V{"Module1", "Unused", "0%", "", "0%", ""}));
-  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))), (V{"", "TOTAL", "57.1%", "66.7%", "57.1%", "66.7%"}));
+  EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))),
+            (V{"", "TOTAL", "57.1%", "66.7%", "57.1%", "66.7%"}));
   EXPECT_EQ(b.Arrays.BarTitle, "Procedure coverage");
   EXPECT_EQ(b.Arrays.ChartArrayBar[0], (ChartRow{"Module1.Main", {66, 100}}));
 }

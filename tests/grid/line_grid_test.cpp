@@ -37,8 +37,8 @@ TEST(ShowLines, TimingListsHitLinesButNoProcedureEnds) {
             (V{"", "TOTAL", "14", "100%", "2.620002", BarText(15), "100%", "0.187143", "", ""}));
   EXPECT_EQ(t.RowAt(2).Tag, 1);
   ASSERT_EQ(b.Chart, ChartUpdate::Draw);
-  EXPECT_EQ(b.Arrays.ChartArrayBar[0], (ChartRow{"01-x = 1", {0.12}}));
-  EXPECT_EQ(b.Arrays.ChartArrayPie[0].Value, 120000);
+  EXPECT_EQ(b.Arrays.BarItem(0), (ChartRow{"01-x = 1", {0.12}}));
+  EXPECT_EQ(b.Arrays.PieItem(0).Value, 120000);
   EXPECT_EQ(b.Arrays.BarTitle, "Total Time spent in lines (seconds)");
 }
 
@@ -57,7 +57,7 @@ TEST(ShowLines, CoverageCountsHitsWithLogBarsAndListsProcedureEnds) {
   EXPECT_EQ(Shown(t, t.RowAt(7)), (V{"", "TOTAL", "28", BarText(4), "100%", "", ""}));
   EXPECT_EQ(sort.LastColumn, 3);
   EXPECT_EQ(b.Arrays.BarTitle, "Line hits (1 line execution = 1 hit)");
-  EXPECT_EQ(b.Arrays.ChartArrayPie[0], (ChartItem{"01-x = 1", 3}));  // hits, not scaled
+  EXPECT_EQ(b.Arrays.PieItem(0), (ChartItem{"01-x = 1", 3}));  // hits, not scaled
 }
 
 TEST(ShowLines, SelectedProcedureListsUnhitLinesAndItsEndOnlyForCoverage) {
@@ -149,7 +149,7 @@ TEST(ShowLines, LongSourceLineStandsWholeInTheGrid) {
   SortMemory sort;
   const GridBuild b = ShowLines(f.ws, f.Selection(0), sort, false);
   EXPECT_EQ(RowWith(b.Grid, 9, "1").Text(8), text);
-  EXPECT_EQ(b.Arrays.ChartArrayBar[0].Name, "01-" + text.substr(0, 33) + "...");
+  EXPECT_EQ(b.Arrays.BarItem(0).Name, "01-" + text.substr(0, 33) + "...");
 }
 
 }  // namespace

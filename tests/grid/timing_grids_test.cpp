@@ -100,7 +100,8 @@ TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
   const Table avg = ShowProceduresTiming(f.ws, f.Selection(3), sort).Grid;
   EXPECT_EQ(ShownHeaders(avg).back(), kBars);
   EXPECT_EQ(avg.ColumnAt(7).Header, "Child Avg. Time");
-  EXPECT_EQ(avg.RowAt(avg.FindRow("TOTAL")).Text(avg.FindColumn(kBars)), BarText(13));    // 0.250001 s
+  EXPECT_EQ(avg.RowAt(avg.FindRow("TOTAL")).Text(avg.FindColumn(kBars)),
+            BarText(13));                                                       // 0.250001 s
   EXPECT_EQ(RowWith(avg, 2, "Main").Text(avg.FindColumn(kBars)), BarText(12));  // 0.166667 s
 }
 
