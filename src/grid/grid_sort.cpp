@@ -1,6 +1,7 @@
 #include "grid/grid_sort.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <deque>
@@ -173,6 +174,66 @@ SortEntry EntryOf(const Table& table, std::uint32_t stored, std::uint32_t index,
   return e;
 }
 
+// A key as a whole number of the same order: the sign bit flipped for
+// positive numbers, every bit for negative ones; -0 counts as 0.
+std::uint64_t OrderedBits(double key, bool ascending) {
+  const auto bits = std::bit_cast<std::uint64_t>(key + 0.0);
+  const std::uint64_t ordered = (bits >> 63) != 0 ? ~bits : bits | (std::uint64_t{1} << 63);
+  return ascending ? ordered : ~ordered;
+}
+
+// The entries in sorted order: by place (normal, dead, total), normal ones
+// by kind (texts before the numbers, numbers, texts after; the other way
+// round when descending) and then by key, equal keys in the rows' order. A
+// stable radix sort on the key's bits within each group gives that order in
+// a few passes over the entries, however many there are.
+std::vector<SortEntry> SortedEntries(const std::vector<SortEntry>& entries, bool ascending) {
+  const auto groupOf = [ascending](const SortEntry& e) -> int {
+    if (e.place != Place::Normal) return 2 + static_cast<int>(e.place);
+    const int kind = static_cast<int>(e.kind);
+    return ascending ? kind : 2 - kind;
+  };
+  constexpr int kGroups = 5;
+  std::size_t counts[kGroups + 1] = {};
+  for (const SortEntry& e : entries) ++counts[groupOf(e) + 1];
+  for (int g = 1; g <= kGroups; ++g) counts[g] += counts[g - 1];
+  // Group by group, each in the rows' order; their keys beside them.
+  struct Keyed {
+    std::uint64_t bits;
+    std::uint32_t index;
+  };
+  std::vector<Keyed> keyed(entries.size());
+  {
+    std::size_t next[kGroups];
+    std::copy_n(counts, kGroups, next);
+    for (std::uint32_t i = 0; i < entries.size(); ++i) {
+      const int g = groupOf(entries[i]);
+      keyed[next[g]++] = {g < 3 ? OrderedBits(entries[i].key, ascending) : 0, i};
+    }
+  }
+  std::vector<Keyed> buffer(entries.size());
+  for (int g = 0; g < 3; ++g) {
+    Keyed* const home = keyed.data() + counts[g];
+    Keyed* from = home;
+    Keyed* to = buffer.data() + counts[g];
+    const std::size_t n = counts[g + 1] - counts[g];
+    for (int shift = 0; shift < 64 && n > 1; shift += 8) {
+      std::size_t bucket[257] = {};
+      for (std::size_t k = 0; k < n; ++k) ++bucket[((from[k].bits >> shift) & 0xFF) + 1];
+      // A pass in which every key has the same byte moves nothing.
+      if (std::find(bucket + 1, bucket + 257, n) != bucket + 257) continue;
+      for (int b = 1; b <= 256; ++b) bucket[b] += bucket[b - 1];
+      for (std::size_t k = 0; k < n; ++k) to[bucket[(from[k].bits >> shift) & 0xFF]++] = from[k];
+      std::swap(from, to);
+    }
+    if (from != home) std::copy_n(from, n, home);
+  }
+  std::vector<SortEntry> sorted;
+  sorted.reserve(entries.size());
+  for (const Keyed& k : keyed) sorted.push_back(entries[k.index]);
+  return sorted;
+}
+
 void Recolor(Table& table, int lastColumn, int column) {
   const bool resetLast = lastColumn >= 1 && lastColumn <= table.ColumnCount();
   for (int r = 1; r <= table.RowCount(); ++r) {
@@ -212,16 +273,7 @@ void OrderRows(Table& table, int column, std::int32_t order) {
     }
   }
   // Equal keys keep the rows' order, whichever way the sort goes.
-  const bool ascending = order == kSortAscending;
-  std::sort(entries.begin(), entries.end(), [ascending](const SortEntry& a, const SortEntry& b) {
-    if (a.place != b.place) return a.place < b.place;
-    if (a.place == Place::Normal) {
-      if (a.kind != b.kind) return ascending ? a.kind < b.kind : a.kind > b.kind;
-      if (a.key < b.key) return ascending;
-      if (b.key < a.key) return !ascending;
-    }
-    return a.row < b.row;
-  });
+  entries = SortedEntries(entries, order == kSortAscending);
 
   // Only the order of the rows changes, never the rows themselves.
   const int selectedBefore = table.SelectedRow;
