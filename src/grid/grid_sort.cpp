@@ -236,9 +236,11 @@ std::vector<SortEntry> SortedEntries(const std::vector<SortEntry>& entries, bool
 
 void Recolor(Table& table, int lastColumn, int column) {
   const bool resetLast = lastColumn >= 1 && lastColumn <= table.ColumnCount();
-  for (int r = 1; r <= table.RowCount(); ++r) {
-    if (table.RowBold(r)) continue;
-    RowRef row = table.EditRow(r);
+  // Rows in the order they are stored: the colours don't depend on the
+  // order shown.
+  for (std::uint32_t stored = 0; stored < static_cast<std::uint32_t>(table.RowCount()); ++stored) {
+    if (table.StoredCell(stored, 1).Bold) continue;
+    RowRef row(table, stored);
     if (resetLast && row.CellAt(lastColumn).Color != kColorGrey) {
       row.SetColor(lastColumn, kColorStandard);
     }
