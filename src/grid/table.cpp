@@ -1,7 +1,6 @@
 #include "grid/table.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <stdexcept>
 
@@ -14,14 +13,12 @@ namespace {
 
 const std::string kEmpty;
 
-void CheckIndex(int index, int count, const char* what) {
-  if (index < 1 || index > count) {
-    throw std::out_of_range(std::string(what) + " " + std::to_string(index) + " out of range 1.." +
-                            std::to_string(count));
-  }
-}
-
 }  // namespace
+
+void OutOfRange(const char* what, int index, int count) {
+  throw std::out_of_range(std::string(what) + " " + std::to_string(index) + " out of range 1.." +
+                          std::to_string(count));
+}
 
 const std::string& Row::Text(int column) const {
   if (column < 1 || static_cast<std::size_t>(column) > Cells.size()) return kEmpty;
@@ -29,10 +26,6 @@ const std::string& Row::Text(int column) const {
 }
 
 // --- RowRef ---
-
-CellData& RowRef::Mutable(int column) {
-  return table_->MutableCell(stored_, column);
-}
 
 void RowRef::SetText(int column, std::string_view text) {
   SetText(column, table_->AddText(text));
@@ -42,30 +35,6 @@ void RowRef::SetText(int column, TextRef text) {
   CellData& cell = Mutable(column);
   cell.Kind = text.Length == 0 ? CellKind::Empty : CellKind::Text;
   cell.V.Text = text;
-}
-
-void RowRef::SetLiteral(int column, const char* text) {
-  CellData& cell = Mutable(column);
-  cell.Kind = CellKind::Literal;
-  cell.V.Literal = text;
-}
-
-void RowRef::SetCount(int column, std::int64_t n) {
-  CellData& cell = Mutable(column);
-  cell.Kind = CellKind::Count;
-  cell.V.Integer = n;
-}
-
-void RowRef::SetTime(int column, double seconds) {
-  CellData& cell = Mutable(column);
-  cell.Kind = CellKind::Time;
-  cell.V.Number = seconds;
-}
-
-void RowRef::SetPercent(int column, double fraction) {
-  CellData& cell = Mutable(column);
-  cell.Kind = CellKind::Percent;
-  cell.V.Number = fraction;
 }
 
 void RowRef::SetBar(int column, std::int32_t length) {
@@ -78,20 +47,8 @@ void RowRef::SetCell(int column, const CellData& cell) {
   Mutable(column) = cell;
 }
 
-void RowRef::SetBold(int column, bool bold) {
-  Mutable(column).Bold = bold;
-}
-
-void RowRef::SetColor(int column, VbColor color) {
-  Mutable(column).Color = color;
-}
-
 void RowRef::SetTag(std::int32_t tag) {
   table_->rows_[stored_].Tag = tag;
-}
-
-const CellData& RowRef::CellAt(int column) const {
-  return table_->StoredCell(stored_, column);
 }
 
 std::string RowRef::Text(int column) const {
@@ -134,10 +91,6 @@ int Table::AddColumn(std::string header, Alignment align, std::int32_t width) {
     cells_ = std::move(cells);
   }
   return index;
-}
-
-void Table::CheckColumn(int column) const {
-  CheckIndex(column, ColumnCount(), "column");
 }
 
 Column& Table::ColumnAt(int column) {
@@ -205,23 +158,6 @@ void Table::Reserve(std::size_t rows, std::size_t textBytes) {
 
 RowRef Table::EditRow(int row) {
   return RowRef(*this, StoredRow(row));
-}
-
-std::uint32_t Table::StoredRow(int row) const {
-  CheckIndex(row, RowCount(), "row");
-  return order_[static_cast<std::size_t>(row - 1)];
-}
-
-const CellData& Table::StoredCell(std::uint32_t stored, int column) const {
-  CheckColumn(column);
-  return cells_[static_cast<std::size_t>(stored) * columns_.size() +
-                static_cast<std::size_t>(column - 1)];
-}
-
-CellData& Table::MutableCell(std::uint32_t stored, int column) {
-  CheckColumn(column);
-  return cells_[static_cast<std::size_t>(stored) * columns_.size() +
-                static_cast<std::size_t>(column - 1)];
 }
 
 const CellData& Table::CellAt(int row, int column) const {
