@@ -96,6 +96,45 @@ TEST(GridTableModel, AHugeTableCostsOnlyItsVisibleRows) {
   EXPECT_EQ(view.rowAt(view.viewport()->height() - 2) >= 199990, true);
 }
 
+TEST(GridTableModel, CellsOfNumbersShowTheirTextsThroughSortsAndSearches) {
+  Table t;
+  t.AddColumn("Procedure");
+  t.AddColumn("Hits", Alignment::Right);
+  t.AddColumn("Total Time", Alignment::Right);
+  t.AddColumn("% Time", Alignment::Right);
+  t.AddColumn("-\x9B Bars ");
+  for (int i = 0; i < 300; ++i) {
+    RowRef row = t.AddRow("", "Proc" + std::to_string(i % 17));
+    row.SetCount(2, i);
+    row.SetTime(3, i * 0.0012345);
+    row.SetPercent(4, i / 299.0);
+    row.SetBar(5, i % 21);
+  }
+  GridTableModel model;
+  QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
+  model.SetTable(std::move(t));
+  const auto text = [&](int row, int column) {
+    return model.data(model.index(row, column), Qt::DisplayRole).toString();
+  };
+  EXPECT_EQ(text(1, 1), "1");
+  EXPECT_EQ(text(1, 2), "0.001235");  // half up at the sixth decimal, as the cell shows it
+  EXPECT_EQ(text(299, 3), "100%");
+  EXPECT_EQ(text(20, 4), "llllllllllllllllllll");
+  EXPECT_EQ(text(0, 4), "");
+  // A sort moves the rows' order only; the model follows it.
+  SortMemory memory;
+  SortTable(model.MutableTable(), memory, 3, kSortDescending);
+  model.RowsReordered();
+  EXPECT_EQ(text(0, 2), "0.369116");
+  EXPECT_EQ(text(0, 0), "Proc10");
+  // A search shows some rows; the texts stay those of their cells.
+  model.ShowRows({3, 1, 2});
+  ASSERT_EQ(model.rowCount(), 3);
+  EXPECT_EQ(text(2, 1), "297");
+  model.ShowAllRows();
+  EXPECT_EQ(model.rowCount(), 300);
+}
+
 TEST(ProjectTreeModel, FollowsTheTreeAndNeverPointsIntoAGoneBranch) {
   testing::DemoCopy demo;
   auto ws = testing::DemoWorkspace(demo);
