@@ -251,20 +251,37 @@ void Recolor(Table& table, int lastColumn, int column) {
 void OrderRows(Table& table, int column, std::int32_t order) {
   const bool numeric = IsNumericColumn(table.ColumnAt(column).Header);
   const std::vector<std::uint32_t>& shown = table.Order();
-  std::vector<SortEntry> entries;
-  entries.reserve(shown.size());
+  // The cells are read in the order they are stored, which is the order
+  // their texts were written in: a sorted table of a million rows is then
+  // read front to back instead of all over. Each entry goes to the place
+  // its row has in the order shown.
+  std::vector<std::uint32_t> placeOf(shown.size());
+  for (std::size_t i = 0; i < shown.size(); ++i) placeOf[shown[i]] = static_cast<std::uint32_t>(i);
+  std::vector<SortEntry> entries(shown.size());
   // For the text cells: the entry and the index of its text.
   std::vector<std::pair<std::size_t, std::uint32_t>> textCells;
   TextRanks texts;
   std::deque<std::string> made;
-  for (std::size_t i = 0; i < shown.size(); ++i) {
+  // The lines of one procedure share the texts of its names: a text the
+  // row before had is not looked up again.
+  const CellData* lastText = nullptr;
+  std::uint32_t lastIndex = 0;
+  for (std::uint32_t stored = 0; stored < shown.size(); ++stored) {
     std::string_view text;
-    const SortEntry e =
-        EntryOf(table, shown[i], static_cast<std::uint32_t>(i), column, numeric, text, made);
+    const std::uint32_t place = placeOf[stored];
+    const SortEntry e = EntryOf(table, stored, place, column, numeric, text, made);
     if (e.place == Place::Normal && e.kind != Kind::Number) {
-      textCells.emplace_back(entries.size(), texts.Add(text));
+      const CellData& cell = table.StoredCell(stored, column);
+      const bool same = lastText != nullptr && cell.Kind == CellKind::Text &&
+                        lastText->V.Text.Offset == cell.V.Text.Offset &&
+                        lastText->V.Text.Length == cell.V.Text.Length;
+      if (!same) {
+        lastIndex = texts.Add(text);
+        lastText = cell.Kind == CellKind::Text ? &cell : nullptr;
+      }
+      textCells.emplace_back(place, lastIndex);
     }
-    entries.push_back(e);
+    entries[place] = e;
   }
   if (!textCells.empty()) {
     const std::vector<double> rank = texts.Ranks();
