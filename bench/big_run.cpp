@@ -18,15 +18,15 @@ void Write(const fs::path& file, const std::string& text) {
 }
 
 // The original project: plain modules of plain procedures.
-std::string WriteOriginalProject(const fs::path& folder, int lines) {
+std::string WriteOriginalProject(const fs::path& folder, int lines, int proceduresPerModule) {
   const int procedures = (lines + kStatementsPerProcedure - 1) / kStatementsPerProcedure;
-  const int modules = (procedures + kProceduresPerModule - 1) / kProceduresPerModule;
+  const int modules = (procedures + proceduresPerModule - 1) / proceduresPerModule;
   std::string vbp = "Type=Exe\r\n";
   for (int m = 1; m <= modules; ++m) {
     const std::string name = "Mod" + std::to_string(m);
     vbp += "Module=" + name + "; " + name + ".bas\r\n";
     std::string bas = "Attribute VB_Name = \"" + name + "\"\r\nOption Explicit\r\n\r\n";
-    for (int p = 1; p <= kProceduresPerModule; ++p) {
+    for (int p = 1; p <= proceduresPerModule; ++p) {
       bas += "Public Sub Work" + std::to_string(m) + "_" + std::to_string(p) +
              "(ByVal n As Long)\r\n    Dim total As Long\r\n";
       for (int s = 1; s <= kStatementsPerProcedure - 2; ++s) {
@@ -43,13 +43,15 @@ std::string WriteOriginalProject(const fs::path& folder, int lines) {
 
 }  // namespace
 
-std::string PrepareBigRunLog(const fs::path& root, int lines, std::int64_t probes) {
+std::string PrepareBigRunLog(const fs::path& root, int lines, std::int64_t probes,
+                             int proceduresPerModule) {
   const fs::path log = root / "instrumented" / "Run.pfl";
   const fs::path keep = root / "Run.pfl.keep";
   if (!fs::exists(keep)) {
     std::fprintf(stderr, "writing the project and its run into %s ...\n", root.c_str());
     fs::remove_all(root);
-    const std::string original = WriteOriginalProject(root / "original", lines);
+    const std::string original =
+        WriteOriginalProject(root / "original", lines, proceduresPerModule);
     const std::string vbp = (root / "instrumented" / "Big.vbp").string();
     fixture::InstrumentProject(original, vbp);
     Project project = testing::ScanFixtureProject(vbp, (root / "scan").string());

@@ -16,8 +16,10 @@ inline constexpr int kProceduresPerModule = 50;
 inline constexpr int kStatementsPerProcedure = 20;
 
 // Returns the path of the log under root/instrumented; `probes` events are
-// simulated the first time.
-std::string PrepareBigRunLog(const std::filesystem::path& root, int lines, std::int64_t probes);
+// simulated the first time. The project's modules hold `proceduresPerModule`
+// procedures of kStatementsPerProcedure statements each.
+std::string PrepareBigRunLog(const std::filesystem::path& root, int lines, std::int64_t probes,
+                             int proceduresPerModule = kProceduresPerModule);
 
 double Milliseconds(std::chrono::steady_clock::time_point since);
 

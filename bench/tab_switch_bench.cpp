@@ -14,11 +14,17 @@
 // Each size runs in a process of its own, made after its log is written, so
 // that the peak memory is that of the window on that session alone.
 //
+// Then the Source tab on long modules: a project of two modules of
+// --module-lines statements each (20,000 by default, 0 to skip), whose pages
+// are shown in turn by clicks on their tree nodes, each click timed from the
+// click to the end of the repaint (page built, written, read and laid out).
+//
 // Targets: a tab switch (median) within 50 ms on 100,000 lines and 200 ms on
 // 1,000,000; opening 1,000,000 lines within 5 s and 1 GB; a sort of the
-// Lines grid of 1,000,000 rows within 300 ms.
+// Lines grid of 1,000,000 rows within 300 ms; the source page of a module of
+// 20,000 lines well within 100 ms.
 //
-//   bench_tab_switch [--lines N]... [--repeat N] [--dir FOLDER]
+//   bench_tab_switch [--lines N]... [--module-lines N] [--repeat N] [--dir FOLDER]
 
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -54,6 +60,7 @@ using zol::bench::Milliseconds;
 struct Options {
   std::vector<int> sizes;
   int lines = 0;  // the size being measured
+  int moduleLines = 20000;
   int repeat = 5;
   std::string dir = "bench-data";
 };
@@ -63,13 +70,19 @@ Options ParseOptions(int argc, char** argv) {
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--lines" && i + 1 < argc) {
-      o.sizes.push_back(std::max(kStatementsPerProcedure, std::atoi(argv[++i])));
+      // --lines 0 measures no whole session (the long modules alone).
+      const int lines = std::atoi(argv[++i]);
+      o.sizes.push_back(lines <= 0 ? 0 : std::max(kStatementsPerProcedure, lines));
+    } else if (arg == "--module-lines" && i + 1 < argc) {
+      o.moduleLines = std::max(0, std::atoi(argv[++i]));
     } else if (arg == "--repeat" && i + 1 < argc) {
       o.repeat = std::max(1, std::atoi(argv[++i]));
     } else if (arg == "--dir" && i + 1 < argc) {
       o.dir = argv[++i];
     } else {
-      std::fprintf(stderr, "usage: bench_tab_switch [--lines N] [--repeat N] [--dir FOLDER]\n");
+      std::fprintf(stderr,
+                   "usage: bench_tab_switch [--lines N]... [--module-lines N] [--repeat N] "
+                   "[--dir FOLDER]\n");
       std::exit(2);
     }
   }
@@ -84,6 +97,14 @@ std::string PrepareLog(const Options& o) {
   return zol::bench::PrepareBigRunLog(
       fs::absolute(fs::path(o.dir) / ("tabswitch-" + std::to_string(o.lines))), o.lines,
       std::max<std::int64_t>(2'000'000, o.lines * 5LL));
+}
+
+// The project of two long modules and its run.
+std::string PrepareLongModuleLog(const Options& o) {
+  const int procedures = std::max(1, o.moduleLines / kStatementsPerProcedure);
+  return zol::bench::PrepareBigRunLog(
+      fs::absolute(fs::path(o.dir) / ("longmodule-" + std::to_string(o.moduleLines))),
+      2 * procedures * kStatementsPerProcedure, 1'000'000, procedures);
 }
 
 // The largest resident size of this process so far, in MB.
@@ -199,12 +220,58 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
   return 0;
 }
 
+// The window on the project of two long modules, the Source tab on display:
+// each click on a module's node builds, writes and shows its page.
+int MeasureLongModule(int argc, char** argv, const Options& o, const std::string& log) {
+  ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+  QApplication app(argc, argv);
+  zol::InstallFontSubstitutions();
+
+  zol::Workspace ws;
+  ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
+  fs::create_directories(ws.appFolder);
+  zol::ResetRtfPath(ws);
+
+  zol::StartOptions start;
+  start.files = {log};
+  start.selectKey = "S1M1";
+  start.tab = 5;
+  zol::MainWindow window(ws, start);
+  window.resize(1400, 900);
+  window.show();
+  QApplication::processEvents();
+  const zol::Project& p = ws.Project(ws.Session(1).Project);
+  std::printf("source page of a long module (%d modules, %d lines, %d procedures in all):\n",
+              p.ModulesNumber, p.LinesNumber, p.ProceduresNumber);
+  for (int measure : {0, 4}) {
+    window.SetMeasure(measure);
+    std::vector<double> times;
+    for (int r = 0; r < o.repeat; ++r) {
+      for (const char* key : {"S1M2", "S1M1"}) {
+        const auto t0 = Clock::now();
+        window.ClickTreeNode(key);
+        QApplication::processEvents();
+        window.repaint();
+        times.push_back(Milliseconds(t0));
+      }
+    }
+    std::sort(times.begin(), times.end());
+    std::printf("  module of %d statements, measure %-10s best %8.1f  median %8.1f ms (of %zu)\n",
+                o.moduleLines, measure == 4 ? "coverage" : "total time", times.front(),
+                times[times.size() / 2], times.size());
+  }
+  std::printf("\n");
+  window.close();
+  return 0;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   Options o = ParseOptions(argc, argv);
   bool ok = true;
   for (const int size : o.sizes) {
+    if (size == 0) continue;
     o.lines = size;
     std::string log;
     // The log is written in a process of its own too, so that the simulator's
@@ -216,6 +283,15 @@ int main(int argc, char** argv) {
          ok;
     log = PrepareLog(o);  // made now: only copies the log into place
     ok = InChild([&] { return MeasureSize(argc, argv, o, log); }) && ok;
+  }
+  if (o.moduleLines > 0) {
+    ok = InChild([&] {
+           PrepareLongModuleLog(o);
+           return 0;
+         }) &&
+         ok;
+    const std::string log = PrepareLongModuleLog(o);
+    ok = InChild([&] { return MeasureLongModule(argc, argv, o, log); }) && ok;
   }
   return ok ? 0 : 1;
 }

@@ -58,12 +58,38 @@ void HtmlWriteString(CConcatString& cc, std::string_view text, int indent) {
   WriteLine(cc, text);
 }
 
+// One pass: what a replacement writes is never looked at again, as when the
+// ampersands are replaced first and the line ends last.
 std::string HtmlPrepareString(std::string_view text) {
-  std::string s = Replace(text, "&", "&amp;");
-  s = Replace(s, "\"", "&quot;");
-  s = Replace(s, "<", "&lt;");
-  s = Replace(s, ">", "&gt;");
-  return Replace(s, kCrLf, "<BR>");
+  std::string s;
+  s.reserve(text.size() + text.size() / 8);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    switch (const char c = text[i]) {
+      case '&':
+        s += "&amp;";
+        break;
+      case '"':
+        s += "&quot;";
+        break;
+      case '<':
+        s += "&lt;";
+        break;
+      case '>':
+        s += "&gt;";
+        break;
+      case '\r':
+        if (i + 1 < text.size() && text[i + 1] == '\n') {
+          s += "<BR>";
+          ++i;
+        } else {
+          s += c;
+        }
+        break;
+      default:
+        s += c;
+    }
+  }
+  return s;
 }
 
 void HtmlOutputTofile(const CConcatString& cc, const std::string& file) {

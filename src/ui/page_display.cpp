@@ -1,5 +1,6 @@
 #include "ui/page_display.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "base/text.h"
@@ -112,7 +113,81 @@ void AppendMarkup(std::string& out, std::string_view markup) {
   AppendText(out, markup.substr(copied));
 }
 
+// The page writer indents a statement row's opening tag by three levels, the
+// caption row and the rows' closing tags by two, and the table's end by one;
+// the code inside a row is joined by "<BR>", so none of these line starts
+// can come from the source text.
+constexpr std::string_view kRowStart = "\r\n         <TR>";
+constexpr std::string_view kRowBoldStart = "\r\n         <TR><B>";
+constexpr std::string_view kTableEnd = "\r\n   </TABLE>";
+constexpr std::string_view kMiddleEnd = "   </TABLE>\r\n</BODY>\r\n</HTML>\r\n";
+
+bool ContainsNoCase(std::string_view text, std::string_view what) {
+  const auto same = [](char a, char b) {
+    return std::tolower(static_cast<unsigned char>(a)) ==
+           std::tolower(static_cast<unsigned char>(b));
+  };
+  return std::search(text.begin(), text.end(), what.begin(), what.end(), same) != text.end();
+}
+
 }  // namespace
+
+std::optional<PageRows> SplitPageRows(std::string_view page) {
+  static_assert(kRowBoldStart.substr(0, kRowStart.size()) == kRowStart);
+  std::size_t at = page.find(kRowStart);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::size_t end = page.find(kTableEnd, at);
+  if (end == std::string_view::npos) return std::nullopt;
+  PageRows parts;
+  parts.head = page.substr(0, at + 2);
+  while (at != std::string_view::npos && at < end) {
+    const std::size_t next = page.find(kRowStart, at + kRowStart.size());
+    const std::size_t stop = next == std::string_view::npos || next > end ? end : next;
+    parts.rows.push_back(page.substr(at + 2, stop - at));
+    at = stop == end ? std::string_view::npos : next;
+  }
+  parts.tail = page.substr(end + 2);
+  return parts;
+}
+
+std::string PageRows::Slice(std::size_t first, std::size_t last) const {
+  last = std::min(last, rows.size());
+  first = std::min(first, last);
+  std::size_t size = head.size() + std::max(tail.size(), kMiddleEnd.size());
+  for (std::size_t i = first; i < last; ++i) size += rows[i].size();
+  std::string page;
+  page.reserve(size);
+  page.append(head);
+  for (std::size_t i = first; i < last; ++i) page.append(rows[i]);
+  page.append(last == rows.size() ? tail : kMiddleEnd);
+  return page;
+}
+
+std::optional<std::size_t> PageRows::RowLinkedTo(std::string_view href) const {
+  const std::string link = "<A HREF=\"" + std::string(href) + "\">";
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (rows[i].find(link) != std::string_view::npos) return i;
+  }
+  return std::nullopt;
+}
+
+std::optional<std::size_t> PageRows::RowNamed(std::string_view name) const {
+  const std::string anchor = "<A NAME=\"" + std::string(name) + "\">";
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    if (ContainsNoCase(rows[i], anchor)) return i;
+  }
+  if (!rows.empty() && ContainsNoCase(tail, anchor)) return rows.size() - 1;
+  return std::nullopt;
+}
+
+int PageRows::LinesOf(std::size_t i) const {
+  int lines = 1;
+  for (std::size_t at = rows[i].find("<BR>"); at != std::string_view::npos;
+       at = rows[i].find("<BR>", at + 4)) {
+    ++lines;
+  }
+  return lines;
+}
 
 std::string PageForDisplay(std::string_view page) {
   std::string out;

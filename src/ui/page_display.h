@@ -11,11 +11,42 @@
 // The display copy therefore gets "#" before bare colours, loses the two
 // markers and the line heights. Nothing else changes.
 
+#include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace zol {
 
 std::string PageForDisplay(std::string_view page);
+
+// A page cut at the rows of its statement table, so that a long module can be
+// shown a few screens of rows at a time: the rich-text engine takes seconds to
+// lay out a table of twenty thousand rows, and most of them are never seen.
+// `head` runs to the end of the table's caption row, each row is one
+// statement ("<TR>" to "</TR>" and its line end), `tail` is the rest from the
+// table's end: the legend and the end of the page. Each part is a view into
+// the page it was cut from.
+struct PageRows {
+  std::string_view head;
+  std::vector<std::string_view> rows;
+  std::string_view tail;
+
+  // A page of rows [first, last): the head, those rows, and the tail when
+  // `last` is the last row, otherwise only the end of the table and page.
+  std::string Slice(std::size_t first, std::size_t last) const;
+  // The row holding the link "|module|procedure|line", or nothing.
+  std::optional<std::size_t> RowLinkedTo(std::string_view href) const;
+  // The row that holds the anchor `name` (any case), or nothing; the legend's
+  // anchor stands in the tail, which counts as the place of the last row.
+  std::optional<std::size_t> RowNamed(std::string_view name) const;
+  // How many lines of text row `i` takes: continued statements take several.
+  int LinesOf(std::size_t i) const;
+};
+
+// The parts of `page`, or nothing for a page without statement rows (a notice,
+// an empty module), which is shown whole.
+std::optional<PageRows> SplitPageRows(std::string_view page);
 
 }  // namespace zol

@@ -10,9 +10,12 @@
 #include <QPrinter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSpinBox>
 #include <QTextBlock>
+#include <QTextDocument>
 #include <QVBoxLayout>
+#include <QWheelEvent>
 
 #include "base/files.h"
 #include "base/text.h"
@@ -22,8 +25,13 @@
 
 namespace zol {
 
-SourceBrowser::SourceBrowser(QWidget* parent) : QTextBrowser(parent) {
+SourceBrowser::SourceBrowser(QWidget* parent)
+    : QTextBrowser(parent), rowBar_(new QScrollBar(Qt::Vertical, this)) {
   setObjectName("sourceBrowser");
+  rowBar_->setObjectName("sourceRows");
+  rowBar_->hide();
+  connect(rowBar_, &QScrollBar::valueChanged, this,
+          [this](int first) { showRows(static_cast<std::size_t>(first)); });
   setOpenLinks(false);
   setOpenExternalLinks(false);
   // The page is drawn on white with its own colours, whatever the theme.
@@ -43,11 +51,119 @@ SourceBrowser::SourceBrowser(QWidget* parent) : QTextBrowser(parent) {
 
 void SourceBrowser::Navigate(const std::string& file) {
   pageFile_ = file;
-  setHtml(Q(PageForDisplay(LoadFile(file))));
+  rows_.reset();
+  page_ = LoadFile(file);
+  std::optional<PageRows> parts = SplitPageRows(page_);
+  if (!parts || parts->rows.size() <= kRowsShownWhole) {
+    rowBar_->hide();
+    setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setHtmlOf(page_);
+    page_.clear();
+    return;
+  }
+  rows_ = std::move(parts);
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  {
+    const QSignalBlocker block(rowBar_);
+    rowBar_->setRange(0, static_cast<int>(rows_->rows.size()) - 1);
+    rowBar_->setValue(0);
+  }
+  rowBar_->show();
+  showRows(0);
+}
+
+void SourceBrowser::setHtmlOf(const std::string& page) {
+  setExtraSelections({});
+  setHtml(Q(PageForDisplay(page)));
+}
+
+std::size_t SourceBrowser::FirstRow() const {
+  return rows_ ? static_cast<std::size_t>(rowBar_->value()) : 0;
+}
+
+std::size_t SourceBrowser::rowsToShow(std::size_t first) const {
+  // The page's font is seldom smaller than 8 pixels a line; a few rows too
+  // many cost little, too few leave the foot of the screen empty.
+  const int lines = viewport()->height() / 8 + 2;
+  std::size_t last = first;
+  for (int used = 0; last < rows_->rows.size() && used < lines; ++last) {
+    used += rows_->LinesOf(last);
+  }
+  return std::max<std::size_t>(last - first, 1);
+}
+
+void SourceBrowser::showRows(std::size_t first) {
+  if (!rows_) return;
+  first = std::min(first, rows_->rows.size() - 1);
+  lastShown_ = first + rowsToShow(first);
+  setHtmlOf(rows_->Slice(first, lastShown_));
+  rowBar_->setPageStep(static_cast<int>(std::max<std::size_t>(lastShown_ - first, 2) - 1));
+}
+
+void SourceBrowser::wheelEvent(QWheelEvent* event) {
+  if (!rows_ || event->modifiers() & Qt::ControlModifier) {
+    QTextBrowser::wheelEvent(event);
+    return;
+  }
+  // Three rows a notch, as the platform scrolls lines.
+  const int steps = event->angleDelta().y() / 40;
+  if (steps != 0) rowBar_->setValue(rowBar_->value() - steps);
+  event->accept();
+}
+
+void SourceBrowser::keyPressEvent(QKeyEvent* event) {
+  if (rows_) {
+    switch (event->key()) {
+      case Qt::Key_PageDown:
+        rowBar_->triggerAction(QAbstractSlider::SliderPageStepAdd);
+        return;
+      case Qt::Key_PageUp:
+        rowBar_->triggerAction(QAbstractSlider::SliderPageStepSub);
+        return;
+      case Qt::Key_Down:
+        rowBar_->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+        return;
+      case Qt::Key_Up:
+        rowBar_->triggerAction(QAbstractSlider::SliderSingleStepSub);
+        return;
+      case Qt::Key_Home:
+        if (event->modifiers() & Qt::ControlModifier) return rowBar_->setValue(0);
+        break;
+      case Qt::Key_End:
+        if (event->modifiers() & Qt::ControlModifier) return rowBar_->setValue(rowBar_->maximum());
+        break;
+      default:
+        break;
+    }
+  }
+  QTextBrowser::keyPressEvent(event);
+}
+
+void SourceBrowser::resizeEvent(QResizeEvent* event) {
+  QTextBrowser::resizeEvent(event);
+  // A taller window needs more rows than the window holds.
+  if (rows_ && lastShown_ < rows_->rows.size() &&
+      lastShown_ - FirstRow() < rowsToShow(FirstRow())) {
+    showRows(FirstRow());
+  }
+}
+
+void SourceBrowser::PrintPage(QPrinter* printer) {
+  if (!rows_) {
+    print(printer);
+    return;
+  }
+  QTextDocument whole;
+  whole.setHtml(Q(PageForDisplay(page_)));
+  whole.print(printer);
 }
 
 void SourceBrowser::ShowNotice(const std::string& text) {
   pageFile_.clear();
+  rows_.reset();
+  page_.clear();
+  rowBar_->hide();
+  setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   QString html = "<html><body><br><br><p align=center><b>";
   const auto lines = Split(text, "\r\n");
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -62,6 +178,13 @@ void SourceBrowser::FollowAnchor(const QString& url) {
   const int hash = url.indexOf('#');
   if (hash < 0) return;
   const QString name = url.mid(hash + 1);
+  if (rows_) {
+    // The row that holds the anchor comes first in the window; the legend
+    // stands after the last row.
+    const std::optional<std::size_t> row = rows_->RowNamed(ToCp1252(name));
+    if (!row) return;
+    rowBar_->setValue(static_cast<int>(*row));
+  }
   // The legend is linked as "#legend" and named "Legend": names are matched
   // without regard to case, as a web browser of the page's time did. Only a
   // name the page holds is scrolled to; the view would go to the top for
@@ -83,6 +206,17 @@ void SourceBrowser::FollowAnchor(const QString& url) {
 bool SourceBrowser::ScrollToStatement(std::int32_t module, std::int32_t procedure,
                                       std::int32_t line) {
   const QString href = QString("|%1|%2|%3").arg(module).arg(procedure).arg(line);
+  if (rows_) {
+    const std::optional<std::size_t> row = rows_->RowLinkedTo(ToCp1252(href));
+    if (!row) return false;
+    // A few rows of what leads to the statement stay in view above it.
+    const int first = static_cast<int>(*row > 3 ? *row - 3 : 0);
+    if (first == rowBar_->value()) {
+      showRows(static_cast<std::size_t>(first));
+    } else {
+      rowBar_->setValue(first);
+    }
+  }
   for (QTextBlock block = document()->begin(); block.isValid(); block = block.next()) {
     for (auto it = block.begin(); !it.atEnd(); ++it) {
       const QTextFragment fragment = it.fragment();
@@ -111,7 +245,12 @@ SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBr
   layout->setContentsMargins(0, 0, 0, 0);
   layout->setSpacing(2);
   layout->addWidget(strip_);
-  layout->addWidget(browser_, 1);
+  auto* page = new QHBoxLayout;
+  page->setContentsMargins(0, 0, 0, 0);
+  page->setSpacing(0);
+  page->addWidget(browser_, 1);
+  page->addWidget(browser_->RowScrollBar());
+  layout->addLayout(page, 1);
 }
 
 QWidget* SourcePane::MakeOptionStrip() {
@@ -194,7 +333,7 @@ void SourcePane::Print() {
   QPrinter printer(QPrinter::HighResolution);
   QPrintDialog dialog(&printer, this);
   dialog.setWindowTitle(tr("Print the source page"));
-  if (dialog.exec() == QDialog::Accepted) browser_->print(&printer);
+  if (dialog.exec() == QDialog::Accepted) browser_->PrintPage(&printer);
 }
 
 void SourcePane::PrintPreview() {
@@ -202,7 +341,7 @@ void SourcePane::PrintPreview() {
   QPrintPreviewDialog preview(&printer, this);
   preview.setWindowTitle(tr("Print preview of the source page"));
   connect(&preview, &QPrintPreviewDialog::paintRequested, browser_,
-          [this](QPrinter* p) { browser_->print(p); });
+          [this](QPrinter* p) { browser_->PrintPage(p); });
   preview.exec();
 }
 

@@ -8,17 +8,26 @@
 // The browser reads the page file that the core writes and shows a display
 // copy of it (see page_display.h). Every link is handed to the window first,
 // which decides whether it is followed or opens the statement's menu.
+//
+// A long page (a module of thousands of statements) is shown a window of rows
+// at a time: the browser holds the caption row and the rows that fill the
+// screen from the first one shown, and a scroll bar of rows beside it picks
+// that first row. Laying out the whole table would take seconds.
 
 #include <QTextBrowser>
 #include <array>
 #include <functional>
+#include <optional>
 
 #include "session/workspace.h"
 #include "source_view/page_file.h"
+#include "ui/page_display.h"
 
 class QButtonGroup;
 class QCheckBox;
 class QFontComboBox;
+class QPrinter;
+class QScrollBar;
 class QSpinBox;
 
 namespace zol {
@@ -27,10 +36,21 @@ class SourceBrowser : public QTextBrowser, public PageBrowser {
   Q_OBJECT
 
  public:
+  // Pages of more statements than this are shown a window of rows at a time.
+  static constexpr std::size_t kRowsShownWhole = 300;
+
   explicit SourceBrowser(QWidget* parent = nullptr);
 
   // Shows the page file `file`.
   void Navigate(const std::string& file) override;
+  // The statements of the page on display when it is shown a window of rows
+  // at a time (0 when it is shown whole), and the first one in the window.
+  std::size_t RowCount() const { return rows_ ? rows_->rows.size() : 0; }
+  std::size_t FirstRow() const;
+  // The scroll bar of rows; the pane lays it out beside the browser.
+  QScrollBar* RowScrollBar() const { return rowBar_; }
+  // Prints the whole page, whatever part of it is on screen.
+  void PrintPage(QPrinter* printer);
   // Shows a notice in place of code, lines separated by CR LF.
   void ShowNotice(const std::string& text);
   // Brings the statement that links to "|module|procedure|line" into view
@@ -44,8 +64,23 @@ class SourceBrowser : public QTextBrowser, public PageBrowser {
   // Decides on each link: returns true when the browser may follow it.
   std::function<bool(const std::string& url)> beforeNavigate;
 
+ protected:
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
  private:
+  // Shows the rows that fill the screen from `first` on.
+  void showRows(std::size_t first);
+  // Rows of about a screen from `first` on; at least one.
+  std::size_t rowsToShow(std::size_t first) const;
+  void setHtmlOf(const std::string& page);
+
   std::string pageFile_;
+  std::string page_;              // the page file's bytes, while shown by rows
+  std::optional<PageRows> rows_;  // views into page_
+  std::size_t lastShown_ = 0;     // one past the last row in the window
+  QScrollBar* rowBar_ = nullptr;
 };
 
 class SourcePane : public QWidget {

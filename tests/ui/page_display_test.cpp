@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/files.h"
+
 namespace zol {
 namespace {
 
@@ -46,6 +48,79 @@ TEST(PageDisplay, StrayLessThanAndShortSpacesAreMadeValid) {
   EXPECT_NE(shown.find("Time &lt; 0.001s</FONT>"), std::string::npos);
   EXPECT_NE(shown.find("a&nbsp;b"), std::string::npos);
   EXPECT_EQ(shown.find("&nbsp;;"), std::string::npos);
+}
+
+// Pages as the writer makes them: with and without links, a procedure head in
+// bold, continued statements, and the legend after the table.
+TEST(PageRows, TheCutPartsMakeThePageAgainToTheByte) {
+  for (const char* name : {"source_module", "source_links", "source_scheme_none"}) {
+    const std::string page =
+        LoadFile(std::string(ZOL_SOURCE_DIR) + "/tests/cli/" + name + "/out/work/page.htm");
+    ASSERT_FALSE(page.empty()) << name;
+    const std::optional<PageRows> parts = SplitPageRows(page);
+    ASSERT_TRUE(parts) << name;
+    ASSERT_GT(parts->rows.size(), 20u) << name;
+    EXPECT_EQ(parts->Slice(0, parts->rows.size()), page) << name;
+    EXPECT_NE(parts->head.find("<TR BGCOLOR=666666>"), std::string_view::npos) << name;
+    EXPECT_EQ(parts->tail.rfind("   </TABLE>", 0), 0u) << name;
+    for (std::string_view row : parts->rows) {
+      EXPECT_EQ(row.rfind("         <TR>", 0), 0u) << name;
+      EXPECT_EQ(row.substr(row.size() - 13), "      </TR>\r\n") << name;
+      EXPECT_EQ(row.find("</TABLE>"), std::string_view::npos) << name;
+    }
+    // A window of rows in the middle ends the table and the page, legend aside.
+    const std::string middle = parts->Slice(3, 7);
+    EXPECT_EQ(middle.rfind(std::string(parts->head), 0), 0u);
+    EXPECT_EQ(middle.find("<A NAME=\"Legend\">"), std::string::npos) << name;
+    EXPECT_NE(middle.find(std::string(parts->rows[6])), std::string::npos);
+    EXPECT_EQ(middle.find(std::string(parts->rows[7])), std::string::npos);
+    EXPECT_EQ(middle.substr(middle.size() - 9), "</HTML>\r\n") << name;
+  }
+}
+
+TEST(PageRows, LinksAnchorsAndLinesAreFoundByRow) {
+  const std::string page =
+      LoadFile(std::string(ZOL_SOURCE_DIR) + "/tests/cli/source_links/out/work/page.htm");
+  const std::optional<PageRows> parts = SplitPageRows(page);
+  ASSERT_TRUE(parts);
+  std::optional<std::size_t> head;
+  for (std::size_t i = 0; i < parts->rows.size() && !head; ++i) {
+    if (parts->rows[i].rfind("         <TR><B>", 0) == 0) head = i;
+  }
+  ASSERT_TRUE(head) << "the page has no procedure head";
+  const std::string_view row = parts->rows[*head];
+  const std::size_t name = row.find("<A NAME=\"");
+  ASSERT_NE(name, std::string_view::npos);
+  const std::string anchor(row.substr(name + 9, row.find('"', name + 9) - name - 9));
+  EXPECT_EQ(parts->RowNamed(anchor), head);
+  std::string lower = anchor;
+  lower[0] = 'p';
+  EXPECT_EQ(parts->RowNamed(lower), head);
+  // The legend stands after the last row.
+  EXPECT_EQ(parts->RowNamed("legend"), parts->rows.size() - 1);
+  EXPECT_FALSE(parts->RowNamed("P99999"));
+
+  const std::size_t href = row.find("<A HREF=\"");
+  ASSERT_NE(href, std::string_view::npos);
+  const std::string link(row.substr(href + 9, row.find('"', href + 9) - href - 9));
+  EXPECT_EQ(parts->RowLinkedTo(link), head);
+  EXPECT_FALSE(parts->RowLinkedTo("|1|2|99999"));
+  // A link is matched whole: "|3|11|0" is not the row of "|3|11|01".
+  EXPECT_FALSE(parts->RowLinkedTo(link + "1"));
+
+  // A procedure head continued over two physical lines takes two lines.
+  const std::optional<std::size_t> continued = parts->RowNamed("P11");
+  ASSERT_TRUE(continued);
+  EXPECT_NE(parts->rows[*continued].find("_<BR>"), std::string_view::npos);
+  EXPECT_EQ(parts->LinesOf(*continued), 2);
+  EXPECT_EQ(parts->LinesOf(0), 1);
+}
+
+TEST(PageRows, APageWithoutStatementRowsIsShownWhole) {
+  EXPECT_FALSE(SplitPageRows(""));
+  EXPECT_FALSE(SplitPageRows("<html><body><br><br><p align=center><b>x</b></p></body></html>"));
+  // A table that was never closed is not cut either.
+  EXPECT_FALSE(SplitPageRows("<TABLE>\r\n         <TR>\r\n      </TR>\r\n"));
 }
 
 }  // namespace
