@@ -16,6 +16,7 @@
 #include "catalogue/file_history.h"
 #include "catalogue/session_file_lookup.h"
 #include "catalogue/session_list.h"
+#include "catalogue/session_load.h"
 #include "errcapture/trace.h"
 #include "profile/gather_info.h"
 #include "profile/pfl_format.h"
@@ -140,113 +141,6 @@ bool ReadLogHeader(Workspace& ws, Session& s, const std::string& fileName) {
   return true;
 }
 
-void AskToDeleteUnloadable(Workspace& ws, const std::string& fileName) {
-  const std::string text =
-      "Unable to load the session ! The corresponding source code has been removed or "
-      "overwritten, or the project you are trying to profile is empty (no procedures) !\n"
-      "Would you like to delete the session file ?";
-  if (ws.prompter().AskToDelete(text) == Answer::Yes) {
-    std::error_code ec;
-    std::filesystem::remove(fileName, ec);
-  }
-}
-
-// Drops whatever a failed load left in the session's value arrays.
-void ClearValues(Session& s) {
-  Session blank;
-  s.CodeLineValue = std::move(blank.CodeLineValue);
-  s.ProcedureValue = std::move(blank.ProcedureValue);
-  s.ModuleValue = std::move(blank.ModuleValue);
-  s.SessionValue = {};
-  s.LineTotalTimeRank.Erase();
-  s.LineAverageTimeRank.Erase();
-  s.LineChildTotalTimeRank.Erase();
-  s.LineChildAverageTimeRank.Erase();
-  s.FlowPair.Erase();
-  s.nFlowPair = 0;
-  s.FirstProc = s.LastProc = 0;
-  s.Loaded = false;
-}
-
-void FinishProgress(Workspace& ws) {
-  ws.prompter().ShowProgress(false);
-}
-
-// The probes that ran but that no module of the project holds. The
-// instrumenter may leave unused IDs, and such a session is shown (those IDs
-// have no rows); but a module replaced after the run (by another version or
-// a stub) looks the same, so the log is not deleted: the user may still want
-// to replay it with the right sources. Empty when every probe that ran is in
-// the sources.
-std::string ExecutedOutsideSources(const Workspace& ws, std::int32_t cs) {
-  const Session& s = ws.Session(cs);
-  const Project& p = ws.Project(s.Project);
-  std::int32_t count = 0;
-  for (std::int32_t i = 1; i <= s.CodeLineValue.UBound() && i <= p.CodeLine.UBound(); ++i) {
-    if (s.CodeLineValue(i).Hits != 0 && p.CodeLine(i).BelongToProcedure == 0) ++count;
-  }
-  for (std::int32_t i = 1; i <= s.ProcedureValue.UBound() && i <= p.Procedure.UBound(); ++i) {
-    if (s.ProcedureValue(i).Hits != 0 && p.Procedure(i).BelongToModule == 0) ++count;
-  }
-  if (count == 0) return "";
-  return "The log:\n" + s.SessionFile + "\nrecords " + std::to_string(count) +
-         " line or procedure ID(s) as run that no module of the project " + p.ProjectFile +
-         " holds. They are left out of the views; the log is kept beside its session file "
-         "in case the module files are not those of the run.";
-}
-
-// Replays the log, derives the statistics, writes the .pfd whole, and only
-// then deletes the log: unless probes ran that the sources don't hold (the
-// user is told, and the log stays).
-void LoadFromLog(Workspace& ws, std::int32_t cs, ReplayKind kind) {
-  const std::string log = ws.Session(cs).SessionFile;
-  PrepareSessionArrays(ws, cs);
-  ReadProfileFile(ws, cs, kind);
-  const std::string outside = ExecutedOutsideSources(ws, cs);
-  GatherInfo(ws, cs);
-  SaveSessionInfo(ws, cs);
-  Prompter& p = ws.prompter();
-  if (outside.empty()) {
-    std::error_code ec;
-    std::filesystem::remove(log, ec);
-  } else {
-    p.ShowMessage(outside, MessageKind::Information);
-  }
-  p.SetProgressValue(0);
-  p.DoEvents();
-}
-
-struct LoadOutcome {
-  enum Result { Loaded, Unusable, Failed } result = Unusable;
-  std::string message;  // for Failed: what to tell the user, empty when cancelled
-};
-
-bool CountsMatchProject(const Workspace& ws, const Session& s) {
-  const Project& p = ws.Project(s.Project);
-  return s.LinesNumber == p.LinesNumber && s.ProceduresNumber == p.ProceduresNumber;
-}
-
-// The steps that fill the values: the project scanned once, then the log
-// replayed or the .pfd read. Unusable: no project, an empty one, or counts
-// that don't match it.
-LoadOutcome LoadValues(Workspace& ws, std::int32_t cs, ReplayKind kind) {
-  const Session& s = ws.Session(cs);
-  if (s.LinesNumber == 0 && s.ProceduresNumber == 0) return {};
-  const std::int32_t cp = s.Project;
-  if (!ws.Project(cp).Loaded) GetProjectInfo(ws, cs);
-  if (ws.Project(cp).ModulesNumber == 0) return {};
-  if (LastChar(s.SessionFile) == 'l') {
-    if (std::string unread = UnreadModulesMessage(ws, cs); !unread.empty()) {
-      return {LoadOutcome::Failed, std::move(unread)};
-    }
-    if (!CountsMatchProject(ws, s)) return {};
-    LoadFromLog(ws, cs, kind);
-  } else if (const std::string file = s.SessionFile; !LoadSessionInfo(ws, cs, file)) {
-    return {};
-  }
-  return {LoadOutcome::Loaded, ""};
-}
-
 // Tells the user of a session or group file whose header can't be read.
 void ReportDamagedHeader(Workspace& ws, const SessionFileError& e) {
   ws.prompter().ShowMessage(CorruptSessionFileMessage(e.file()) + "\n" + e.fault(),
@@ -341,36 +235,11 @@ bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   ZOL_TRACE_ARGS("Catalogue.LoadSession",
                  [&] { return zolParamsText({zolParamToText("cs", cs)}); });
   if (ws.Session(cs).Loaded) return true;
-  LoadOutcome outcome;
-  try {
-    outcome = LoadValues(ws, cs, kind);
-  } catch (const LogError& e) {
-    outcome = {LoadOutcome::Failed, e.UserMessage()};
-  } catch (const LogReadCancelled&) {
-    outcome = {LoadOutcome::Failed, ""};
-  } catch (const ScanError& e) {
-    outcome = {LoadOutcome::Failed, e.what()};
-  } catch (const SessionFileWriteError& e) {
-    outcome = {LoadOutcome::Failed, "The session file:\n" + e.file() + "\ncan not be written: " +
-                                        e.fault() + "\nThe log is kept."};
-  } catch (const SessionFileError& e) {
-    outcome = {LoadOutcome::Failed, CorruptSessionFileMessage(e.file()) + "\n" + e.fault()};
-  }
-  FinishProgress(ws);
-
-  Session& s = ws.Session(cs);
-  if (outcome.result == LoadOutcome::Loaded && FileExist(s.ProjectFile) &&
-      CountsMatchProject(ws, s) && EndsWithNoCase(s.ProjectFile, ".vbp")) {
-    s.Loaded = true;
-    return true;
-  }
-  ClearValues(s);
-  if (outcome.result == LoadOutcome::Unusable) {
-    AskToDeleteUnloadable(ws, s.SessionFile);
-  } else if (!outcome.message.empty()) {
-    ws.prompter().ShowMessage(outcome.message, MessageKind::Exclamation);
-  }
-  return false;
+  // A stop asked for before this load doesn't end it.
+  ws.abort = false;
+  SessionLoad load = BeginSessionLoad(ws, cs, kind);
+  RunSessionLoad(load, ws.prompter(), [&ws] { return ws.abort; });
+  return FinishSessionLoad(ws, std::move(load));
 }
 
 }  // namespace zol
