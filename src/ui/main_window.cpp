@@ -55,6 +55,7 @@
 #include "ui/report_pane.h"
 #include "ui/session_list_model.h"
 #include "ui/session_list_view.h"
+#include "ui/session_loader.h"
 #include "ui/source_pane.h"
 #include "ui/status_area.h"
 #include "ui/title_strip_widget.h"
@@ -239,6 +240,9 @@ void MainWindow::ConnectWidgets() {
   connect(mainSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
   connect(leftSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
   connect(status_, &StatusArea::cancelRequested, this, [this] { prompter_->RequestAbort(); });
+  loader_ = new SessionLoader(this);
+  connect(loader_, &SessionLoader::progressed, this, &MainWindow::showLoadProgress);
+  connect(loader_, &SessionLoader::finished, this, &MainWindow::finishLoad);
 
   autoLoadTimer_.setObjectName("autoLoadTimer");
   autoLoadTimer_.setInterval(500);
@@ -404,7 +408,7 @@ void MainWindow::SetBusy(bool busy) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (busy_ == 0) return false;
+  if (!Busy()) return false;
   switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:

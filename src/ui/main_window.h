@@ -6,9 +6,13 @@
 // of the catalogue (the core tells it what changed) and the view of the
 // navigation history (the core asks it to show a place again).
 //
-// Everything runs on the one user-interface thread. Long operations let
-// events run through the prompter; while one is under way the window is
-// "busy": clicks are ignored, and only the stop button and Esc are heard.
+// Loading a session runs on a worker thread (see SessionLoader): the window
+// keeps repainting and moving, the progress bar follows the load, and the
+// stop button and Esc end it; commands that would touch the catalogue are held
+// off until the result is in place. Other long operations still run on the
+// user-interface thread and let events run through the prompter. While either
+// is under way the window is "busy": clicks are ignored, and only the stop
+// button and Esc are heard.
 
 #include <QMainWindow>
 #include <QTimer>
@@ -43,6 +47,7 @@ class ProjectTreeView;
 class ReportPane;
 class SessionListModel;
 class SessionListView;
+class SessionLoader;
 class SourcePane;
 class StatusArea;
 class TitleStripWidget;
@@ -146,7 +151,11 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void SelectTab(std::int32_t tab) override;
   void EnableNavButtons(bool back, bool forward) override;
 
-  bool Busy() const { return busy_ > 0; }
+  bool Busy() const { return busy_ > 0 || Loading(); }
+  // A session is being loaded on a worker thread.
+  bool Loading() const;
+  // Runs `then` once no session is being loaded: at once when none is.
+  void whenLoaded(std::function<void()> then);
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -210,6 +219,12 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void ViewGridInSpreadsheet();
 
   // Sessions.
+  // Starts loading Session(cs) on a worker thread.
+  void startLoad(std::int32_t cs);
+  void showLoadProgress();
+  // Puts the result of the load into the catalogue and the tree, then starts
+  // the next ticked session waiting, or runs what waited for the loads.
+  void finishLoad();
   void SyncTree();
   // Puts every ticked session and group back into the tree, after a removal
   // emptied it.
@@ -249,6 +264,10 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   QSplitter* leftSplitter_ = nullptr;  // tree / session list
   QMenu* gridMenu_ = nullptr;
   QTimer autoLoadTimer_;
+  SessionLoader* loader_ = nullptr;
+  // Rows ticked while a load ran, loaded in turn; then what waits for them.
+  std::vector<std::string> pendingTicks_;
+  std::vector<std::function<void()>> afterLoads_;
 };
 
 }  // namespace zol

@@ -1,17 +1,22 @@
 // The main window as the session pane: ticks, names and the list's menu, the
 // files that enter the catalogue, and the tree kept in step with the ticks.
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QHeaderView>
+#include <QLabel>
 #include <QMessageBox>
+#include <QProgressBar>
 
 #include <algorithm>
+#include <climits>
 
 #include "base/files.h"
 #include "base/text.h"
 #include "catalogue/file_history.h"
 #include "catalogue/session_catalogue.h"
 #include "catalogue/session_list.h"
+#include "catalogue/session_load.h"
 #include "compare/global_sessions.h"
 #include "ui/busy_scope.h"
 #include "ui/gui_prompter.h"
@@ -20,12 +25,19 @@
 #include "ui/qt_text.h"
 #include "ui/session_list_model.h"
 #include "ui/session_list_view.h"
+#include "ui/session_loader.h"
 #include "ui/session_rename.h"
+#include "ui/status_area.h"
 
 namespace zol {
 
 void MainWindow::CheckRow(Workspace&, const std::string& key) {
   onSessionTicked(key, true);
+  // The catalogue's own operations go on with the session loaded (they list
+  // its .pfd among the recent files, select its nodes): the load still runs
+  // on its worker, the window keeps drawing and holds off other commands,
+  // and the operation waits here for the result.
+  while (Loading()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void MainWindow::UncheckRow(Workspace&, const std::string& key) {
@@ -35,17 +47,28 @@ void MainWindow::UncheckRow(Workspace&, const std::string& key) {
 void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row) return;
+  if (Loading()) {
+    // One load at a time: a row ticked meanwhile waits its turn; unticking
+    // waits for the load's end, so the row shows its state again.
+    if (checked) pendingTicks_.push_back(key);
+    Refresh(ws_);
+    return;
+  }
   BusyScope busy(*this);
   sessionList_->SelectKey(key);
-  prompter_->DoEvents();
   tree_.RemoveMergeRoots();
   const std::int32_t n = row->index;
   if (row->kind == RowKind::Session) {
     if (!ws_.Session.InRange(n)) return;
+    if (checked && !ws_.Session(n).Loaded) {
+      // The merged and compared nodes, gone above, come back when the load
+      // is in place.
+      SyncTree();
+      startLoad(n);
+      return;
+    }
     if (checked) {
-      // A session that can't be loaded has been reported; its row comes back
-      // unticked with the refresh below.
-      if (LoadSession(ws_, n)) tree_.SelectSession(n, "", false);
+      tree_.SelectSession(n, "", false);
     } else {
       tree_.UnSelectSession(n);
       if (ws_.cs == n) ClearViews();
@@ -65,6 +88,73 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   InitGlobalSessions(ws_, &tree_);
   Refresh(ws_);
   SyncTree();
+}
+
+// --- Loading on a worker thread ---
+
+bool MainWindow::Loading() const {
+  return loader_ && loader_->Running();
+}
+
+void MainWindow::whenLoaded(std::function<void()> then) {
+  if (Loading() || !pendingTicks_.empty()) {
+    afterLoads_.push_back(std::move(then));
+  } else {
+    then();
+  }
+}
+
+void MainWindow::startLoad(std::int32_t cs) {
+  // A stop asked for before this load doesn't end it.
+  ws_.abort = false;
+  loader_->Start(BeginSessionLoad(ws_, cs));
+  QApplication::setOverrideCursor(Qt::BusyCursor);
+  status_->progressBar()->setValue(0);
+  status_->ShowProgress(true);
+}
+
+void MainWindow::showLoadProgress() {
+  // The stop button and Esc set the workspace's stop request, as for every
+  // long operation; the worker hears of it here.
+  if (ws_.abort) loader_->RequestStop();
+  const LoadProgress::State progress = loader_->Progress();
+  status_->progressLabel()->setText(Q(progress.text));
+  QProgressBar* bar = status_->progressBar();
+  bar->setMaximum(static_cast<int>(std::clamp<long>(progress.max, 1, INT_MAX)));
+  bar->setValue(static_cast<int>(std::clamp<long>(progress.value, 0, bar->maximum())));
+  status_->ShowProgress(true);
+}
+
+void MainWindow::finishLoad() {
+  QApplication::restoreOverrideCursor();
+  status_->ShowProgress(false);
+  status_->progressLabel()->clear();
+  RunGuarded(this, [this] {
+    SessionLoad load = loader_->TakeResult();
+    const std::int32_t cs = load.cs;
+    for (const auto& [text, kind] : loader_->TakeMessages()) {
+      ws_.prompter().ShowMessage(text, kind);
+    }
+    {
+      BusyScope busy(*this);
+      // A session that can't be loaded has been reported; its row comes
+      // back unticked with the refresh below.
+      if (FinishSessionLoad(ws_, std::move(load))) tree_.SelectSession(cs, "", false);
+      InitGlobalSessions(ws_, &tree_);
+    }
+    Refresh(ws_);
+    SyncTree();
+  });
+  while (!Loading() && !pendingTicks_.empty()) {
+    const std::string key = pendingTicks_.front();
+    pendingTicks_.erase(pendingTicks_.begin());
+    RunGuarded(this, [&] { onSessionTicked(key, true); });
+  }
+  while (!Loading() && !afterLoads_.empty()) {
+    std::function<void()> then = std::move(afterLoads_.front());
+    afterLoads_.erase(afterLoads_.begin());
+    RunGuarded(this, then);
+  }
 }
 
 bool MainWindow::renameSession(const std::string& key, const QString& newName) {
@@ -196,8 +286,10 @@ void MainWindow::OpenStartFiles(const StartOptions& start) {
       }
       AfterCatalogueChange();
     }
-    if (!start.selectKey.empty()) ClickTreeNode(start.selectKey);
   });
+  if (!start.selectKey.empty()) {
+    whenLoaded([this, key = start.selectKey] { ClickTreeNode(key); });
+  }
 }
 
 // --- SessionPane ---

@@ -280,6 +280,7 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
   w.window->AddSessionFile(w.demo.File("Tuesday.pfl"));
   w.window->Refresh(*w.ws);
   w.window->SelectAllRows(true);
+  ASSERT_TRUE(testing::WaitFor([&] { return !w.window->Busy(); }));
   w.window->ClickTreeNode("MERGE");
   w.window->SelectScopeTab(4);
   w.window->ClickTreeNode("S0M2");

@@ -28,6 +28,9 @@ DemoWindow::DemoWindow(const std::vector<std::string>& files, const std::string&
   window->resize(1200, 800);
   window->show();
   QApplication::processEvents();
+  // The sessions load on a worker thread; the tests begin once they are in.
+  WaitFor([this] { return !window->Busy(); }, 60000);
+  QApplication::processEvents();
 }
 
 DemoWindow::~DemoWindow() {

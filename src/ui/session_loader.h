@@ -1,0 +1,63 @@
+#pragma once
+
+// The window's loading state: one session loaded on a worker thread at a
+// time. The worker computes (scan, replay, statistics, session file) in a
+// workspace of its own; the window keeps drawing, reads the progress as it
+// likes, and puts the result into the catalogue once the worker is done.
+// While a load runs, the window holds off every command that would touch the
+// catalogue.
+
+#include <QObject>
+#include <QTimer>
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "catalogue/session_load.h"
+
+namespace zol {
+
+class SessionLoader : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit SessionLoader(QObject* parent = nullptr);
+  // A load still running is stopped and waited for: a worker never outlives
+  // the window that started it.
+  ~SessionLoader() override;
+
+  bool Running() const { return worker_.joinable(); }
+  // Session index of the load under way, 0 when none.
+  std::int32_t Session() const { return Running() ? load_.cs : 0; }
+  // Starts the worker on `load` (BeginSessionLoad's); no other load may run.
+  void Start(SessionLoad load);
+  // Asks the load under way to stop at its next chance.
+  void RequestStop() { stop_ = true; }
+  LoadProgress::State Progress() const { return progress_.Progress(); }
+
+  // Once `finished` is emitted: the result, for FinishSessionLoad, and what
+  // the worker had to say, in its order, to be shown before it.
+  SessionLoad TakeResult() { return std::move(load_); }
+  std::vector<std::pair<std::string, MessageKind>> TakeMessages() {
+    return progress_.TakeMessages();
+  }
+
+ signals:
+  // Now and then while the load runs: time to show its progress.
+  void progressed();
+  // The worker is done (loaded, failed or stopped) and has been joined.
+  void finished();
+
+ private:
+  void onWorkerDone();
+
+  SessionLoad load_;
+  LoadProgress progress_;
+  std::atomic<bool> stop_ = false;
+  std::thread worker_;
+  QTimer poll_;
+};
+
+}  // namespace zol
