@@ -226,6 +226,10 @@ void RunSessionLoad(SessionLoad& load, Prompter& prompter,
   } catch (const SessionFileError& e) {
     load.result = Result::Failed;
     load.message = CorruptSessionFileMessage(e.file()) + "\n" + e.fault();
+  } catch (...) {
+    load.result = Result::Failed;
+    load.message.clear();
+    load.unexpected = std::current_exception();
   }
   if (load.result != Result::Loaded) load.logToDelete.clear();
 
@@ -269,6 +273,7 @@ bool FinishSessionLoad(Workspace& ws, SessionLoad&& load) {
     return true;
   }
   ClearValues(s);
+  if (load.unexpected) std::rethrow_exception(load.unexpected);
   if (load.result == SessionLoad::Result::Unusable) {
     AskToDeleteUnloadable(ws, s.SessionFile);
   } else if (!load.message.empty()) {
@@ -305,6 +310,12 @@ void LoadProgress::SetProgressValue(long value) {
   const std::lock_guard lock(mutex_);
   state_.value = value;
   if (value > 0) state_.visible = true;
+}
+
+void LoadProgress::Reset() {
+  const std::lock_guard lock(mutex_);
+  state_ = {};
+  messages_.clear();
 }
 
 LoadProgress::State LoadProgress::Progress() const {

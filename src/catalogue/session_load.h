@@ -21,6 +21,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -53,6 +54,10 @@ struct SessionLoad {
   Result result = Result::Unusable;
   std::string message;
   bool projectScanned = false;
+  // A failure none of the readers expects (a sum past its type, memory
+  // exhausted): raised again by FinishSessionLoad on the catalogue's thread,
+  // where the error capture takes it as it takes any other.
+  std::exception_ptr unexpected;
   // The log that the .pfd now stands for; empty when it must stay.
   std::string logToDelete;
   // The clock of the log and the counts of the project, as a load leaves
@@ -70,12 +75,15 @@ SessionLoad BeginSessionLoad(Workspace& ws, std::int32_t cs, ReplayKind kind = R
 
 // The second step. Progress and messages go to `prompter`, from the thread
 // that runs the load; `stopRequested` is asked whenever events would run and
-// between the steps, and a true answer ends the load as cancelled.
+// between the steps, and a true answer ends the load as cancelled. Nothing it
+// calls reports to the call trace, which belongs to the window's thread.
 void RunSessionLoad(SessionLoad& load, Prompter& prompter,
                     const std::function<bool()>& stopRequested);
 
 // The last step. Returns whether Session(load.cs) is loaded; on failure the
 // user has been told (and asked whether to delete a file that can't be used).
+// Raises the load's unexpected failure, if it had one, with the session left
+// unloaded.
 bool FinishSessionLoad(Workspace& ws, SessionLoad&& load);
 
 // The prompter of a load on a worker thread: it keeps what it is told for the
@@ -100,6 +108,8 @@ class LoadProgress : public Prompter {
   void DoEvents() override {}
 
   State Progress() const;
+  // Starts over for the next load: no progress, no messages.
+  void Reset();
   // The messages told so far, taken out.
   std::vector<std::pair<std::string, MessageKind>> TakeMessages();
 

@@ -239,7 +239,7 @@ void MainWindow::ConnectWidgets() {
 
   connect(mainSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
   connect(leftSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
-  connect(status_, &StatusArea::cancelRequested, this, [this] { prompter_->RequestAbort(); });
+  connect(status_, &StatusArea::cancelRequested, this, &MainWindow::requestStop);
   loader_ = new SessionLoader(this);
   connect(loader_, &SessionLoader::progressed, this, &MainWindow::showLoadProgress);
   connect(loader_, &SessionLoader::finished, this, &MainWindow::finishLoad);
@@ -381,7 +381,7 @@ void MainWindow::SaveOptions() {
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (Busy()) {
     // An operation is under way: it is asked to stop, and the window stays.
-    prompter_->RequestAbort();
+    requestStop();
     event->ignore();
     return;
   }
@@ -398,6 +398,11 @@ void MainWindow::shutDown() {
 }
 
 // --- Busy state ---
+
+void MainWindow::requestStop() {
+  prompter_->RequestAbort();
+  if (Loading()) loader_->RequestStop();
+}
 
 void MainWindow::SetBusy(bool busy) {
   if (busy) {
@@ -427,7 +432,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   if (widget == status_->CancelButton()) return false;
   if (event->type() == QEvent::KeyPress &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
-    prompter_->RequestAbort();
+    requestStop();
   }
   return true;
 }

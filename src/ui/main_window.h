@@ -222,6 +222,9 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   // Starts loading Session(cs) on a worker thread.
   void startLoad(std::int32_t cs);
   void showLoadProgress();
+  // The stop button, Esc or closing the window: the operation under way,
+  // on this thread or on the loader's, is asked to stop.
+  void requestStop();
   // Puts the result of the load into the catalogue and the tree, then starts
   // the next ticked session waiting, or runs what waited for the loads.
   void finishLoad();

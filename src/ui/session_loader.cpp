@@ -18,6 +18,7 @@ SessionLoader::~SessionLoader() {
 void SessionLoader::Start(SessionLoad load) {
   if (Running()) return;
   load_ = std::move(load);
+  progress_.Reset();
   stop_ = false;
   // The worker owns load_ and progress_ until it posts its end; the window's
   // thread reads only the progress (under its lock) meanwhile.

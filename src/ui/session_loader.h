@@ -29,8 +29,6 @@ class SessionLoader : public QObject {
   ~SessionLoader() override;
 
   bool Running() const { return worker_.joinable(); }
-  // Session index of the load under way, 0 when none.
-  std::int32_t Session() const { return Running() ? load_.cs : 0; }
   // Starts the worker on `load` (BeginSessionLoad's); no other load may run.
   void Start(SessionLoad load);
   // Asks the load under way to stop at its next chance.

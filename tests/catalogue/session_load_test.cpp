@@ -9,6 +9,7 @@
 #include <atomic>
 #include <filesystem>
 #include <set>
+#include <stdexcept>
 #include <thread>
 
 #include "base/files.h"
@@ -141,6 +142,28 @@ TEST_F(SessionLoadTest, AStopAtAnyPointLeavesTheLogTheFolderAndTheCatalogueAsThe
   EXPECT_TRUE(fs::exists(Pfd(run_.log)));
 }
 
+// Something no reader expects, thrown on the worker: it reaches the window's
+// thread at the end instead of ending the process, and nothing is left half
+// done.
+TEST_F(SessionLoadTest, AnUnexpectedFailureOnTheWorkerIsRaisedWhenTheLoadIsFinished) {
+  class Breaking : public LoadProgress {
+   public:
+    void SetProgressText(const std::string&) override { throw std::length_error("broken"); }
+  };
+  auto ws = NewWorkspace();
+  const std::int32_t cs = AddSession(*ws, run_.log);
+  SessionLoad load = BeginSessionLoad(*ws, cs);
+  Breaking progress;
+  std::thread worker([&] { RunSessionLoad(load, progress, [] { return false; }); });
+  worker.join();
+  ASSERT_TRUE(load.unexpected);
+  EXPECT_THROW(FinishSessionLoad(*ws, std::move(load)), std::length_error);
+  EXPECT_FALSE(ws->Session(cs).Loaded);
+  EXPECT_EQ(ws->Session(cs).SessionFile, run_.log);
+  EXPECT_TRUE(fs::exists(run_.log));
+  EXPECT_FALSE(fs::exists(Pfd(run_.log)));
+}
+
 TEST_F(SessionLoadTest, MessagesOfAWorkerWaitForTheWindowAndQuestionsAreAnsweredNo) {
   LoadProgress progress;
   progress.ShowMessage("one", MessageKind::Information);
@@ -153,6 +176,10 @@ TEST_F(SessionLoadTest, MessagesOfAWorkerWaitForTheWindowAndQuestionsAreAnswered
   EXPECT_TRUE(progress.TakeMessages().empty());
   progress.SetProgressValue(3);
   EXPECT_TRUE(progress.Progress().visible);
+  progress.ShowMessage("three", MessageKind::Information);
+  progress.Reset();
+  EXPECT_FALSE(progress.Progress().visible);
+  EXPECT_TRUE(progress.TakeMessages().empty());
 }
 
 }  // namespace
