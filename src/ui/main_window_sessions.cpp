@@ -48,8 +48,8 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row) return;
   if (Loading()) {
-    // One load at a time: a row ticked meanwhile waits its turn; unticking
-    // waits for the load's end, so the row shows its state again.
+    // One load at a time: a row ticked meanwhile waits its turn; a row
+    // unticked is refused until the load is in, and shows its state again.
     if (checked) pendingTicks_.push_back(key);
     Refresh(ws_);
     return;
