@@ -105,8 +105,20 @@ void SourceBrowser::wheelEvent(QWheelEvent* event) {
     QTextBrowser::wheelEvent(event);
     return;
   }
-  // Three rows a notch, as the platform scrolls lines.
-  const int steps = event->angleDelta().y() / 40;
+  // Three rows a notch, as the platform scrolls lines; a touchpad's small
+  // moves add up.
+  wheelRest_ += event->angleDelta().y();
+  const int steps = wheelRest_ / 40;
+  wheelRest_ -= steps * 40;
+  // Past the last row the window itself scrolls, down to the end of the
+  // legend, and back up before the rows move again.
+  const bool down = event->angleDelta().y() < 0;
+  if ((down && rowBar_->value() == rowBar_->maximum()) ||
+      (!down && verticalScrollBar()->value() > 0)) {
+    wheelRest_ = 0;
+    QTextBrowser::wheelEvent(event);
+    return;
+  }
   if (steps != 0) rowBar_->setValue(rowBar_->value() - steps);
   event->accept();
 }

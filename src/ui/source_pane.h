@@ -80,6 +80,7 @@ class SourceBrowser : public QTextBrowser, public PageBrowser {
   std::string page_;              // the page file's bytes, while shown by rows
   std::optional<PageRows> rows_;  // views into page_
   std::size_t lastShown_ = 0;     // one past the last row in the window
+  int wheelRest_ = 0;             // wheel turns not yet a whole row
   QScrollBar* rowBar_ = nullptr;
 };
 

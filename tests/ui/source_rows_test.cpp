@@ -98,6 +98,21 @@ TEST(SourceRows, ALongPageLaysOutAboutAScreenOfRows) {
   QTest::keyClick(&b.browser, Qt::Key_End, Qt::ControlModifier);
   EXPECT_EQ(b.browser.FirstRow(), 19999u);
   EXPECT_TRUE(b.Text().contains("Color legend"));
+  // Past the last row the wheel scrolls the legend into view, and back, in
+  // a window too low to hold it.
+  b.pane.resize(800, 160);
+  QApplication::processEvents();
+  QScrollBar* inside = b.browser.verticalScrollBar();
+  ASSERT_EQ(inside->value(), 0);
+  for (int i = 0; i < 20; ++i) QApplication::sendEvent(b.browser.viewport(), &down);
+  EXPECT_EQ(b.browser.FirstRow(), 19999u);
+  const int scrolled = inside->value();
+  EXPECT_GT(scrolled, 0) << "the legend's foot can't be reached";
+  QWheelEvent up(QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, 120), Qt::NoButton,
+                 Qt::NoModifier, Qt::NoScrollPhase, false);
+  for (int i = 0; i < 40; ++i) QApplication::sendEvent(b.browser.viewport(), &up);
+  EXPECT_EQ(inside->value(), 0);
+  EXPECT_LT(b.browser.FirstRow(), 19999u);
 }
 
 TEST(SourceRows, StatementsAndAnchorsFarDownAreBroughtIntoView) {
