@@ -401,7 +401,7 @@ void MainWindow::shutDown() {
 
 void MainWindow::requestStop() {
   prompter_->RequestAbort();
-  if (Loading()) loader_->RequestStop();
+  if (loading()) loader_->requestStop();
 }
 
 void MainWindow::SetBusy(bool busy) {

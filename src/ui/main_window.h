@@ -151,9 +151,9 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void SelectTab(std::int32_t tab) override;
   void EnableNavButtons(bool back, bool forward) override;
 
-  bool Busy() const { return busy_ > 0 || Loading(); }
+  bool Busy() const { return busy_ > 0 || loading(); }
   // A session is being loaded on a worker thread.
-  bool Loading() const;
+  bool loading() const;
   // Runs `then` once no session is being loaded: at once when none is.
   void whenLoaded(std::function<void()> then);
 

@@ -37,7 +37,7 @@ void MainWindow::CheckRow(Workspace&, const std::string& key) {
   // its .pfd among the recent files, select its nodes): the load still runs
   // on its worker, the window keeps drawing and holds off other commands,
   // and the operation waits here for the result.
-  while (Loading()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  while (loading()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 void MainWindow::UncheckRow(Workspace&, const std::string& key) {
@@ -47,7 +47,7 @@ void MainWindow::UncheckRow(Workspace&, const std::string& key) {
 void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row) return;
-  if (Loading()) {
+  if (loading()) {
     // One load at a time: a row ticked meanwhile waits its turn; a row
     // unticked is refused until the load is in, and shows its state again.
     if (checked) pendingTicks_.push_back(key);
@@ -92,12 +92,12 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
 
 // --- Loading on a worker thread ---
 
-bool MainWindow::Loading() const {
-  return loader_ && loader_->Running();
+bool MainWindow::loading() const {
+  return loader_ && loader_->running();
 }
 
 void MainWindow::whenLoaded(std::function<void()> then) {
-  if (Loading() || !pendingTicks_.empty()) {
+  if (loading() || !pendingTicks_.empty()) {
     afterLoads_.push_back(std::move(then));
   } else {
     then();
@@ -107,7 +107,7 @@ void MainWindow::whenLoaded(std::function<void()> then) {
 void MainWindow::startLoad(std::int32_t cs) {
   // A stop asked for before this load doesn't end it.
   ws_.abort = false;
-  loader_->Start(BeginSessionLoad(ws_, cs));
+  loader_->start(BeginSessionLoad(ws_, cs));
   QApplication::setOverrideCursor(Qt::BusyCursor);
   status_->progressBar()->setValue(0);
   status_->ShowProgress(true);
@@ -116,8 +116,8 @@ void MainWindow::startLoad(std::int32_t cs) {
 void MainWindow::showLoadProgress() {
   // The stop button and Esc set the workspace's stop request, as for every
   // long operation; the worker hears of it here.
-  if (ws_.abort) loader_->RequestStop();
-  const LoadProgress::State progress = loader_->Progress();
+  if (ws_.abort) loader_->requestStop();
+  const LoadProgress::State progress = loader_->progress();
   status_->progressLabel()->setText(Q(progress.text));
   QProgressBar* bar = status_->progressBar();
   bar->setMaximum(static_cast<int>(std::clamp<long>(progress.max, 1, INT_MAX)));
@@ -130,9 +130,9 @@ void MainWindow::finishLoad() {
   status_->ShowProgress(false);
   status_->progressLabel()->clear();
   RunGuarded(this, [this] {
-    SessionLoad load = loader_->TakeResult();
+    SessionLoad load = loader_->takeResult();
     const std::int32_t cs = load.cs;
-    for (const auto& [text, kind] : loader_->TakeMessages()) {
+    for (const auto& [text, kind] : loader_->takeMessages()) {
       ws_.prompter().ShowMessage(text, kind);
     }
     {
@@ -145,12 +145,12 @@ void MainWindow::finishLoad() {
     Refresh(ws_);
     SyncTree();
   });
-  while (!Loading() && !pendingTicks_.empty()) {
+  while (!loading() && !pendingTicks_.empty()) {
     const std::string key = pendingTicks_.front();
     pendingTicks_.erase(pendingTicks_.begin());
     RunGuarded(this, [&] { onSessionTicked(key, true); });
   }
-  while (!Loading() && !afterLoads_.empty()) {
+  while (!loading() && !afterLoads_.empty()) {
     std::function<void()> then = std::move(afterLoads_.front());
     afterLoads_.erase(afterLoads_.begin());
     RunGuarded(this, then);

@@ -15,8 +15,8 @@ SessionLoader::~SessionLoader() {
   worker_.join();
 }
 
-void SessionLoader::Start(SessionLoad load) {
-  if (Running()) return;
+void SessionLoader::start(SessionLoad load) {
+  if (running()) return;
   load_ = std::move(load);
   progress_.Reset();
   stop_ = false;

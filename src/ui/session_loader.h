@@ -28,17 +28,17 @@ class SessionLoader : public QObject {
   // the window that started it.
   ~SessionLoader() override;
 
-  bool Running() const { return worker_.joinable(); }
+  bool running() const { return worker_.joinable(); }
   // Starts the worker on `load` (BeginSessionLoad's); no other load may run.
-  void Start(SessionLoad load);
+  void start(SessionLoad load);
   // Asks the load under way to stop at its next chance.
-  void RequestStop() { stop_ = true; }
-  LoadProgress::State Progress() const { return progress_.Progress(); }
+  void requestStop() { stop_ = true; }
+  LoadProgress::State progress() const { return progress_.Progress(); }
 
   // Once `finished` is emitted: the result, for FinishSessionLoad, and what
   // the worker had to say, in its order, to be shown before it.
-  SessionLoad TakeResult() { return std::move(load_); }
-  std::vector<std::pair<std::string, MessageKind>> TakeMessages() {
+  SessionLoad takeResult() { return std::move(load_); }
+  std::vector<std::pair<std::string, MessageKind>> takeMessages() {
     return progress_.TakeMessages();
   }
 

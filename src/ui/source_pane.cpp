@@ -77,7 +77,7 @@ void SourceBrowser::setHtmlOf(const std::string& page) {
   setHtml(Q(PageForDisplay(page)));
 }
 
-std::size_t SourceBrowser::FirstRow() const {
+std::size_t SourceBrowser::firstRow() const {
   return rows_ ? static_cast<std::size_t>(rowBar_->value()) : 0;
 }
 
@@ -155,12 +155,12 @@ void SourceBrowser::resizeEvent(QResizeEvent* event) {
   QTextBrowser::resizeEvent(event);
   // A taller window needs more rows than the window holds.
   if (rows_ && lastShown_ < rows_->rows.size() &&
-      lastShown_ - FirstRow() < rowsToShow(FirstRow())) {
-    showRows(FirstRow());
+      lastShown_ - firstRow() < rowsToShow(firstRow())) {
+    showRows(firstRow());
   }
 }
 
-void SourceBrowser::PrintPage(QPrinter* printer) {
+void SourceBrowser::printPage(QPrinter* printer) {
   if (!rows_) {
     print(printer);
     return;
@@ -261,7 +261,7 @@ SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBr
   page->setContentsMargins(0, 0, 0, 0);
   page->setSpacing(0);
   page->addWidget(browser_, 1);
-  page->addWidget(browser_->RowScrollBar());
+  page->addWidget(browser_->rowScrollBar());
   layout->addLayout(page, 1);
 }
 
@@ -345,7 +345,7 @@ void SourcePane::Print() {
   QPrinter printer(QPrinter::HighResolution);
   QPrintDialog dialog(&printer, this);
   dialog.setWindowTitle(tr("Print the source page"));
-  if (dialog.exec() == QDialog::Accepted) browser_->PrintPage(&printer);
+  if (dialog.exec() == QDialog::Accepted) browser_->printPage(&printer);
 }
 
 void SourcePane::PrintPreview() {
@@ -353,7 +353,7 @@ void SourcePane::PrintPreview() {
   QPrintPreviewDialog preview(&printer, this);
   preview.setWindowTitle(tr("Print preview of the source page"));
   connect(&preview, &QPrintPreviewDialog::paintRequested, browser_,
-          [this](QPrinter* p) { browser_->PrintPage(p); });
+          [this](QPrinter* p) { browser_->printPage(p); });
   preview.exec();
 }
 

@@ -45,12 +45,12 @@ class SourceBrowser : public QTextBrowser, public PageBrowser {
   void Navigate(const std::string& file) override;
   // The statements of the page on display when it is shown a window of rows
   // at a time (0 when it is shown whole), and the first one in the window.
-  std::size_t RowCount() const { return rows_ ? rows_->rows.size() : 0; }
-  std::size_t FirstRow() const;
+  std::size_t rowCount() const { return rows_ ? rows_->rows.size() : 0; }
+  std::size_t firstRow() const;
   // The scroll bar of rows; the pane lays it out beside the browser.
-  QScrollBar* RowScrollBar() const { return rowBar_; }
+  QScrollBar* rowScrollBar() const { return rowBar_; }
   // Prints the whole page, whatever part of it is on screen.
-  void PrintPage(QPrinter* printer);
+  void printPage(QPrinter* printer);
   // Shows a notice in place of code, lines separated by CR LF.
   void ShowNotice(const std::string& text);
   // Brings the statement that links to "|module|procedure|line" into view

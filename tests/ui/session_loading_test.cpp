@@ -65,7 +65,7 @@ class SessionLoading : public ::testing::Test {
     SessionListModel* model = window_->sessionList()->Model();
     ASSERT_EQ(model->rowCount(), 1);
     model->setData(model->index(0, 0), Qt::Checked, Qt::CheckStateRole);
-    ASSERT_TRUE(WaitFor([&] { return window_->Loading(); }, 5000));
+    ASSERT_TRUE(WaitFor([&] { return window_->loading(); }, 5000));
   }
 
   testing::ScopedTempDir dir_;
@@ -84,14 +84,14 @@ TEST_F(SessionLoading, TheWindowKeepsHandlingEventsWhileALoadRuns) {
   int ticksWhileLoading = 0;
   int highest = 0;
   bool refused = false;
-  while (window_->Loading()) {
+  while (window_->loading()) {
     // A command that would touch the catalogue is held off while it loads.
     window_->RemoveRow("K1");
     refused = ws_->Session(1).SessionFile == run_.log;
     ASSERT_TRUE(refused);
     EXPECT_FALSE(ws_->Session(1).Loaded);
     QApplication::processEvents(QEventLoop::AllEvents, 5);
-    if (window_->Loading()) ticksWhileLoading = ticks;
+    if (window_->loading()) ticksWhileLoading = ticks;
     highest = std::max(highest, bar->value());
   }
   EXPECT_GT(ticksWhileLoading, 2) << "the event loop stood still during the load";

@@ -70,8 +70,8 @@ struct LongPageBrowser {
 
 TEST(SourceRows, ALongPageLaysOutAboutAScreenOfRows) {
   LongPageBrowser b(20000);
-  ASSERT_EQ(b.browser.RowCount(), 20000u);
-  QScrollBar* rows = b.browser.RowScrollBar();
+  ASSERT_EQ(b.browser.rowCount(), 20000u);
+  QScrollBar* rows = b.browser.rowScrollBar();
   EXPECT_TRUE(rows->isVisible());
   EXPECT_EQ(rows->maximum(), 19999);
   const int laidOut = RowsLaidOut(b.browser);
@@ -86,17 +86,17 @@ TEST(SourceRows, ALongPageLaysOutAboutAScreenOfRows) {
 
   // The scroll bar, the wheel and the keys move the window by rows.
   rows->setValue(5000);
-  EXPECT_EQ(b.browser.FirstRow(), 5000u);
+  EXPECT_EQ(b.browser.firstRow(), 5000u);
   EXPECT_TRUE(b.Text().contains("x = Statement5001"));
   EXPECT_FALSE(b.Text().contains(QRegularExpression("\\bStatement5000\\b")));
   QWheelEvent down(QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, -120), Qt::NoButton,
                    Qt::NoModifier, Qt::NoScrollPhase, false);
   QApplication::sendEvent(b.browser.viewport(), &down);
-  EXPECT_EQ(b.browser.FirstRow(), 5003u);
+  EXPECT_EQ(b.browser.firstRow(), 5003u);
   QTest::keyClick(&b.browser, Qt::Key_PageDown);
-  EXPECT_GT(b.browser.FirstRow(), 5003u + 10);
+  EXPECT_GT(b.browser.firstRow(), 5003u + 10);
   QTest::keyClick(&b.browser, Qt::Key_End, Qt::ControlModifier);
-  EXPECT_EQ(b.browser.FirstRow(), 19999u);
+  EXPECT_EQ(b.browser.firstRow(), 19999u);
   EXPECT_TRUE(b.Text().contains("Color legend"));
   // Past the last row the wheel scrolls the legend into view, and back, in
   // a window too low to hold it.
@@ -105,49 +105,49 @@ TEST(SourceRows, ALongPageLaysOutAboutAScreenOfRows) {
   QScrollBar* inside = b.browser.verticalScrollBar();
   ASSERT_EQ(inside->value(), 0);
   for (int i = 0; i < 20; ++i) QApplication::sendEvent(b.browser.viewport(), &down);
-  EXPECT_EQ(b.browser.FirstRow(), 19999u);
+  EXPECT_EQ(b.browser.firstRow(), 19999u);
   const int scrolled = inside->value();
   EXPECT_GT(scrolled, 0) << "the legend's foot can't be reached";
   QWheelEvent up(QPointF(10, 10), QPointF(10, 10), QPoint(), QPoint(0, 120), Qt::NoButton,
                  Qt::NoModifier, Qt::NoScrollPhase, false);
   for (int i = 0; i < 40; ++i) QApplication::sendEvent(b.browser.viewport(), &up);
   EXPECT_EQ(inside->value(), 0);
-  EXPECT_LT(b.browser.FirstRow(), 19999u);
+  EXPECT_LT(b.browser.firstRow(), 19999u);
 }
 
 TEST(SourceRows, StatementsAndAnchorsFarDownAreBroughtIntoView) {
   LongPageBrowser b(20000);
   ASSERT_TRUE(b.browser.ScrollToStatement(1, 2, 15000));
-  EXPECT_EQ(b.browser.FirstRow(), 14996u);
+  EXPECT_EQ(b.browser.firstRow(), 14996u);
   ASSERT_EQ(b.browser.extraSelections().size(), 1);
   EXPECT_TRUE(b.browser.extraSelections()[0].cursor.block().text().contains("Statement15000"));
   EXPECT_FALSE(b.browser.ScrollToStatement(1, 2, 20001));
-  EXPECT_EQ(b.browser.FirstRow(), 14996u);
+  EXPECT_EQ(b.browser.firstRow(), 14996u);
 
   b.browser.FollowAnchor("#p1200");
-  EXPECT_EQ(b.browser.FirstRow(), 1199u);
+  EXPECT_EQ(b.browser.firstRow(), 1199u);
   b.browser.FollowAnchor("#legend");
-  EXPECT_EQ(b.browser.FirstRow(), 19999u);
+  EXPECT_EQ(b.browser.firstRow(), 19999u);
   EXPECT_TRUE(b.Text().contains("Color legend"));
   b.browser.FollowAnchor("#nowhere");
-  EXPECT_EQ(b.browser.FirstRow(), 19999u);
+  EXPECT_EQ(b.browser.firstRow(), 19999u);
 }
 
 TEST(SourceRows, AShortPageAfterALongOneIsShownWholeAgain) {
   LongPageBrowser b(SourceBrowser::kRowsShownWhole + 1);
-  ASSERT_EQ(b.browser.RowCount(), SourceBrowser::kRowsShownWhole + 1);
-  b.browser.RowScrollBar()->setValue(100);
+  ASSERT_EQ(b.browser.rowCount(), SourceBrowser::kRowsShownWhole + 1);
+  b.browser.rowScrollBar()->setValue(100);
 
   WriteFile(b.file, LongPage(SourceBrowser::kRowsShownWhole));
   b.browser.Navigate(b.file);
   QApplication::processEvents();
-  EXPECT_EQ(b.browser.RowCount(), 0u);
-  EXPECT_FALSE(b.browser.RowScrollBar()->isVisible());
+  EXPECT_EQ(b.browser.rowCount(), 0u);
+  EXPECT_FALSE(b.browser.rowScrollBar()->isVisible());
   EXPECT_EQ(RowsLaidOut(b.browser), static_cast<int>(SourceBrowser::kRowsShownWhole));
   EXPECT_TRUE(b.browser.ScrollToStatement(1, 2, 300));
 
   b.browser.ShowNotice("Nothing to show");
-  EXPECT_EQ(b.browser.RowCount(), 0u);
+  EXPECT_EQ(b.browser.rowCount(), 0u);
   EXPECT_TRUE(b.browser.PageFile().empty());
 }
 
