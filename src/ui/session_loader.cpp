@@ -1,12 +1,16 @@
 #include "ui/session_loader.h"
 
-#include <QMetaObject>
-
 namespace zol {
 
 SessionLoader::SessionLoader(QObject* parent) : QObject(parent) {
   poll_.setInterval(40);
-  connect(&poll_, &QTimer::timeout, this, &SessionLoader::progressed);
+  connect(&poll_, &QTimer::timeout, this, [this] {
+    if (done_.load(std::memory_order_acquire)) {
+      onWorkerDone();
+    } else {
+      emit progressed();
+    }
+  });
 }
 
 SessionLoader::~SessionLoader() {
@@ -20,11 +24,13 @@ void SessionLoader::start(SessionLoad load) {
   load_ = std::move(load);
   progress_.Reset();
   stop_ = false;
-  // The worker owns load_ and progress_ until it posts its end; the window's
-  // thread reads only the progress (under its lock) meanwhile.
+  done_ = false;
+  // The worker owns load_ and progress_ until it says it is done; the
+  // window's thread reads only the progress (under its lock) meanwhile, and
+  // hears of the end at its next look, with no Qt object crossing threads.
   worker_ = std::thread([this] {
     RunSessionLoad(load_, progress_, [this] { return stop_.load(); });
-    QMetaObject::invokeMethod(this, &SessionLoader::onWorkerDone, Qt::QueuedConnection);
+    done_.store(true, std::memory_order_release);
   });
   poll_.start();
 }

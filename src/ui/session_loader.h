@@ -54,6 +54,7 @@ class SessionLoader : public QObject {
   SessionLoad load_;
   LoadProgress progress_;
   std::atomic<bool> stop_ = false;
+  std::atomic<bool> done_ = false;
   std::thread worker_;
   QTimer poll_;
 };
