@@ -25,7 +25,7 @@ void DeleteSessionFile(Workspace& ws, const std::string& path) {
 
 void RemoveSession(Workspace& ws, SessionPane& pane, std::int32_t cs) {
   if (ws.Session(cs).Selected) {
-    if (cs == ws.cs) pane.ResetViews(ws, ViewReset::SessionsGone);
+    if (pane.ShowsSession(cs)) pane.ResetViews(ws, ViewReset::SessionsGone);
     pane.UnSelectSession(ws, cs);
   }
   ws.Session(cs) = Session{};

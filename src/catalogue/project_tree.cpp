@@ -6,6 +6,7 @@
 #include "catalogue/tree_keys.h"
 #include "compare/global_sessions.h"
 #include "compare/group_merge.h"
+#include "session/selection.h"
 
 namespace zol {
 
@@ -73,7 +74,7 @@ void ProjectTree::SelectSession(std::int32_t cs, const std::string& groupNode, b
   AddSessionBranch(cs, groupNode);
   ws_.Session(cs).Selected = true;
   progress.SetProgressValue(0);
-  UpdateColors();
+  UpdateColors(colourMeasure_);
   progress.ShowProgress(false);
   progress.SetProgressText("");
   SessionStateChanged();
@@ -110,50 +111,49 @@ void ProjectTree::UnSelectSessionGroup(std::int32_t sg) {
   for (const std::int32_t member : g.Sessions) UnSelectSession(member);
 }
 
-void ProjectTree::GetTreeSelection() {
+Selection ProjectTree::TreeSelection(const Selection& current) const {
   const std::string key = nodes_.SelectedKey();
-  if (key.empty()) return;
-  const auto projectOf = [this](std::int32_t cs) {
-    return ws_.Session.InRange(cs) ? ws_.Session(cs).Project : ws_.cp;
+  if (key.empty()) return current;
+  const auto projectOf = [&](std::int32_t cs) {
+    return ws_.Session.InRange(cs) ? ws_.Session(cs).Project : current.project;
   };
-  ws_.cMod = 0;
-  ws_.cPro = 0;
+  const auto sessionAt = [&](std::int32_t slot) {
+    Selection sel = current.at(0, 0, current.line);
+    sel.session = SessionRefOfSlot(ws_, slot);
+    sel.project = projectOf(slot);
+    return sel;
+  };
   if (key[0] == 'G') {
     const std::int32_t sg = NumberAt(key, 1);
-    if (!ws_.SessionGroup.InRange(sg)) return;
-    ws_.cs = ws_.SessionGroup(sg).GroupMergedSession;
-    ws_.cp = projectOf(ws_.cs);
-    return;
+    if (!ws_.SessionGroup.InRange(sg)) return current.at(0, 0, current.line);
+    return sessionAt(ws_.SessionGroup(sg).GroupMergedSession);
   }
   if (key == kMergeKey) {
-    ws_.cs = ws_.fOnlyGroups ? ws_.SessionGroup(0).GroupMergedSession : 0;
-    ws_.cp = projectOf(ws_.cs);
-    return;
+    return sessionAt(ws_.fOnlyGroups ? ws_.SessionGroup(0).GroupMergedSession : 0);
   }
   if (key == kCompareKey) {
-    ws_.cs = ws_.fOnlyGroups ? kComparedGroupsSession : -1;
-    ws_.cp = ws_.fOnlyGroups ? 0 : projectOf(0);
-    return;
+    Selection sel = current.at(0, 0, current.line);
+    sel.session = ws_.fOnlyGroups ? SessionRef::comparedGroups() : SessionRef::compared();
+    sel.project = ws_.fOnlyGroups ? 0 : projectOf(0);
+    return sel;
   }
-  if (key[0] == 'S') {
-    const std::int32_t n = NumberAt(key, 1);
-    if (n >= 0) {
-      ws_.cs = n;
-      ws_.cp = projectOf(n);
-    } else if (ws_.fOnlyGroups) {
-      // A compared member of merged groups is keyed by its project.
-      ws_.cs = -1;
-      ws_.cp = -n;
-    } else {
-      ws_.cs = n;
-      ws_.cp = projectOf(0);
-    }
+  Selection sel = current.at(NumberBehind(key, 'M'), NumberBehind(key, 'P'), current.line);
+  if (key[0] != 'S') {
+    sel.session = SessionRefOfSlot(ws_, 0);
+    sel.project = 0;
+    return sel;
+  }
+  const std::int32_t n = NumberAt(key, 1);
+  if (n >= 0) {
+    sel.session = SessionRefOfSlot(ws_, n);
+    sel.project = projectOf(n);
   } else {
-    ws_.cs = 0;
-    ws_.cp = 0;
+    // A compared member: of merged groups it is keyed by its project, of
+    // ticked sessions it follows the numbering of the merged project.
+    sel.session = SessionRef::compared();
+    sel.project = ws_.fOnlyGroups ? -n : projectOf(0);
   }
-  ws_.cMod = NumberBehind(key, 'M');
-  ws_.cPro = NumberBehind(key, 'P');
+  return sel;
 }
 
 void ProjectTree::BuildMergedData() {
@@ -174,8 +174,10 @@ void ProjectTree::BuildMergedData() {
   ws_.Session(0).Loaded = true;
 }
 
-void ProjectTree::NodeClicked(const std::string& key) {
-  if (MoveTo(key) && ws_.Active_tbsTab != kReportsTab) RefreshActiveView();
+bool ProjectTree::NodeClicked(const std::string& key) {
+  if (!MoveTo(key)) return false;
+  RefreshActiveView();
+  return true;
 }
 
 bool ProjectTree::MoveTo(const std::string& key) {
@@ -185,10 +187,9 @@ bool ProjectTree::MoveTo(const std::string& key) {
   nodes_.Select(key);
   if ((key == kMergeKey || key == kCompareKey) && node->Children.empty()) {
     BuildMergedData();
-    UpdateColors();
+    UpdateColors(colourMeasure_);
     if (TreeNode* opened = nodes_.Find(key)) opened->Expanded = true;
   }
-  GetTreeSelection();
   return true;
 }
 

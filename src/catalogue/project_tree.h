@@ -3,17 +3,21 @@
 // The project tree: one branch per ticked session (a node per module and per
 // procedure), a node above the sessions of a ticked group, and the "MERGE" and
 // "COMPARE" branches of a selection of two or more. A node's key carries the
-// whole selection ("S3M2P17": session 3, module 2, procedure 17), so that one
-// parse of the selected key restores cs, cp, cMod and cPro.
+// whole place ("S3M2P17": session 3, module 2, procedure 17), so that one
+// parse of the selected key gives the session, project, module and procedure
+// of the selection.
 //
 // The model holds the nodes and the click logic; a window shows the nodes in a
 // tree widget and derives from this class to redraw its views at the hooks.
+// The tree keeps no selection of its own: the window asks it for the place of
+// the selected node (TreeSelection) and owns the result.
 
 #include <cstdint>
 #include <string>
 
 #include "catalogue/tree_node.h"
 #include "compare/merged_selection_view.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
@@ -21,9 +25,6 @@ namespace zol {
 // Roots of the merged and compared selection.
 inline constexpr const char* kMergeKey = "MERGE";
 inline constexpr const char* kCompareKey = "COMPARE";
-
-// The scope tab of reports, which a click in the tree doesn't redraw.
-inline constexpr std::int32_t kReportsTab = 7;
 
 class ProjectTree : public MergedSelectionView {
  public:
@@ -47,23 +48,25 @@ class ProjectTree : public MergedSelectionView {
   // nor its members stay Selected.
   void UnSelectSessionGroup(std::int32_t sg);
 
-  // Colours every node for DisplayInfoType: white, then, when the view settings ask for colour, the
-  // modules and procedures of every ticked loaded session by rank, and dead
-  // code black.
-  void UpdateColors();
+  // Colours every node for `measure`: white, then, when the view settings ask
+  // for colour, the modules and procedures of every ticked loaded session by
+  // rank, and dead code black. Branches added later are coloured for the
+  // same measure.
+  void UpdateColors(Measure measure);
 
-  // Sets cs, cp, cMod and cPro from the selected node's key.
-  void GetTreeSelection();
+  // `current` moved to the selected node: its session (a typed reference),
+  // project, module and procedure from the node's key; line, tab and measure
+  // stay. `current` itself when no node is selected.
+  Selection TreeSelection(const Selection& current) const;
 
   // A click on the node `key`: selects it; on the first opening of "MERGE" or
-  // "COMPARE" builds the merged data; then reads the selection and redraws the
-  // active view (unless it is the reports page). A key without a node does
-  // nothing.
-  void NodeClicked(const std::string& key);
+  // "COMPARE" builds the merged data; then tells the window (RefreshActiveView),
+  // which takes the new place with TreeSelection. False (nothing done) for a
+  // key without a node.
+  bool NodeClicked(const std::string& key);
 
-  // The same without the redraw, for a caller that draws the place itself:
-  // selects the node, builds merged data on first opening and reads the
-  // selection. False (nothing done) for a key without a node.
+  // The same without telling the window, for a caller that draws the place
+  // itself: selects the node and builds merged data on first opening.
   bool MoveTo(const std::string& key);
 
   // Restores the selection after the tree has changed: a compared child moves
@@ -98,7 +101,7 @@ class ProjectTree : public MergedSelectionView {
   // Hooks for the window around the tree; the model itself draws nothing.
   // The ticked sessions have changed.
   virtual void SessionStateChanged() {}
-  // The selection has changed: the active page draws itself anew.
+  // A node was clicked: the window takes the place of the selected node.
   virtual void RefreshActiveView() {}
 
  private:
@@ -112,6 +115,7 @@ class ProjectTree : public MergedSelectionView {
 
   Workspace& ws_;
   TreeNodes nodes_;
+  Measure colourMeasure_ = Measure::Total;
   std::string previousKey_;
 };
 

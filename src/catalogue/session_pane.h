@@ -42,6 +42,9 @@ class SessionPane {
   virtual void UnSelectSessionGroup(Workspace& ws, std::int32_t sg) = 0;
 
   virtual void ResetViews(Workspace& ws, ViewReset how) = 0;
+  // Whether the views show the values of Session(cs) itself: its removal
+  // takes them back.
+  virtual bool ShowsSession(std::int32_t cs) const = 0;
 
   // Shows the rows of SessionListRows afresh, sorted as the user last had
   // them.
@@ -64,6 +67,7 @@ class HeadlessSessionPane : public SessionPane {
   void UnSelectSession(Workspace& ws, std::int32_t cs) override;
   void UnSelectSessionGroup(Workspace& ws, std::int32_t sg) override;
   void ResetViews(Workspace&, ViewReset) override {}
+  bool ShowsSession(std::int32_t) const override { return false; }
   void Refresh(Workspace&) override {}
   void BringToFront() override {}
   void SetBusy(bool) override {}

@@ -17,8 +17,8 @@ inline constexpr std::int32_t kCoverageMeasure = 4;
 
 // The rank of a procedure for the measure shown; coverage ranks only
 // procedures with line probes, the worst coverage the most alarming.
-std::int32_t ProcedureColour(const ProcedureValue& v, std::int32_t DisplayInfoType) {
-  switch (DisplayInfoType) {
+std::int32_t ProcedureColour(const ProcedureValue& v, std::int32_t measure) {
+  switch (measure) {
     case 0:
       return RankToBackcolor(v.TotalTimingRank);
     case 1:
@@ -32,8 +32,8 @@ std::int32_t ProcedureColour(const ProcedureValue& v, std::int32_t DisplayInfoTy
   }
 }
 
-std::int32_t ModuleColour(const ModuleValue& v, std::int32_t DisplayInfoType) {
-  if (DisplayInfoType != kCoverageMeasure) return RankToBackcolor(v.TotalTimingRank);
+std::int32_t ModuleColour(const ModuleValue& v, std::int32_t measure) {
+  if (measure != kCoverageMeasure) return RankToBackcolor(v.TotalTimingRank);
   return v.IsCovered ? RankToBackcolor(static_cast<float>(1 - v.LineCoverage)) : kTreeWhite;
 }
 
@@ -47,7 +47,7 @@ void ProjectTree::PaintSessionByRank(std::int32_t cs) {
   const std::string sessionKey = SessionKey(cs);
   for (std::int32_t m = 1; m <= p.ModulesNumber; ++m) {
     if (TreeNode* node = nodes_.Find(ModuleKey(sessionKey, m))) {
-      node->BackColor = ModuleColour(s.ModuleValue(m), ws_.DisplayInfoType);
+      node->BackColor = ModuleColour(s.ModuleValue(m), IndexOf(colourMeasure_));
     }
   }
   for (std::int32_t id = 1; id <= p.ProceduresNumber; ++id) {
@@ -58,12 +58,13 @@ void ProjectTree::PaintSessionByRank(std::int32_t cs) {
       node->BackColor = kTreeBlack;
       node->ForeColor = kTreeWhite;
     } else {
-      node->BackColor = ProcedureColour(s.ProcedureValue(id), ws_.DisplayInfoType);
+      node->BackColor = ProcedureColour(s.ProcedureValue(id), IndexOf(colourMeasure_));
     }
   }
 }
 
-void ProjectTree::UpdateColors() {
+void ProjectTree::UpdateColors(Measure measure) {
+  colourMeasure_ = measure;
   // White everywhere; dead code's white text goes back to black with it.
   nodes_.ForEach([](TreeNode& node) {
     node.BackColor = kTreeWhite;

@@ -110,13 +110,14 @@ void CreateGroupSession(Workspace& ws, std::int32_t csg) {
   ws.SessionGroup(csg).GroupMergedSession = n;
 }
 
-std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& sessionList) {
+std::int32_t GetComparedSessions(const Workspace& ws, std::int32_t project,
+                                 Array1<std::int32_t>& sessionList) {
   sessionList.Erase();
   for (std::int32_t i = 1; i <= ws.nSession; ++i) {
     const Session& s = ws.Session(i);
     if (!s.Selected) continue;
     if (ws.fOnlyGroups &&
-        (s.Project != ws.cp || s.Group <= 0 || !ws.SessionGroup.InRange(s.Group) ||
+        (s.Project != project || s.Group <= 0 || !ws.SessionGroup.InRange(s.Group) ||
          !ws.SessionGroup(s.Group).Selected)) {
       continue;
     }
@@ -131,6 +132,13 @@ std::int32_t GetGroupMergedSession(const Workspace& ws, std::int32_t cs) {
     if (group.Selected && group.GroupMergedSession == cs) return g;
   }
   return -1;
+}
+
+SessionRef SessionRefOfSlot(const Workspace& ws, std::int32_t slot) {
+  if (slot == 0) return SessionRef::merged();
+  const std::int32_t group = GetGroupMergedSession(ws, slot);
+  if (group >= 0) return SessionRef::group(group, slot);
+  return SessionRef::single(slot);
 }
 
 }  // namespace zol

@@ -9,14 +9,10 @@
 
 #include "base/vbarray.h"
 #include "compare/merged_selection_view.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
-
-// The session number the tree gives the compared view of ticked groups; the
-// compared view of ticked sessions is -1, and a compared member of merged
-// groups is minus its project.
-inline constexpr std::int32_t kComparedGroupsSession = -9999;
 
 // Builds SessionGroup(0) from the ticked groups: for each member of the first
 // ticked group, a new session that merges by ID the first member of each
@@ -33,10 +29,16 @@ void CreateGroupSession(Workspace& ws, std::int32_t csg);
 
 // The sessions whose columns a compared grid shows, in rising order: the
 // ticked sessions, or, for a selection of groups only, the ticked members of
-// ticked groups whose project is ws.cp. Returns their number.
-std::int32_t GetComparedSessions(const Workspace& ws, Array1<std::int32_t>& list);
+// ticked groups whose project is `project`. Returns their number.
+std::int32_t GetComparedSessions(const Workspace& ws, std::int32_t project,
+                                 Array1<std::int32_t>& list);
 
 // The ticked group (slot 0 included) whose merged session is `cs`, or -1.
 std::int32_t GetGroupMergedSession(const Workspace& ws, std::int32_t cs);
+
+// The reference to the values of slot `slot` of Session: the merged session
+// for slot 0, a ticked group's merged session (the merged selection of ticked
+// groups included), or a single session.
+SessionRef SessionRefOfSlot(const Workspace& ws, std::int32_t slot);
 
 }  // namespace zol

@@ -184,29 +184,34 @@ void DumpRecord(std::string_view n, const Project& v, int level) {
   }
 }
 
+void DumpSelection(const Selection& sel) {
+  const std::string_view w = "Selection";
+  Field(w, "session.kind", static_cast<std::int32_t>(sel.session.kind()), 0);
+  Field(w, "session.sessionIndex", sel.session.sessionIndex(), 0);
+  Field(w, "session.groupIndex", sel.session.groupIndex(), 0);
+  Field(w, "project", sel.project, 0);
+  Field(w, "module", sel.module, 0);
+  Field(w, "procedure", sel.procedure, 0);
+  Field(w, "line", sel.line, 0);
+  Field(w, "tab", IndexOf(sel.tab), 0);
+  Field(w, "measure", IndexOf(sel.measure), 0);
+}
+
 void DumpWorkspace(const Workspace& ws) {
   zolReportToFile(kGlobalVariablesBox);
   const std::string_view w = "Workspace";
   Field(w, "appFolder", ws.appFolder, 0);
   Field(w, "abort", ws.abort, 0);
   Field(w, "view.DefaultPlan", ws.view.DefaultPlan, 0);
-  Field(w, "DisplayInfoType", ws.DisplayInfoType, 0);
-  Field(w, "Active_tbsTab", ws.Active_tbsTab, 0);
   Field(w, "view.colored", ws.view.colored, 0);
-  Field(w, "cs", ws.cs, 0);
   Field(w, "nSession", ws.nSession, 0);
   Field(w, "fHomogeneous", ws.fHomogeneous, 0);
   Field(w, "fOnlyGroups", ws.fOnlyGroups, 0);
   Field(w, "nSessionGroup", ws.nSessionGroup, 0);
-  Field(w, "csg", ws.csg, 0);
-  Field(w, "cMod", ws.cMod, 0);
-  Field(w, "cPro", ws.cPro, 0);
-  Field(w, "cLine", ws.cLine, 0);
   Field(w, "view.Filters", ws.view.Filters, 0);
   Field(w, "PerformanceFrequency", ws.PerformanceFrequency, 0);
   Field(w, "TraceOverhead", ws.TraceOverhead, 0);
   Field(w, "nProject", ws.nProject, 0);
-  Field(w, "cp", ws.cp, 0);
   Field(w, "LinesNumber", ws.LinesNumber, 0);
   Field(w, "ProceduresNumber", ws.ProceduresNumber, 0);
   Field(w, "ModulesNumber", ws.ModulesNumber, 0);

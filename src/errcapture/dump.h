@@ -14,6 +14,7 @@
 #include "errcapture/value_text.h"
 #include "session/record_fields.h"
 #include "session/records.h"
+#include "session/selection.h"
 
 namespace zol {
 
@@ -70,6 +71,8 @@ void DumpRecord(std::string_view name, const Project& v, int level);
 // The whole state of the process: the global box, then every field of the
 // Workspace as "Workspace.Name", its tables record by record.
 void DumpWorkspace(const Workspace& ws);
+// The selection on screen, field by field as "Selection.name".
+void DumpSelection(const Selection& sel);
 
 // --- templates ---
 

@@ -29,13 +29,13 @@ void SetTimes(const ComparedGrid& g, RowRef row, int k, int first, double total,
 
 // A session's whole time for the total row: that of the selected procedure or
 // module, or of the whole session.
-double SelectionTime(const ComparedGrid& g, int k, const GridSelection& sel, bool procedureLevel) {
-  if (procedureLevel && sel.cPro != 0) {
-    const ProcedureValue* p = g.Procedure(k, sel.cPro);
+double SelectionTime(const ComparedGrid& g, int k, const Selection& sel, bool procedureLevel) {
+  if (procedureLevel && sel.procedure != 0) {
+    const ProcedureValue* p = g.Procedure(k, sel.procedure);
     return p ? p->TotalTime : 0;
   }
-  if (sel.cMod != 0) {
-    const ModuleValue* m = g.Module(k, sel.cMod);
+  if (sel.module != 0) {
+    const ModuleValue* m = g.Module(k, sel.module);
     return m ? m->TotalTime : 0;
   }
   return g.Own(k).SessionValue.TotalTime;
@@ -50,11 +50,11 @@ void SetPercentOrEmpty(RowRef row, int column, double part, double whole) {
 // row named "module.procedure". `fill(row, chartValues, procedure, id)` puts
 // in the sessions' values; the chart row follows the row.
 template <typename Fill>
-void AddProcedureRows(ComparedGrid& g, const GridSelection& sel, std::int32_t Obj, Fill fill) {
+void AddProcedureRows(ComparedGrid& g, const Selection& sel, std::int32_t Obj, Fill fill) {
   const Project& project = g.ShownProject();
   for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
     const Procedure& proc = project.Procedure(i);
-    if (sel.cMod != 0 && proc.BelongToModule != sel.cMod) continue;
+    if (sel.module != 0 && proc.BelongToModule != sel.module) continue;
     if (proc.BelongToModule == 0 || !g.Needed(i, Obj)) continue;  // no procedure, no row
     const std::string& moduleName = project.Module(proc.BelongToModule).Name;
     RowRef row = g.AddRow(moduleName);
@@ -85,8 +85,8 @@ void AddModuleRows(ComparedGrid& g, Fill fill) {
 
 }  // namespace
 
-GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& sel) {
-  const std::int32_t dit = sel.DisplayInfoType;
+GridBuild ShowCompareProceduresTiming(const Workspace& ws, const Selection& sel) {
+  const std::int32_t dit = IndexOf(sel.measure);
   const bool child = dit > 1;
   ComparedGrid g(ws, sel, {"Module", "Procedure"},
                  {child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
@@ -119,8 +119,8 @@ GridBuild ShowCompareProceduresTiming(const Workspace& ws, const GridSelection& 
   return g.Finish(ProcedureChartTitle(dit), true);
 }
 
-GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
-  const std::int32_t dit = sel.DisplayInfoType;
+GridBuild ShowCompareLines(const Workspace& ws, const Selection& sel) {
+  const std::int32_t dit = IndexOf(sel.measure);
   const bool child = dit == 2 || dit == 3;
   ComparedGrid g(ws, sel, {"Module", "Procedure", "Line", "Line ID"},
                  {"Hits", child ? "Child Tot." : "Tot. Time", child ? "Child Avg." : "Avg. Time"});
@@ -134,8 +134,8 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
     const std::int32_t proc = line.BelongToProcedure;
     const zol::Procedure* procedure =
         project.Procedure.InRange(proc) ? &project.Procedure(proc) : nullptr;
-    const bool inSelection = sel.cPro != 0   ? proc == sel.cPro
-                             : sel.cMod != 0 ? procedure && procedure->BelongToModule == sel.cMod
+    const bool inSelection = sel.procedure != 0   ? proc == sel.procedure
+                             : sel.module != 0 ? procedure && procedure->BelongToModule == sel.module
                                              : true;
     if (!inSelection || procedure == nullptr || !g.Needed(i, kNeededLine)) continue;
 
@@ -179,7 +179,7 @@ GridBuild ShowCompareLines(const Workspace& ws, const GridSelection& sel) {
   return g.Finish(LineChartTitle(dit), true);
 }
 
-GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection& sel) {
+GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const Selection& sel) {
   ComparedGrid g(ws, sel, {"Module", "Procedure"}, {"Coverage", "Critical Cov."});
 
   const int n = g.SessionCount();
@@ -207,7 +207,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
     RowRef total = g.AddTotalRow(2);
     for (int k = 0; k < n; ++k) {
       if (lines[k] == 0) continue;
-      const ModuleValue* rec = sel.cMod != 0 ? g.Module(k, sel.cMod) : &g.Own(k).SessionValue;
+      const ModuleValue* rec = sel.module != 0 ? g.Module(k, sel.module) : &g.Own(k).SessionValue;
       if (rec && rec->TotalLines != 0) total.SetPercent(g.RunColumn(k, 0), rec->LineCoverage);
       SetPercentOrEmpty(total, g.RunColumn(k, 1), criticalHits[k], criticalLines[k]);
     }
@@ -215,7 +215,7 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const GridSelection
   return g.Finish("Procedure coverage", true);
 }
 
-GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel) {
+GridBuild ShowCompareModulesTiming(const Workspace& ws, const Selection& sel) {
   ComparedGrid g(ws, sel, {"Module"}, {"Tot.Time"});
 
   const int n = g.SessionCount();
@@ -240,7 +240,7 @@ GridBuild ShowCompareModulesTiming(const Workspace& ws, const GridSelection& sel
   return g.Finish(kModuleTimeTitle, false);
 }
 
-GridBuild ShowCompareModulesCoverage(const Workspace& ws, const GridSelection& sel) {
+GridBuild ShowCompareModulesCoverage(const Workspace& ws, const Selection& sel) {
   ComparedGrid g(ws, sel, {"Module"}, {"Line Cov.", "Proc. Cov.", "Crit. Cov."});
 
   const auto fill = [&](RowRef row, int k, const ModuleValue& v) {

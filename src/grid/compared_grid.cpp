@@ -7,14 +7,14 @@
 
 namespace zol {
 
-ComparedGrid::ComparedGrid(const Workspace& ws, const GridSelection& sel,
+ComparedGrid::ComparedGrid(const Workspace& ws, const Selection& sel,
                            const std::vector<std::string>& leading,
                            const std::vector<std::string>& run)
     : ws_(ws),
       sel_(sel),
       leading_(static_cast<int>(leading.size())),
       perSession_(static_cast<int>(run.size())) {
-  GetComparedSessions(ws, list_);
+  GetComparedSessions(ws, sel.project, list_);
 
   Table& t = build_.Grid;
   t.ImageList = ImageListKind::Nothing;

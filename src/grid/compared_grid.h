@@ -10,21 +10,21 @@
 
 #include "base/vbarray.h"
 #include "grid/grid_build.h"
-#include "grid/grid_selection.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
 
 class ComparedGrid {
  public:
-  ComparedGrid(const Workspace& ws, const GridSelection& sel,
+  ComparedGrid(const Workspace& ws, const Selection& sel,
                const std::vector<std::string>& leading, const std::vector<std::string>& run);
 
   int SessionCount() const { return list_.Count(); }
   // IsNeeded over the compared sessions: item `id` of kind `Obj` has a value
   // in at least one of them.
   bool Needed(std::int32_t id, std::int32_t Obj) const;
-  const Project& ShownProject() const { return ws_.Project(sel_.cp); }
+  const Project& ShownProject() const { return ws_.Project(sel_.project); }
   // The session itself, and the record that holds its values numbered like
   // the shown project (itself when all sessions share one project).
   const Session& Own(int k) const { return ws_.Session(list_(k + 1)); }
@@ -49,7 +49,7 @@ class ComparedGrid {
 
  private:
   const Workspace& ws_;
-  GridSelection sel_;
+  Selection sel_;
   Array1<std::int32_t> list_;
   int leading_ = 0;
   int perSession_ = 0;

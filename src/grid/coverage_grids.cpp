@@ -164,9 +164,9 @@ void SetCritical(RowRef row, int column, const ModuleValue& v, CriticalSums& sum
 
 }  // namespace
 
-GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
-  const Project& project = ws.Project(sel.cp);
-  const Session& session = ws.Session(sel.cs);
+GridBuild ShowProceduresCoverage(const Workspace& ws, const Selection& sel, SortMemory& sort) {
+  const Project& project = ws.Project(sel.project);
+  const Session& session = ws.Session(sel.session.sessionIndex());
 
   GridBuild build;
   Table& t = StartTable(build, ImageListKind::Nothing, {"Module", "Procedure"});
@@ -182,7 +182,7 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
   for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
     const Procedure& proc = project.Procedure(i);
     const ProcedureValue& pv = session.ProcedureValue(i);
-    const bool shown = sel.cMod != 0 ? proc.BelongToModule == sel.cMod : pv.TotalLines != 0;
+    const bool shown = sel.module != 0 ? proc.BelongToModule == sel.module : pv.TotalLines != 0;
     if (!shown || proc.BelongToModule == 0) continue;  // an ID without a procedure
     chart.Add(proc.Name, WholePercent(pv.Coverage), pv.Hits);
 
@@ -199,16 +199,16 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const GridSelection& sel, 
   }
 
   if (t.RowCount() > 0) {
-    const ModuleValue& rec = sel.cMod == 0 ? session.SessionValue : session.ModuleValue(sel.cMod);
+    const ModuleValue& rec = sel.module == 0 ? session.SessionValue : session.ModuleValue(sel.module);
     AddProcedureCoverageTotal(t, rec, totalHits, sums, critical, bars);
   }
   FinishWithChart(build, sort, kPCoverage, "Procedure Coverage", "Procedure Hits (1 call = 1 hit)");
   return build;
 }
 
-GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
-  const Project& project = ws.Project(sel.cp);
-  const Session& session = ws.Session(sel.cs);
+GridBuild ShowModulesCoverage(const Workspace& ws, const Selection& sel, SortMemory& sort) {
+  const Project& project = ws.Project(sel.project);
+  const Session& session = ws.Session(sel.session.sessionIndex());
 
   GridBuild build;
   Table& t = StartTable(build, ImageListKind::ModuleIcons, {"Module"});
@@ -239,7 +239,7 @@ GridBuild ShowModulesCoverage(const Workspace& ws, const GridSelection& sel, Sor
   return build;
 }
 
-GridBuild ShowProjectsCoverage(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
+GridBuild ShowProjectsCoverage(const Workspace& ws, const Selection& sel, SortMemory& sort) {
   enum {
     kProject = 1,
     kModules,

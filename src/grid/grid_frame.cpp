@@ -114,8 +114,8 @@ double CellValue(std::string_view text) {
   return ParseCellNumber(text).value_or(0);
 }
 
-int AddProjectColumn(Table& table, const GridSelection& sel) {
-  if (sel.Group == -1) return 0;
+int AddProjectColumn(Table& table, const Selection& sel) {
+  if (sel.session.groupIndex() == -1) return 0;
   return table.AddColumn("Project", Alignment::Left);
 }
 
@@ -141,7 +141,7 @@ void AddValueColumns(Table& table, std::initializer_list<const char*> headers) {
   for (const char* header : headers) table.AddColumn(header, Alignment::Right);
 }
 
-FrameColumns AddFrameColumns(Table& table, const GridSelection& sel, int barsPosition) {
+FrameColumns AddFrameColumns(Table& table, const Selection& sel, int barsPosition) {
   FrameColumns cols;
   cols.project = AddProjectColumn(table, sel);
   cols.bars = AddBarsColumn(table, barsPosition);
@@ -187,9 +187,9 @@ RowRef AddTotalRow(Table& table, int totalColumn, std::string_view icon) {
   return total;
 }
 
-std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSelection& sel) {
-  if (sel.Group < 0) return {sel.cs};
-  const SessionGroup& group = ws.SessionGroup(sel.Group);
+std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const Selection& sel) {
+  if (sel.session.groupIndex() < 0) return {sel.session.sessionIndex()};
+  const SessionGroup& group = ws.SessionGroup(sel.session.groupIndex());
   std::vector<std::int32_t> list;
   for (std::int32_t i = 1; i <= group.nSession; ++i) list.push_back(group.Sessions(i));
   return list;

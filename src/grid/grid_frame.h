@@ -14,7 +14,7 @@
 
 #include "grid/cell_text.h"
 #include "grid/grid_build.h"
-#include "grid/grid_selection.h"
+#include "session/selection.h"
 #include "grid/grid_sort.h"
 #include "grid/table.h"
 #include "session/workspace.h"
@@ -64,7 +64,7 @@ double CellValue(std::string_view text);
 
 // Adds the "Project" column of a group's merged session (left aligned) and
 // returns its index; 0 when the session isn't one.
-int AddProjectColumn(Table& table, const GridSelection& sel);
+int AddProjectColumn(Table& table, const Selection& sel);
 // Adds the bars column at display position `position` and returns its index.
 int AddBarsColumn(Table& table, int position);
 // Shows the "Project" column first (nothing for column 0). Done after the bars
@@ -83,7 +83,7 @@ struct FrameColumns {
 };
 // Adds the "Project" column of a group's merged session, then the bars column
 // at display position `barsPosition`, and shows the "Project" column first.
-FrameColumns AddFrameColumns(Table& table, const GridSelection& sel, int barsPosition);
+FrameColumns AddFrameColumns(Table& table, const Selection& sel, int barsPosition);
 
 // The name of the project that module `module` of `project` came from, for
 // the "Project" column; empty when unknown.
@@ -107,7 +107,7 @@ RowRef AddTotalRow(Table& table, int totalColumn, std::string_view icon = {});
 
 // The sessions of the project tables: the session alone, or the members of
 // the group whose merged session it is.
-std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const GridSelection& sel);
+std::vector<std::int32_t> ProjectTableSessions(const Workspace& ws, const Selection& sel);
 
 // A dead row: the cells of columns `from` to `to` and of the bars column are
 // two blanks and bold; the row and every cell are grey.

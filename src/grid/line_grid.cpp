@@ -28,8 +28,8 @@ struct LineColumns {
   int bars = 0;
 };
 
-LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fake) {
-  const std::int32_t dit = sel.DisplayInfoType;
+LineColumns AddLineColumns(Table& t, const Selection& sel, bool fake) {
+  const std::int32_t dit = IndexOf(sel.measure);
   const bool timing = dit != 4;
   const bool child = IsChildMeasure(dit);
   LineColumns cols;
@@ -49,23 +49,23 @@ LineColumns AddLineColumns(Table& t, const GridSelection& sel, bool fake) {
   return cols;
 }
 
-bool ShouldDisplayLine(const Project& project, const Session& session, const GridSelection& sel,
+bool ShouldDisplayLine(const Project& project, const Session& session, const Selection& sel,
                        std::int32_t i) {
   const CodeLine& line = project.CodeLine(i);
   // A line ID left without a procedure in the sources has no row.
   if (line.BelongToProcedure == 0) return false;
   bool shown;
-  if (sel.cPro != 0) {
-    shown = line.BelongToProcedure == sel.cPro;
-  } else if (sel.cMod != 0) {
+  if (sel.procedure != 0) {
+    shown = line.BelongToProcedure == sel.procedure;
+  } else if (sel.module != 0) {
     shown = line.BelongToProcedure != 0 &&
-            project.Procedure(line.BelongToProcedure).BelongToModule == sel.cMod &&
+            project.Procedure(line.BelongToProcedure).BelongToModule == sel.module &&
             session.CodeLineValue(i).Hits != 0;
   } else {
     shown = session.CodeLineValue(i).Hits != 0;
   }
   // The end of a procedure has no time of its own; it counts for coverage only.
-  if (sel.DisplayInfoType != 4 && line.IsProcedureExit) return false;
+  if (!sel.coverage() && line.IsProcedureExit) return false;
   return shown;
 }
 
@@ -210,8 +210,8 @@ std::int32_t LineIdDigits(std::int32_t linesNumber) {
   return static_cast<std::int32_t>(std::to_string(MaxLong2(linesNumber, 1)).size());
 }
 
-GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, bool fake) {
-  const std::int32_t dit = sel.DisplayInfoType;
+GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool fake) {
+  const std::int32_t dit = IndexOf(sel.measure);
   const bool timing = dit != 4;
   GridBuild build;
   Table& t = build.Grid;
@@ -225,13 +225,13 @@ GridBuild ShowLines(Workspace& ws, const GridSelection& sel, SortMemory& sort, b
     return build;
   }
 
-  const Project& project = ws.Project(sel.cp);
-  const Session& session = ws.Session(sel.cs);
+  const Project& project = ws.Project(sel.project);
+  const Session& session = ws.Session(sel.session.sessionIndex());
   const std::int32_t linesNumber = project.LinesNumber;
   const std::int32_t numberOfZeros = LineIdDigits(linesNumber);
   Prompter& prompter = ws.prompter();
   if (linesNumber != 0) prompter.SetProgressMax(static_cast<long>(linesNumber * 1.5));
-  prompter.ShowProgress(linesNumber > 200 && sel.cPro == 0);
+  prompter.ShowProgress(linesNumber > 200 && sel.procedure == 0);
   LineProgress progress(prompter, linesNumber);
 
   // The rows are counted first so that a table of many thousand lines is

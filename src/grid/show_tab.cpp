@@ -3,7 +3,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "compare/group_merge.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
 
@@ -11,17 +10,17 @@ namespace zol {
 
 namespace {
 
-GridBuild ShowComparedTab(const Workspace& ws, const GridSelection& sel, std::int32_t tab) {
-  const bool coverage = sel.DisplayInfoType == 4;
-  switch (tab) {
-    case kTabProjects:
-    case kTabModules:
+GridBuild ShowComparedTab(const Workspace& ws, const Selection& sel) {
+  const bool coverage = sel.coverage();
+  switch (sel.tab) {
+    case Tab::Projects:
+    case Tab::Modules:
       return coverage ? ShowCompareModulesCoverage(ws, sel) : ShowCompareModulesTiming(ws, sel);
-    case kTabProcedures:
+    case Tab::Procedures:
       return coverage ? ShowCompareProceduresCoverage(ws, sel)
                       : ShowCompareProceduresTiming(ws, sel);
     default:
-      if (sel.cs == kComparedGroupsSession)
+      if (sel.session.isComparedGroups())
         return ShowLinesUnavailable(kUnavailableGroups, kClickProcedures);
       if (!ws.fHomogeneous)
         return ShowLinesUnavailable(kUnavailableHeterogeneous, kClickProcedures);
@@ -31,18 +30,18 @@ GridBuild ShowComparedTab(const Workspace& ws, const GridSelection& sel, std::in
 
 }  // namespace
 
-GridBuild ShowTab(Workspace& ws, const GridSelection& sel, SortMemory& sort, std::int32_t tab) {
-  if (tab < kTabProjects || tab > kTabLines) {
-    throw std::invalid_argument("grid tab " + std::to_string(tab) + " is not 1 to 4");
+GridBuild ShowTab(Workspace& ws, const Selection& sel, SortMemory& sort) {
+  if (sel.tab < Tab::Projects || sel.tab > Tab::Lines) {
+    throw std::invalid_argument("grid tab " + std::to_string(IndexOf(sel.tab)) + " is not 1 to 4");
   }
-  if (sel.cs <= -1) return ShowComparedTab(ws, sel, tab);
-  const bool coverage = sel.DisplayInfoType == 4;
-  switch (tab) {
-    case kTabProjects:
+  if (sel.session.isCompared()) return ShowComparedTab(ws, sel);
+  const bool coverage = sel.coverage();
+  switch (sel.tab) {
+    case Tab::Projects:
       return coverage ? ShowProjectsCoverage(ws, sel, sort) : ShowProjectsTiming(ws, sel, sort);
-    case kTabModules:
+    case Tab::Modules:
       return coverage ? ShowModulesCoverage(ws, sel, sort) : ShowModulesTiming(ws, sel, sort);
-    case kTabProcedures:
+    case Tab::Procedures:
       return coverage ? ShowProceduresCoverage(ws, sel, sort) : ShowProceduresTiming(ws, sel, sort);
     default:
       return ShowLines(ws, sel, sort, false);

@@ -46,11 +46,11 @@ void AddProcedureTotal(Table& t, double totalHits, double totalTime, std::int32_
 
 }  // namespace
 
-GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
-  const std::int32_t dit = sel.DisplayInfoType;
+GridBuild ShowProceduresTiming(const Workspace& ws, const Selection& sel, SortMemory& sort) {
+  const std::int32_t dit = IndexOf(sel.measure);
   const bool child = IsChildMeasure(dit);
-  const Project& project = ws.Project(sel.cp);
-  const Session& session = ws.Session(sel.cs);
+  const Project& project = ws.Project(sel.project);
+  const Session& session = ws.Session(sel.session.sessionIndex());
 
   GridBuild build;
   Table& t = StartTable(build, ImageListKind::Nothing, {"Module", "Procedure"});
@@ -65,7 +65,7 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
   for (std::int32_t i = 1; i <= project.ProceduresNumber; ++i) {
     const Procedure& proc = project.Procedure(i);
     const ProcedureValue& pv = session.ProcedureValue(i);
-    const bool shown = sel.cMod != 0 ? proc.BelongToModule == sel.cMod : pv.Hits != 0;
+    const bool shown = sel.module != 0 ? proc.BelongToModule == sel.module : pv.Hits != 0;
     // An ID the instrumenter left without a procedure in the sources has no
     // module and no row, whatever the log counted for it.
     if (!shown || proc.BelongToModule == 0) continue;
@@ -91,10 +91,10 @@ GridBuild ShowProceduresTiming(const Workspace& ws, const GridSelection& sel, So
   return build;
 }
 
-GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
+GridBuild ShowModulesTiming(const Workspace& ws, const Selection& sel, SortMemory& sort) {
   enum { kModule = 1, kProcedures, kTime, kTimePct };
-  const Project& project = ws.Project(sel.cp);
-  const Session& session = ws.Session(sel.cs);
+  const Project& project = ws.Project(sel.project);
+  const Session& session = ws.Session(sel.session.sessionIndex());
 
   GridBuild build;
   Table& t = StartTable(build, ImageListKind::ModuleIcons, {"Module"});
@@ -150,7 +150,7 @@ GridBuild ShowModulesTiming(const Workspace& ws, const GridSelection& sel, SortM
   return build;
 }
 
-GridBuild ShowProjectsTiming(const Workspace& ws, const GridSelection& sel, SortMemory& sort) {
+GridBuild ShowProjectsTiming(const Workspace& ws, const Selection& sel, SortMemory& sort) {
   enum { kProject = 1, kModules, kProcedures, kLines, kTime, kTimePct };
   GridBuild build;
   Table& t = StartTable(build, ImageListKind::Unchanged, {"Project"});

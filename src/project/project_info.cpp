@@ -106,8 +106,8 @@ void GetProjectInfo(Workspace& ws, std::int32_t cs, const ScanOptions& options) 
   const Session& s = ws.Session(cs);
   CheckSessionCount(s.LinesNumber, "lines", s);
   CheckSessionCount(s.ProceduresNumber, "procedures", s);
-  ws.cp = s.Project;
-  Project& project = ws.Project(ws.cp);
+  const std::int32_t projectIndex = s.Project;
+  Project& project = ws.Project(projectIndex);
   ws.LinesNumber = s.LinesNumber;
   ws.ProceduresNumber = s.ProceduresNumber;
   ws.ModulesNumber = 0;
@@ -122,14 +122,14 @@ void GetProjectInfo(Workspace& ws, std::int32_t cs, const ScanOptions& options) 
   const std::string projectFolder = GetPath(vbp.path);
   if (ws.RtfPath.empty()) ResetRtfPath(ws);
 
-  ProjectScan scan(ws, ws.cp, options.AppPrefix);
+  ProjectScan scan(ws, projectIndex, options.AppPrefix);
   for (const VbpModule& entry : ReadVbpModules(vbp.text)) {
     const std::int32_t m = ++ws.ModulesNumber;
     project.Module.ReDimPreserve(m);
     Module& module = project.Module(m);
     module.FileName = entry.FileName;
     module.Type = entry.Type;
-    module.BelongToProject = ws.cp;
+    module.BelongToProject = projectIndex;
 
     const ModuleFile file = LoadModuleFile(entry.FileName, projectFolder);
     if (!file.fault.empty()) project.UnreadModules.push_back({entry.FileName, file.fault});
@@ -140,7 +140,7 @@ void GetProjectInfo(Workspace& ws, std::int32_t cs, const ScanOptions& options) 
 
     const std::string cleaned =
         scan.ScanModule(m, source.text, file.path.empty() ? entry.FileName : file.path);
-    ws.RtfFile = RtfFileName(ws, ws.cp, m);
+    ws.RtfFile = RtfFileName(ws, projectIndex, m);
     try {
       WriteFile(ws.RtfFile, cleaned);
     } catch (const FileError& e) {

@@ -68,8 +68,7 @@ std::string ContentsTable(const Workspace& ws, const ContentsEntry& entry);
 // text, written into `folder` as "<prefix>_M<module>.htm", without links,
 // with the columns and colours of OptionsHtml[5], coloured by `measure`.
 // Returns the table of contents that links them; the names of the pages
-// written are appended to `written`. ws.cs and ws.DisplayInfoType are put
-// back as they were. Throws FileError.
+// written are appended to `written`. Throws FileError.
 std::string MakeSourceCodeReport(Workspace& ws, std::int32_t sessionId, Measure measure,
                                  const std::string& folder, const std::string& prefix,
                                  std::vector<std::string>& written);

@@ -29,6 +29,11 @@ Measure MeasureFromIndex(std::int32_t index) {
   return index >= 0 && index <= 4 ? static_cast<Measure>(index) : Measure::Total;
 }
 
+Tab TabFromIndex(std::int32_t index) {
+  return index >= IndexOf(Tab::Projects) && index <= IndexOf(Tab::Reports) ? static_cast<Tab>(index)
+                                                                          : Tab::Procedures;
+}
+
 std::optional<Measure> ParseMeasure(std::string_view text) {
   for (const auto& s : kMeasureSpellings)
     if (s.text == text) return s.measure;

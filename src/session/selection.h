@@ -69,7 +69,10 @@ class SessionRef {
   }
 
   Kind kind() const { return kind_; }
+  bool isNone() const { return kind_ == Kind::None; }
   bool isCompared() const { return kind_ == Kind::Compared || kind_ == Kind::ComparedGroups; }
+  bool isComparedGroups() const { return kind_ == Kind::ComparedGroups; }
+  bool isMerged() const { return kind_ == Kind::Merged; }
   // The slot of Session that holds the values (-1 for compared selections).
   std::int32_t sessionIndex() const { return session_; }
   // The group, for Kind::Group; -1 otherwise.
@@ -87,14 +90,31 @@ class SessionRef {
 
 struct Selection {
   SessionRef session = SessionRef::none();
-  std::int32_t project = 0;    // the session's project, 0 for heterogeneous merges
+  // The project whose numbering module, procedure and line follow: the
+  // session's own, slot 0 for a merge of several projects, and for a compared
+  // member of merged groups the project it is compared under.
+  std::int32_t project = 0;
   std::int32_t module = 0;     // 0: the whole session
   std::int32_t procedure = 0;  // 0: the whole module or session
   std::int32_t line = 0;
   Tab tab = Tab::Procedures;
   Measure measure = Measure::Total;
 
+  bool coverage() const { return measure == Measure::Coverage; }
+  // The same place with another module, procedure and line.
+  Selection at(std::int32_t moduleId, std::int32_t procedureId, std::int32_t lineId = 0) const {
+    Selection s = *this;
+    s.module = moduleId;
+    s.procedure = procedureId;
+    s.line = lineId;
+    return s;
+  }
+
   friend bool operator==(const Selection&, const Selection&) = default;
 };
+
+// The tab and measure of the settings file, out-of-range values read as the
+// Procedures tab and the total time.
+Tab TabFromIndex(std::int32_t index);
 
 }  // namespace zol

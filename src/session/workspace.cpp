@@ -30,8 +30,6 @@ void Workspace::LoadProjectCounts(std::int32_t projectIndex) {
 
 void Workspace::ClearTables() {
   ClearCatalogue();
-  cs = csg = cp = 0;
-  cMod = cPro = cLine = 0;
 }
 
 }  // namespace zol

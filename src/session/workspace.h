@@ -1,9 +1,8 @@
 #pragma once
 
-// The process state that routines receive by reference, in three parts: the
-// catalogue (the session, group and project tables with their working slot
-// 0), the selection shown in the window (read by views through SelectionOf),
-// and the view settings; with them, the scratch state of the scanner, the
+// The process state that routines receive by reference: the catalogue (the
+// session, group and project tables with their working slot 0) and the view
+// settings; with them, the scratch state of the scanner, the
 // temporary files to delete at exit, and the prompter through which the core
 // talks to the user. State that only the window needs lives in the window.
 
@@ -59,17 +58,6 @@ class Workspace : public Catalogue {
   // Set when the user stops a long operation.
   bool abort = false;
 
-  // --- The selection on screen (see SelectionOf) ---
-  std::int32_t cs = 0;   // session; negative for compared sessions
-  std::int32_t csg = 0;  // group
-  std::int32_t cp = 0;   // the session's project
-  std::int32_t cMod = 0;
-  std::int32_t cPro = 0;
-  std::int32_t cLine = 0;
-  std::int32_t DisplayInfoType =
-      0;  // 0 total, 1 average, 2 child total, 3 child average, 4 coverage
-  std::int32_t Active_tbsTab = 0;
-
   // --- View settings ---
   ViewSettings view;
 
@@ -88,11 +76,10 @@ class Workspace : public Catalogue {
   TempFileRegistry tempFiles;
 
   // Sets LinesNumber, ProceduresNumber and ModulesNumber from
-  // Project(projectIndex); the selection stays as it is.
+  // Project(projectIndex).
   void LoadProjectCounts(std::int32_t projectIndex);
 
-  // Starts everything over: empties all tables, keeps slot 0, and selects
-  // nothing.
+  // Starts everything over: empties all tables, keeps slot 0.
   void ClearTables();
 
  private:

@@ -4,75 +4,47 @@
 
 namespace zol {
 
-NavPlace CurrentPlace(const Workspace& ws) {
-  return NavPlace{ws.cs, ws.cMod, ws.cPro, ws.cLine, ws.Active_tbsTab, ws.DisplayInfoType};
-}
-
-std::string MeasureButtonKey(std::int32_t displayInfoType) {
-  switch (displayInfoType) {
-    case 0:
+std::string MeasureButtonKey(Measure measure) {
+  switch (measure) {
+    case Measure::Total:
       return "TOTALTIME";
-    case 1:
+    case Measure::Average:
       return "AVERAGETIME";
-    case 2:
+    case Measure::ChildTotal:
       return "CHILDTOTALTIME";
-    case 3:
+    case Measure::ChildAverage:
       return "CHILDAVERAGETIME";
-    case 4:
+    case Measure::Coverage:
       return "COVERAGE";
-    default:
-      return "";
   }
+  return "";
 }
 
-void NavHistory::NewNav(const Workspace& ws, NavView& view) {
-  if (fDuringNav_) return;
+void NavHistory::NewNav(const Selection& place, NavView& view) {
   if (IndexNav_ == kPlaces) {
     for (int i = 2; i <= kPlaces; ++i)
       Nav_[static_cast<std::size_t>(i - 1)] = Nav_[static_cast<std::size_t>(i)];
   } else {
     ++IndexNav_;
   }
-  Nav_[static_cast<std::size_t>(IndexNav_)] = CurrentPlace(ws);
+  Nav_[static_cast<std::size_t>(IndexNav_)] = place;
   for (int i = IndexNav_ + 1; i <= kPlaces; ++i) Nav_[static_cast<std::size_t>(i)].reset();
   UpdateNavToolbar(view);
 }
 
-bool NavHistory::BrowseBack(Workspace& ws, NavView& view) {
-  if (!Filled(IndexNav_ - 1)) return false;
-  --IndexNav_;
-  DisplayNav(ws, *Nav_[static_cast<std::size_t>(IndexNav_)], view);
-  return true;
-}
-
-bool NavHistory::BrowseFwd(Workspace& ws, NavView& view) {
-  if (!Filled(IndexNav_ + 1)) return false;
-  ++IndexNav_;
-  DisplayNav(ws, *Nav_[static_cast<std::size_t>(IndexNav_)], view);
-  return true;
-}
-
-void NavHistory::DisplayNav(Workspace& ws, const NavPlace& place, NavView& view) {
-  // The flag must fall again even when the window fails half way, or no place
-  // would ever be recorded again.
-  struct DuringNav {
-    bool& flag;
-    explicit DuringNav(bool& f) : flag(f) { flag = true; }
-    ~DuringNav() { flag = false; }
-  };
-  {
-    DuringNav during(fDuringNav_);
-    ws.cs = place.Session;
-    ws.cMod = place.Module;
-    ws.cPro = place.Procedure;
-    ws.cLine = place.Line;
-    view.SelectTreeNode(place);
-    ws.DisplayInfoType = place.DisplayMode;
-    view.PressMeasureButton(MeasureButtonKey(place.DisplayMode));
-    ws.Active_tbsTab = place.Tabs;
-    view.SelectTab(place.Tabs);
-  }
+std::optional<Selection> NavHistory::StepTo(int index, NavView& view) {
+  if (!Filled(index)) return std::nullopt;
+  IndexNav_ = index;
   UpdateNavToolbar(view);
+  return Nav_[static_cast<std::size_t>(index)];
+}
+
+std::optional<Selection> NavHistory::BrowseBack(NavView& view) {
+  return StepTo(IndexNav_ - 1, view);
+}
+
+std::optional<Selection> NavHistory::BrowseFwd(NavView& view) {
+  return StepTo(IndexNav_ + 1, view);
 }
 
 void NavHistory::UpdateNavToolbar(NavView& view) const {
@@ -92,7 +64,7 @@ void NavHistory::Clear() {
   IndexNav_ = 0;
 }
 
-const std::optional<NavPlace>& NavHistory::Place(int i) const {
+const std::optional<Selection>& NavHistory::Place(int i) const {
   if (i < 1 || i > kPlaces) {
     throw std::out_of_range("navigation place " + std::to_string(i) + " out of range 1..20");
   }

@@ -33,10 +33,10 @@ std::string SourcePageFile(const Workspace& ws) {
 }
 
 void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& module,
-                    std::int32_t& procedure, PageBrowser& browser) {
+                    std::int32_t& procedure, Measure measure, PageBrowser& browser) {
   const std::string file = SourcePageFile(ws);
   CConcatString cc;
-  WriteSourcePage(cc, ws, session, module, procedure, MeasureFromIndex(ws.DisplayInfoType), true);
+  WriteSourcePage(cc, ws, session, module, procedure, measure, true);
   HtmlOutputTofile(cc, file);
   browser.Navigate(file);
 }

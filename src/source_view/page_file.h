@@ -26,11 +26,10 @@ std::string BuildSourcePage(const Workspace& ws, std::int32_t session, std::int3
 // The view's page file: RtfPath and "code.htm".
 std::string SourcePageFile(const Workspace& ws);
 
-// Writes the linked page of the module or procedure for the
-// current measure into it, and shows it. Throws FileError when it can't be
-// written.
+// Writes the linked page of the module or procedure for `measure` into it,
+// and shows it. Throws FileError when it can't be written.
 void ShowSourcePage(Workspace& ws, std::int32_t session, std::int32_t& moduleId,
-                    std::int32_t& procedureId, PageBrowser& browser);
+                    std::int32_t& procedureId, Measure measure, PageBrowser& browser);
 
 // Gives the page on display the current page font without building it again,
 // and shows it anew. A page without its style markers is left alone.

@@ -25,8 +25,9 @@ bool SourcePageCache::NeedsReload(const SourcePageKey& key) {
   return true;
 }
 
-std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t sessionId) {
-  if (sessionId < 0) {
+std::optional<std::string> SourceUnavailableText(const Workspace& ws, const SessionRef& session) {
+  const std::int32_t sessionId = session.sessionIndex();
+  if (session.isCompared()) {
     return std::string("Unavailable (compared sessions)\r\n") + kClickProcedures;
   }
   if (sessionId == 0 && !ws.fHomogeneous) {
@@ -38,9 +39,12 @@ std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32
   return std::nullopt;
 }
 
-TitleStrip UpdateTitle(const Workspace& ws, std::int32_t cs, std::int32_t cMod, std::int32_t cPro) {
+TitleStrip UpdateTitle(const Workspace& ws, const Selection& sel) {
   TitleStrip t;
-  if (cs < 0) {
+  const std::int32_t cs = sel.session.sessionIndex();
+  const std::int32_t module = sel.module;
+  const std::int32_t procedure = sel.procedure;
+  if (sel.session.isCompared()) {
     t.Session = Label("Compared Sessions", "COMPARE");
     if (ws.fOnlyGroups) t.Group = t.Session;
   } else if (IsMergedSelection(ws, cs)) {
@@ -54,14 +58,14 @@ TitleStrip UpdateTitle(const Workspace& ws, std::int32_t cs, std::int32_t cMod, 
     }
   }
 
-  if (cMod == 0 || !ws.Project.InRange(ws.cp)) return t;
-  const Project& p = ws.Project(ws.cp);
-  if (p.Module.InRange(cMod)) {
-    const Module& m = p.Module(cMod);
+  if (module == 0 || !ws.Project.InRange(sel.project)) return t;
+  const Project& p = ws.Project(sel.project);
+  if (p.Module.InRange(module)) {
+    const Module& m = p.Module(module);
     t.Module = Label(m.Name, "TYPE" + std::to_string(m.Type));
   }
-  if (cPro != 0 && p.Procedure.InRange(cPro)) {
-    const Procedure& proc = p.Procedure(cPro);
+  if (procedure != 0 && p.Procedure.InRange(procedure)) {
+    const Procedure& proc = p.Procedure(procedure);
     t.Procedure = Label(proc.Name, "PROC" + std::to_string(proc.Type));
   }
   return t;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {
@@ -36,7 +37,7 @@ class SourcePageCache {
 // The notice shown in place of code, lines separated by CR LF, when the
 // selection has no single source: compared sessions, merged sessions of
 // several projects, or a group's merged session. Nothing when it has one.
-std::optional<std::string> SourceUnavailableText(const Workspace& ws, std::int32_t sessionId);
+std::optional<std::string> SourceUnavailableText(const Workspace& ws, const SessionRef& session);
 
 // One label of the title strip with its icon key.
 struct TitleLabel {
@@ -55,9 +56,9 @@ struct TitleStrip {
 // The labels for a selection. Group: the group of a member session ("GROUP"),
 // "Merged Sessions" ("MERGE") for the merged selection of groups, "Compared
 // Sessions" ("COMPARE") for compared groups. Session: its name ("SESSION"),
-// "Merged Sessions" ("MERGE"), "Compared Sessions" ("COMPARE") for a negative
-// `cs`. Module and procedure of the project ws.cp, with the icons "TYPE" and
-// "PROC" followed by their type.
-TitleStrip UpdateTitle(const Workspace& ws, std::int32_t cs, std::int32_t cMod, std::int32_t cPro);
+// "Merged Sessions" ("MERGE"), "Compared Sessions" ("COMPARE") for a compared
+// selection. Module and procedure of the selection's project, with the icons
+// "TYPE" and "PROC" followed by their type.
+TitleStrip UpdateTitle(const Workspace& ws, const Selection& sel);
 
 }  // namespace zol

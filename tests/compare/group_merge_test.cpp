@@ -120,14 +120,13 @@ TEST_F(GroupMergeTest, GroupMergedSessionIsFoundForTickedGroupsOnly) {
 TEST_F(GroupMergeTest, ComparedSessionsOfGroupsAreTheMembersOfTheProjectAtHand) {
   Array1<std::int32_t> list;
   ws_.fOnlyGroups = true;
-  ws_.cp = pa_;
-  EXPECT_EQ(GetComparedSessions(ws_, list), 2);
+  EXPECT_EQ(GetComparedSessions(ws_, pa_, list), 2);
   EXPECT_EQ(list, List({a1_, a2_}));
   ws_.SessionGroup(g2_).Selected = false;
-  EXPECT_EQ(GetComparedSessions(ws_, list), 1);
+  EXPECT_EQ(GetComparedSessions(ws_, pa_, list), 1);
 
   ws_.fOnlyGroups = false;
-  EXPECT_EQ(GetComparedSessions(ws_, list), 4) << "every ticked session";
+  EXPECT_EQ(GetComparedSessions(ws_, pa_, list), 4) << "every ticked session";
   EXPECT_EQ(list, List({a1_, b1_, a2_, c2_}));
 }
 

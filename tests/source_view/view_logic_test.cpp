@@ -55,15 +55,15 @@ TEST(ViewState, ReloadOnlyOnChangeAndUnavailableSelections) {
   Workspace ws;
   ws.SessionSlot(2).IsMergedGroupSession = true;
   ws.SessionSlot(1);
-  EXPECT_EQ(SourceUnavailableText(ws, -1),
+  EXPECT_EQ(SourceUnavailableText(ws, SessionRef::compared()),
             "Unavailable (compared sessions)\r\nPlease click the Procedures tab");
-  EXPECT_EQ(SourceUnavailableText(ws, 0),
+  EXPECT_EQ(SourceUnavailableText(ws, SessionRef::merged()),
             "Unavailable (heterogeneous sessions)\r\nPlease click the Procedures tab");
-  EXPECT_EQ(SourceUnavailableText(ws, 2),
+  EXPECT_EQ(SourceUnavailableText(ws, SessionRef::group(1, 2)),
             "Unavailable (group session)\r\nor select a project inside the group");
-  EXPECT_FALSE(SourceUnavailableText(ws, 1).has_value());
+  EXPECT_FALSE(SourceUnavailableText(ws, SessionRef::single(1)).has_value());
   ws.fHomogeneous = true;
-  EXPECT_FALSE(SourceUnavailableText(ws, 0).has_value());
+  EXPECT_FALSE(SourceUnavailableText(ws, SessionRef::merged()).has_value());
 }
 
 TEST(ViewState, TitleStrip) {
@@ -73,14 +73,14 @@ TEST(ViewState, TitleStrip) {
   ws.SessionSlot(1).Name = "Run 1";
   ws.Session(1).Group = 1;
   ws.Project.ReDim(1);
-  ws.cp = 1;
   ws.Project(1).Module.ReDim(1);
   ws.Project(1).Module(1) = Module{"M.bas", "Module1", 1, {}, 1};
   ws.Project(1).Procedure.ReDim(1);
   ws.Project(1).Procedure(1).Name = "Main";
   ws.Project(1).Procedure(1).Type = 2;
 
-  const TitleStrip t = UpdateTitle(ws, 1, 1, 1);
+  Selection sel{.session = SessionRef::single(1), .project = 1, .module = 1, .procedure = 1};
+  const TitleStrip t = UpdateTitle(ws, sel);
   EXPECT_EQ(t.Group.Text, "Nightly");
   EXPECT_EQ(t.Group.Icon, "GROUP");
   EXPECT_EQ(t.Session.Text, "Run 1");
@@ -88,12 +88,14 @@ TEST(ViewState, TitleStrip) {
   EXPECT_EQ(t.Procedure.Text, "Main");
   EXPECT_EQ(t.Procedure.Icon, "PROC2");
 
-  const TitleStrip compared = UpdateTitle(ws, -1, 0, 0);
+  const TitleStrip compared = UpdateTitle(ws, {.session = SessionRef::compared(), .project = 1});
   EXPECT_EQ(compared.Session.Text, "Compared Sessions");
   EXPECT_FALSE(compared.Group.Visible);
   EXPECT_FALSE(compared.Module.Visible);
-  EXPECT_EQ(UpdateTitle(ws, 0, 1, 0).Session.Icon, "MERGE");
-  EXPECT_FALSE(UpdateTitle(ws, 0, 1, 0).Procedure.Visible);
+  const Selection merged{.session = SessionRef::merged(), .project = 1, .module = 1};
+  EXPECT_EQ(UpdateTitle(ws, merged).Session.Icon, "MERGE");
+  EXPECT_TRUE(UpdateTitle(ws, merged).Module.Visible);
+  EXPECT_FALSE(UpdateTitle(ws, merged).Procedure.Visible);
 }
 
 }  // namespace
