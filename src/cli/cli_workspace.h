@@ -62,6 +62,7 @@ class CliWorkspace {
   CliWorkspace& operator=(const CliWorkspace&) = delete;
 
   Workspace& ws() { return ws_; }
+  const Workspace& ws() const { return ws_; }
   CliPrompter& prompter() { return *prompter_; }
 
  private:

@@ -39,6 +39,10 @@ bool TickedSessions::Tick(const std::vector<std::string>& files, TickOptions tic
   return true;
 }
 
+Selection TickedSessions::Selected(Measure measure) const {
+  return tree_.TreeSelection({.session = SessionRef::merged(), .measure = measure});
+}
+
 bool TickedSessions::OpenMerged(const std::string& key) {
   tree_.NodeClicked(key);
   return ws().Session(0).Loaded;

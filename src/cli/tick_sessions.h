@@ -11,6 +11,7 @@
 
 #include "catalogue/project_tree.h"
 #include "cli/cli_workspace.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol::cli {
@@ -30,7 +31,9 @@ class TickedSessions {
   TickedSessions& operator=(const TickedSessions&) = delete;
 
   Workspace& ws() { return cli_.ws(); }
+  const Workspace& ws() const { return cli_.ws(); }
   ProjectTree& tree() { return tree_; }
+  const ProjectTree& tree() const { return tree_; }
 
   // Opens `files` in order and ticks each. False when one can't be opened
   // (the reason has been printed); the files before it stay ticked.
@@ -42,6 +45,11 @@ class TickedSessions {
   // builds the merged data the first time. False when the merge was refused
   // (the reason has been printed).
   bool OpenMerged(const std::string& key);
+
+  // The place of the selected tree node, as the window shows it: session,
+  // project, module and procedure of the node, with the measure given. Before
+  // any click, the merged view, where a window starts too.
+  Selection Selected(Measure measure = Measure::Total) const;
 
  private:
   CliWorkspace cli_;

@@ -26,7 +26,6 @@
 #include "flow/flow_json.h"
 #include "flow/flow_options.h"
 #include "flow/svg_canvas.h"
-#include "grid/grid_selection.h"
 #include "source_view/timing_colours.h"
 #if ZOLPROF_FLOW_PNG
 #include "ui/qt_flow_canvas.h"
@@ -100,11 +99,8 @@ int Run(const FlowArgs& args) {
   options.CallDepth = {args.depthLeft, args.depthRight};
 
   if (!SelectSessions(ticked, args)) return 1;
-  zol::Selection sel = zol::SelectionOf(ws);
-  sel.module = args.module;
-  sel.procedure = args.procedure;
+  zol::Selection sel = ticked.Selected(args.measure).at(args.module, args.procedure);
   sel.tab = zol::Tab::Flow;
-  sel.measure = args.measure;
   if (!CheckRange(ws, sel)) return 1;
 
   zol::FlowGraph graph;

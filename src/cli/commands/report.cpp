@@ -26,7 +26,6 @@
 #include "cli/open_session.h"
 #include "cli/tick_sessions.h"
 #include "compare/global_sessions.h"
-#include "grid/grid_selection.h"
 #include "profile/session_files.h"
 #include "report/report_driver.h"
 #include "report/report_options.h"
@@ -142,8 +141,7 @@ int Run(const ReportArgs& args) {
   // One file is the current session; several are their merged view.
   const std::vector<std::string>& keys = ticked.Keys();
   ticked.tree().NodeClicked(keys.size() == 1 ? keys.front() : std::string(zol::kMergeKey));
-  const zol::Selection selection = zol::SelectionOf(ws);
-  request.current = selection.session;
+  request.current = ticked.Selected().session;
   request.measure = *zol::ParseMeasure(args.measure);
 
   const zol::ReportOutcome outcome = zol::CreateReport(ws, request);

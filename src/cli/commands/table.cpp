@@ -46,23 +46,23 @@ struct TableArgs {
   bool force = false;
 };
 
-const std::map<std::string, std::int32_t> kTabs = {{"projects", zol::kTabProjects},
-                                                   {"modules", zol::kTabModules},
-                                                   {"procedures", zol::kTabProcedures},
-                                                   {"lines", zol::kTabLines}};
+const std::map<std::string, zol::Tab> kTabs = {{"projects", zol::Tab::Projects},
+                                              {"modules", zol::Tab::Modules},
+                                              {"procedures", zol::Tab::Procedures},
+                                              {"lines", zol::Tab::Lines}};
 
 // The key of the tree node that selects the module or procedure asked for.
-std::optional<std::string> NodeKey(const zol::Workspace& ws, const zol::ProjectTree& tree,
-                                   const TableArgs& args, const std::string& sessionPart) {
+std::optional<std::string> NodeKey(const zol::cli::TickedSessions& ticked, const TableArgs& args,
+                                   const std::string& sessionPart) {
   std::int32_t module = args.module;
-  const zol::Project& project = ws.Project(ws.cp);
+  const zol::Project& project = ticked.ws().Project(ticked.Selected().project);
   if (args.procedure != 0 && module == 0 && project.Procedure.InRange(args.procedure)) {
     module = project.Procedure(args.procedure).BelongToModule;
   }
   std::string key = sessionPart;
   if (module != 0) key += "M" + std::to_string(module);
   if (args.procedure != 0) key += "P" + std::to_string(args.procedure);
-  if (!tree.Nodes().Find(key)) {
+  if (!ticked.tree().Nodes().Find(key)) {
     std::cerr << "zolprof: no module " << args.module << " or procedure " << args.procedure
               << " in the session (" << project.ModulesNumber << " modules, "
               << project.ProceduresNumber << " procedures)\n";
@@ -86,7 +86,7 @@ bool Select(zol::cli::TickedSessions& ticked, const TableArgs& args) {
     tree.NodeClicked(sessionPart);
   }
   if (args.module == 0 && args.procedure == 0) return true;
-  const auto key = NodeKey(ws, tree, args, sessionPart);
+  const auto key = NodeKey(ticked, args, sessionPart);
   if (!key) return false;
   tree.NodeClicked(*key);
   return true;
@@ -158,20 +158,21 @@ int Run(const TableArgs& args) {
   }
   zol::cli::TickedSessions ticked;
   zol::Workspace& ws = ticked.ws();
-  ws.DisplayInfoType = zol::IndexOf(args.measure);
   if (!Select(ticked, args)) return 1;
 
-  const std::int32_t tab = kTabs.at(args.tab);
+  zol::Selection sel = ticked.Selected(args.measure);
+  sel.tab = kTabs.at(args.tab);
   zol::SortMemory sort;
-  const zol::GridSelection sel = zol::GridSelectionOf(ws);
-  zol::GridBuild build = zol::ShowTab(ws, sel, sort, tab);
-  if (!args.sort.empty() && !ApplySort(build.Grid, sort, args.sort, sel.cs < 0)) return 1;
+  zol::GridBuild build = zol::ShowTab(ws, sel, sort);
+  if (!args.sort.empty() && !ApplySort(build.Grid, sort, args.sort, sel.session.isCompared()))
+    return 1;
 
   std::cout << zol::Cp1252ToUtf8(zol::TableAsText(build.Grid));
   if (args.chart) {
     zol::ChartArrays arrays;
     zol::ChartDescription chart;
-    zol::UpdateChart(build, arrays, chart, ChartOptions(ws, args), tab, sel.DisplayInfoType);
+    zol::UpdateChart(build, arrays, chart, ChartOptions(ws, args), zol::IndexOf(sel.tab),
+                    zol::IndexOf(sel.measure));
     PrintChart(chart);
   }
   const bool comma = !args.csv.empty();

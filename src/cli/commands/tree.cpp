@@ -57,14 +57,15 @@ void Setup(CLI::App& app) {
     zol::cli::TickedSessions ticked;
     zol::Workspace& ws = ticked.ws();
     ws.view.colored = args->colored;
-    ws.DisplayInfoType = zol::IndexOf(args->measure);
+    // Branches are coloured for the measure as they are added.
+    ticked.tree().UpdateColors(args->measure);
     if (!ticked.Tick(args->files)) {
       zol::cli::SetExitCode(1);
       return;
     }
     zol::ProjectTree& tree = ticked.tree();
     if (!args->closed && tree.Nodes().Find(zol::kMergeKey)) tree.NodeClicked(zol::kMergeKey);
-    tree.UpdateColors();
+    tree.UpdateColors(args->measure);
     for (const auto& root : tree.Nodes().Roots()) PrintNode(*root, 0, args->details);
   });
 }
