@@ -45,8 +45,10 @@ class RecordingPane : public HeadlessSessionPane {
   void Refresh(Workspace&) override { calls.push_back("refresh"); }
   void BringToFront() override { calls.push_back("front"); }
   void SetBusy(bool busy) override { calls.push_back(busy ? "busy" : "idle"); }
+  bool ShowsSession(std::int32_t cs) const override { return cs == shown; }
 
   std::vector<std::string> calls;
+  std::int32_t shown = -1;  // the session the views show, none at first
 };
 
 // Answers the "don't show again" questions from the same queue as Ask, and

@@ -35,7 +35,7 @@ class CatalogueOpsTest : public testing::CatalogueTest {
 TEST_F(CatalogueOpsTest, RemovingASessionKeepsTheOtherIndicesAndItsFile) {
   AddSession(*ws_, pane_, run_.log, true);
   AddSession(*ws_, pane_, run2_, true);
-  ws_->cs = 1;
+  pane_.shown = 1;
   pane_.calls.clear();
 
   RemoveSession(*ws_, pane_, 1);

@@ -312,7 +312,7 @@ TEST_F(MergeScenarioTest, GroupsWithACommonProjectMergeMemberByMember) {
   EXPECT_EQ(ws_.Project(all.Project).LinesNumber,
             runA.project.LinesNumber + runB.project.LinesNumber);
   EXPECT_EQ(tree_.Nodes().SelectedKey(), kMergeKey);
-  EXPECT_EQ(ws_.cs, g0.GroupMergedSession);
+  EXPECT_EQ(tree_.TreeSelection({}).session, SessionRef::group(0, g0.GroupMergedSession));
 }
 
 }  // namespace

@@ -36,6 +36,8 @@ class ProjectTreeTest : public ::testing::Test {
     return *n;
   }
   const std::string& Text(const std::string& key) { return Node(key).Text; }
+  // The place of the selected node, as the window takes it.
+  Selection Place() const { return tree_.TreeSelection({}); }
 
   void TickBoth() {
     tree_.SelectSession(runs_.one, "", true);
@@ -84,7 +86,7 @@ TEST_F(ProjectTreeTest, AModuleWithoutProbesShowsWhatItLacks) {
   EXPECT_EQ(Text(key + "M1"), "Empty (Not covered - Not profiled)");
   EXPECT_EQ(Text(key + "M1P1"), "Bare");
   EXPECT_EQ(tree_.Nodes().SelectedKey(), key) << "clicked";
-  EXPECT_EQ(ws_.cs, cs);
+  EXPECT_EQ(Place().session, SessionRef::single(cs));
 }
 
 TEST_F(ProjectTreeTest, ABranchIsAddedOnceAndTakenAwayWhole) {
@@ -113,8 +115,7 @@ TEST_F(ProjectTreeTest, ColoursFollowTheMeasureShown) {
   EXPECT_EQ(Node("S1M1P4").ForeColor, kTreeWhite);
   EXPECT_EQ(Node("S1").BackColor, kTreeWhite) << "the session's yellow is painted over";
 
-  ws_.DisplayInfoType = 4;
-  tree_.UpdateColors();
+  tree_.UpdateColors(Measure::Coverage);
   EXPECT_EQ(Node("S1M1").BackColor, 0x00FFB4) << "75% covered: rank 0.25";
   EXPECT_EQ(Node("S1M1P1").BackColor, kTreeWhite) << "fully covered";
   EXPECT_EQ(Node("S1M1P2").BackColor, 0x0000FF) << "not covered at all";
@@ -122,7 +123,7 @@ TEST_F(ProjectTreeTest, ColoursFollowTheMeasureShown) {
   EXPECT_EQ(Node("S1M1P4").BackColor, kTreeBlack) << "dead code never takes a rank colour";
 
   ws_.view.colored = false;
-  tree_.UpdateColors();
+  tree_.UpdateColors(Measure::Coverage);
   tree_.Nodes().ForEach([](const TreeNode& n) { EXPECT_EQ(n.BackColor, kTreeWhite) << n.Key; });
   EXPECT_EQ(Node("S1M1P4").ForeColor, kTreeBlack);
   EXPECT_EQ(Node("S1M2").ForeColor, kTreeRed);
@@ -175,34 +176,37 @@ TEST_F(ProjectTreeTest, OpeningMergeBuildsTheMergedAndComparedBranches) {
   EXPECT_EQ(Text("S-1M1P4"), "Old (Not covered - Not profiled)");
   EXPECT_EQ(Node("S-1M2P5").Image, "PROC0");
 
-  EXPECT_EQ(ws_.cs, 0);
-  EXPECT_EQ(ws_.cp, runs_.cp);
+  EXPECT_EQ(Place().session, SessionRef::merged());
+  EXPECT_EQ(Place().project, runs_.cp);
   const std::size_t count = tree_.Nodes().Count();
   tree_.NodeClicked("COMPARE");  // already built: nothing is merged again
   EXPECT_EQ(tree_.Nodes().Count(), count);
-  EXPECT_EQ(ws_.cs, -1);
+  EXPECT_EQ(Place().session, SessionRef::compared());
 }
 
 TEST_F(ProjectTreeTest, NodeKeysGiveTheSelection) {
   TickBoth();
   tree_.NodeClicked("MERGE");
-  tree_.NodeClicked("S2M1P2");
-  EXPECT_EQ(ws_.cs, 2);
-  EXPECT_EQ(ws_.cp, runs_.cp);
-  EXPECT_EQ(ws_.cMod, 1);
-  EXPECT_EQ(ws_.cPro, 2);
+  EXPECT_TRUE(tree_.NodeClicked("S2M1P2"));
+  Selection expected{.session = SessionRef::single(2), .project = runs_.cp, .module = 1,
+                     .procedure = 2};
+  EXPECT_EQ(Place(), expected);
   EXPECT_EQ(tree_.PreviousKey(), "MERGE");
   tree_.NodeClicked("S-1M2P5");
-  EXPECT_EQ(ws_.cs, -1);
-  EXPECT_EQ(ws_.cp, runs_.cp);
-  EXPECT_EQ(ws_.cMod, 2);
-  EXPECT_EQ(ws_.cPro, 5);
+  expected = {.session = SessionRef::compared(), .project = runs_.cp, .module = 2, .procedure = 5};
+  EXPECT_EQ(Place(), expected);
   tree_.NodeClicked("S1M2");
-  EXPECT_EQ(ws_.cs, 1);
-  EXPECT_EQ(ws_.cMod, 2);
-  EXPECT_EQ(ws_.cPro, 0);
-  tree_.NodeClicked("S9M1");  // no such node: nothing changes
-  EXPECT_EQ(ws_.cs, 1);
+  expected = {.session = SessionRef::single(1), .project = runs_.cp, .module = 2};
+  EXPECT_EQ(Place(), expected);
+  EXPECT_FALSE(tree_.NodeClicked("S9M1"));  // no such node: nothing changes
+  EXPECT_EQ(Place(), expected);
+  // Line, tab and measure are the window's: the tree leaves them as they are.
+  const Selection shown{.line = 7, .tab = Tab::Source, .measure = Measure::Coverage};
+  const Selection moved = tree_.TreeSelection(shown);
+  EXPECT_EQ(moved.session, SessionRef::single(1));
+  EXPECT_EQ(moved.line, 7);
+  EXPECT_EQ(moved.tab, Tab::Source);
+  EXPECT_EQ(moved.measure, Measure::Coverage);
 
   tree_.UpdateSelectedItem("S-1M1P3");
   EXPECT_EQ(tree_.Nodes().SelectedKey(), "COMPARE");
@@ -228,7 +232,8 @@ TEST_F(ProjectTreeTest, SessionsOfDifferentProjectsAreMergedByName) {
   EXPECT_EQ(Text("MERGE").rfind("Merged Sessions (Het.) (LC:", 0), 0u);
   EXPECT_EQ(Text("S0M1P1").rfind("Start (LC:", 0), 0u);
   EXPECT_EQ(ws_.Session(0).ProcedureValue(1).Hits, 3) << "Start of both projects";
-  EXPECT_EQ(ws_.cs, -1);
+  EXPECT_EQ(Place().session, SessionRef::compared());
+  EXPECT_EQ(Place().project, 0) << "the merged project of heterogeneous sessions";
 }
 
 class GroupTreeTest : public ProjectTreeTest {
@@ -274,9 +279,9 @@ TEST_F(GroupTreeTest, AGroupNodeHoldsItsMembersBranches) {
   EXPECT_EQ(g.Children[0]->Key, "S1") << "moved below its group";
   EXPECT_EQ(tree_.Nodes().Roots().size(), 1u);
   EXPECT_EQ(tree_.Nodes().SelectedKey(), "G1");
-  tree_.GetTreeSelection();
-  EXPECT_EQ(ws_.cs, ws_.SessionGroup(1).GroupMergedSession);
-  EXPECT_EQ(ws_.cp, ws_.Session(ws_.cs).Project);
+  const std::int32_t merged = ws_.SessionGroup(1).GroupMergedSession;
+  EXPECT_EQ(Place().session, SessionRef::group(1, merged));
+  EXPECT_EQ(Place().project, ws_.Session(merged).Project);
 
   tree_.UnSelectSessionGroup(1);
   EXPECT_EQ(tree_.Nodes().Count(), 0u);
@@ -304,14 +309,14 @@ TEST_F(GroupTreeTest, TickedGroupsOfOneProjectGroupMergeMemberByMember) {
   EXPECT_EQ(Node(compared).Parent->Key, "COMPARE");
   EXPECT_NE(tree_.Nodes().Find("S-" + std::to_string(tools_)), nullptr);
 
-  EXPECT_EQ(ws_.cs, g0.GroupMergedSession);
+  EXPECT_EQ(Place().session, SessionRef::group(0, g0.GroupMergedSession));
   tree_.NodeClicked(compared + "M1");
-  EXPECT_EQ(ws_.cs, -1);
-  EXPECT_EQ(ws_.cp, runs_.cp) << "the compared member's project";
-  EXPECT_EQ(ws_.cMod, 1);
+  EXPECT_EQ(Place().session, SessionRef::compared());
+  EXPECT_EQ(Place().project, runs_.cp) << "the compared member's project";
+  EXPECT_EQ(Place().module, 1);
   tree_.NodeClicked("COMPARE");
-  EXPECT_EQ(ws_.cs, -9999);
-  EXPECT_EQ(ws_.cp, 0);
+  EXPECT_EQ(Place().session, SessionRef::comparedGroups());
+  EXPECT_EQ(Place().project, 0);
 }
 
 }  // namespace

@@ -133,7 +133,7 @@ TEST_F(ErrHandlerTest, AReportDumpsTheStateArchivesTheFilesAndAsksForTheFinalDec
   Workspace ws;
   ws.nSession = 2;  // more than the table holds: the dump must go on past it
   ws.SessionSlot(1).Name = "Monday";
-  ws.cs = 1;
+  const Selection shown{.session = SessionRef::single(1)};
   prompter_.replies = {Reply(ErrorDecision::Report, "Clicked a session"),
                        Reply(ErrorDecision::Ignore)};
   prompter_.answers = {Answer::No, Answer::Yes};  // the mail wasn't sent; copy the instructions
@@ -148,7 +148,10 @@ TEST_F(ErrHandlerTest, AReportDumpsTheStateArchivesTheFilesAndAsksForTheFinalDec
         throw std::runtime_error("the log ends early");
       },
       {[] { zolDumpVariable("file", std::string("Monday.pfl"), 0); },
-       [] { zolDumpVariable("MainWindow.busy", false, 0); }, [&] { DumpWorkspace(ws); }});
+       [] { zolDumpVariable("MainWindow.busy", false, 0); }, [&] {
+         DumpWorkspace(ws);
+         DumpSelection(shown);
+       }});
   EXPECT_EQ(outcome, CallOutcome::Skipped);
 
   ASSERT_EQ(prompter_.dialogs.size(), 2u);
@@ -183,7 +186,7 @@ TEST_F(ErrHandlerTest, AReportDumpsTheStateArchivesTheFilesAndAsksForTheFinalDec
         std::string("file = Monday.pfl (String)\r\n"),
         std::string(kModuleVariablesBox) + "\r\nMainWindow.busy = False (Boolean)\r\n",
         std::string(kGlobalVariablesBox) + "\r\nWorkspace.appFolder = ",
-        std::string("Workspace.cs = 1 (Long)\r\n"),
+        std::string("Selection.session.sessionIndex = 1 (Long)\r\n"),
         std::string("Array Workspace.Session(0 To 1) As (User Defined Type Array)\r\n"),
         std::string("\tWorkspace.Session(1).Name = Monday (String)\r\n"),
         std::string("\tWorkspace.Session(1).ProcedureValue(Undimensioned Array)\r\n"),

@@ -21,7 +21,6 @@ class FlowSession {
     ws.Project.ReDimPreserve(1);
     Project& p = ws.Project(1);
     ws.nProject = 1;
-    ws.cp = 1;
     std::int32_t modules = 0;
     for (std::int32_t m : moduleOf) modules = m > modules ? m : modules;
     p.ModulesNumber = modules;

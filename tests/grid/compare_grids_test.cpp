@@ -40,20 +40,18 @@ struct HomogeneousFixture : testing::GridFixture {
     ws.Session(cs).Selected = true;
     s2.Selected = true;
     ws.fHomogeneous = true;
-    ws.cs = -1;
-    ws.cp = cp;
   }
 
-  GridSelection Compared(std::int32_t dit, std::int32_t cMod = 0, std::int32_t cPro = 0) {
-    GridSelection sel = Selection(dit, cMod, cPro);
-    sel.cs = -1;
+  Selection Compared(Measure measure, std::int32_t module = 0, std::int32_t procedure = 0) {
+    Selection sel = Select(measure, module, procedure);
+    sel.session = SessionRef::compared();
     return sel;
   }
 };
 
 TEST(CompareProceduresTiming, OneRunPerSessionBlanksWhereASessionDidNotRun) {
   HomogeneousFixture f;
-  const GridBuild b = ShowCompareProceduresTiming(f.ws, f.Compared(0));
+  const GridBuild b = ShowCompareProceduresTiming(f.ws, f.Compared(Measure::Total));
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Module", "Procedure", "Tot. Time", "Avg. Time", "Tot. Time", "Avg. Time"}));
@@ -83,17 +81,17 @@ TEST(CompareProceduresTiming, OneRunPerSessionBlanksWhereASessionDidNotRun) {
 
 TEST(CompareProceduresTiming, ModuleTotalIsTheModulesFigureAndChildMeasuresHaveNoTotal) {
   HomogeneousFixture f;
-  Table t = ShowCompareProceduresTiming(f.ws, f.Compared(0, testing::kModule1)).Grid;
+  Table t = ShowCompareProceduresTiming(f.ws, f.Compared(Measure::Total, testing::kModule1)).Grid;
   EXPECT_EQ(Shown(t, t.RowAt(t.FindRow("TOTAL"))),
             (V{"", "TOTAL", "0.123458", "0.009497", "1.000002", "0.076923"}));
-  t = ShowCompareProceduresTiming(f.ws, f.Compared(2)).Grid;
+  t = ShowCompareProceduresTiming(f.ws, f.Compared(Measure::ChildTotal)).Grid;
   EXPECT_EQ(t.ColumnAt(3).Header, "Child Tot.");
   EXPECT_EQ(t.FindRow("TOTAL"), 0);
 }
 
 TEST(CompareLines, HitsAndTimesPerSessionWithProcedureEndsWithoutTime) {
   HomogeneousFixture f;
-  const GridBuild b = ShowCompareLines(f.ws, f.Compared(0, 0, testing::kMain));
+  const GridBuild b = ShowCompareLines(f.ws, f.Compared(Measure::Total, 0, testing::kMain));
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "Procedure", "Line", "Line ID", "Hits", "Tot. Time",
                                 "Avg. Time", "Hits", "Tot. Time", "Avg. Time"}));
@@ -114,7 +112,7 @@ TEST(CompareLines, HitsAndTimesPerSessionWithProcedureEndsWithoutTime) {
 
 TEST(CompareProceduresCoverage, CoverageAndCriticalPerSession) {
   HomogeneousFixture f;
-  const GridBuild b = ShowCompareProceduresCoverage(f.ws, f.Compared(4, testing::kModule1));
+  const GridBuild b = ShowCompareProceduresCoverage(f.ws, f.Compared(Measure::Coverage, testing::kModule1));
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Module", "Procedure", "Coverage", "Critical Cov.", "Coverage", "Critical Cov."}));
@@ -129,7 +127,7 @@ TEST(CompareProceduresCoverage, CoverageAndCriticalPerSession) {
 
 TEST(CompareModules, TimingAndCoverageOfEveryModule) {
   HomogeneousFixture f;
-  GridBuild b = ShowCompareModulesTiming(f.ws, f.Compared(0));
+  GridBuild b = ShowCompareModulesTiming(f.ws, f.Compared(Measure::Total));
   Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "Tot.Time", "Tot.Time"}));
   EXPECT_EQ(Shown(t, RowWith(t, 1, "Form1")), (V{"Form1", "2.500000", ""}));
@@ -139,7 +137,7 @@ TEST(CompareModules, TimingAndCoverageOfEveryModule) {
   EXPECT_EQ(b.Headers, (FakeHeaders{{"run1", "run2"}, 1, 1, {}}));
   EXPECT_EQ(b.Arrays.PieCaption, "");
 
-  b = ShowCompareModulesCoverage(f.ws, f.Compared(4));
+  b = ShowCompareModulesCoverage(f.ws, f.Compared(Measure::Coverage));
   EXPECT_EQ(Shown(b.Grid, RowWith(b.Grid, 1, "Module1")),
             (V{"Module1", "57.1%", "66.7%", "66.7%", "57.1%", "66.7%", "66.7%"}));
   EXPECT_EQ(Shown(b.Grid, RowWith(b.Grid, 1, "Form1")),
@@ -174,11 +172,9 @@ TEST(CompareProceduresTiming, HeterogeneousSessionsShowEveryMergedProcedureOnce)
   list(2) = cs2;
   f.ws.fHomogeneous = false;
   MakeMergedAndCompareSessions(f.ws, 0, f.ws.CompareSession, list, {});
-  f.ws.cs = -1;
-  f.ws.cp = f.ws.Session(0).Project;
-  GridSelection sel = f.Selection(0);
-  sel.cs = -1;
-  sel.cp = f.ws.cp;
+  Selection sel = f.Select(Measure::Total);
+  sel.session = SessionRef::compared();
+  sel.project = f.ws.Session(0).Project;
 
   const Table t = ShowCompareProceduresTiming(f.ws, sel).Grid;
   EXPECT_EQ(ColumnTexts(t, 2), (V{"Main", "Helper", "Form_Load", "Extra", "TOTAL"}));
@@ -191,20 +187,26 @@ TEST(CompareProceduresTiming, HeterogeneousSessionsShowEveryMergedProcedureOnce)
 TEST(ShowTab, ComparedLinesNeedOneProjectAndGroupsAreRefused) {
   HomogeneousFixture f;
   SortMemory sort;
-  GridBuild b = ShowTab(f.ws, f.Compared(0), sort, kTabLines);
+  Selection lines = f.Compared(Measure::Total);
+  lines.tab = Tab::Lines;
+  GridBuild b = ShowTab(f.ws, lines, sort);
   EXPECT_EQ(b.Headers.NumberOfColumnsPerSession, 3);
   f.ws.fHomogeneous = false;
-  b = ShowTab(f.ws, f.Compared(0), sort, kTabLines);
+  b = ShowTab(f.ws, lines, sort);
   EXPECT_EQ(ColumnTexts(b.Grid, 1),
             (V{"Unavailable (heterogeneous sessions)", "Please click the Procedures tab"}));
-  GridSelection groups = f.Compared(0);
-  groups.cs = -9999;
-  b = ShowTab(f.ws, groups, sort, kTabLines);
+  Selection groups = lines;
+  groups.session = SessionRef::comparedGroups();
+  b = ShowTab(f.ws, groups, sort);
   EXPECT_EQ(b.Grid.RowAt(1).RowText(), "Unavailable (compared group sessions)");
   // Projects and modules tabs both compare modules.
   f.ws.fHomogeneous = true;
-  EXPECT_EQ(ShowTab(f.ws, f.Compared(4), sort, kTabProjects).Grid.ColumnAt(2).Header, "Line Cov.");
-  EXPECT_THROW(ShowTab(f.ws, f.Compared(0), sort, 5), std::invalid_argument);
+  Selection projects = f.Compared(Measure::Coverage);
+  projects.tab = Tab::Projects;
+  EXPECT_EQ(ShowTab(f.ws, projects, sort).Grid.ColumnAt(2).Header, "Line Cov.");
+  Selection source = lines;
+  source.tab = Tab::Source;
+  EXPECT_THROW(ShowTab(f.ws, source, sort), std::invalid_argument);
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ const std::string kBars = kBarsHeader;
 TEST(ProceduresCoverage, LinesProbedProceduresWithCriticalColumnAndLinearBars) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowProceduresCoverage(f.ws, f.Selection(4), sort);
+  const GridBuild b = ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage), sort);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "Procedure", "Hits", "# Lines", "Hit Lines", "Coverage",
                                 kBars, "Left Lines", "Critical Cov."}));
@@ -50,13 +50,13 @@ TEST(ProceduresCoverage, NoCriticalColumnWithoutCriticalCodeAndDeadCriticalShows
   f.ws.Project(f.cp).ContainsCritical = false;
   f.ws.Project(f.cp).Procedure(testing::kMain).IsCritical = false;
   SortMemory sort;
-  Table t = ShowProceduresCoverage(f.ws, f.Selection(4), sort).Grid;
+  Table t = ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage), sort).Grid;
   EXPECT_EQ(t.FindColumn("Critical Cov."), 0);
   EXPECT_EQ(t.Position(t.FindColumn(kBars)), 7);
 
   GridFixture g;
   g.ws.Project(g.cp).Procedure(testing::kOldCode).IsCritical = true;
-  t = ShowProceduresCoverage(g.ws, g.Selection(4, testing::kForm1), sort).Grid;
+  t = ShowProceduresCoverage(g.ws, g.Select(Measure::Coverage, testing::kForm1), sort).Grid;
   EXPECT_EQ(Shown(t, RowWith(t, 2, "OldCode")),
             (V{"Form1", "OldCode", "  ", "  ", "  ", "  ", "", "  ", "-"}));
   // Module selected: its record gives the total's lines, no critical lines here.
@@ -69,18 +69,18 @@ TEST(ProceduresCoverage, ProcedureWithoutLineProbesShowsZeroLinesAndDashes) {
   Session& s = f.ws.Session(f.cs);
   s.ProcedureValue(testing::kUnused).TotalLines = 0;
   SortMemory sort;
-  const Table t = ShowProceduresCoverage(f.ws, f.Selection(4, testing::kModule1), sort).Grid;
+  const Table t = ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage, testing::kModule1), sort).Grid;
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Unused")),
             (V{"Module1", "Unused", "-", "0", "-", "-", "", "-", "-"}));
   // The whole-session table leaves it out.
-  const Table all = ShowProceduresCoverage(f.ws, f.Selection(4), sort).Grid;
+  const Table all = ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage), sort).Grid;
   EXPECT_THROW(RowWith(all, 2, "Unused"), std::runtime_error);
 }
 
 TEST(ModulesCoverage, LineAndProcedureCoverageWithCriticalFromTheSums) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowModulesCoverage(f.ws, f.Selection(4), sort);
+  const GridBuild b = ShowModulesCoverage(f.ws, f.Select(Measure::Coverage), sort);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Module", "# Lines", "Hit Lines", "Line Coverage", kBars, "Left Lines", "# Proc.",
@@ -107,7 +107,7 @@ TEST(ModulesCoverage, ModuleWithLinesButNoProceduresKeepsItsLineColumns) {
   empty.TotalLines = 4;
   empty.HitLines = 1;
   SortMemory sort;
-  const Table t = ShowModulesCoverage(f.ws, f.Selection(4), sort).Grid;
+  const Table t = ShowModulesCoverage(f.ws, f.Select(Measure::Coverage), sort).Grid;
   EXPECT_EQ(Shown(t, RowWith(t, 1, "Empty")),
             (V{"Empty", "4", "1", "25.0%", BarText(5), "3", "-", "-", "-", "-", "-"}));
 }
@@ -115,7 +115,7 @@ TEST(ModulesCoverage, ModuleWithLinesButNoProceduresKeepsItsLineColumns) {
 TEST(ProjectsCoverage, SessionRowAndTotalFromTheSums) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowProjectsCoverage(f.ws, f.Selection(4), sort);
+  const GridBuild b = ShowProjectsCoverage(f.ws, f.Select(Measure::Coverage), sort);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Project", "# Modules", "# Lines", "Hit Lines", "Line Coverage", kBars, "Left Lines",
@@ -136,7 +136,7 @@ TEST(ProjectsCoverage, SessionWithoutProceduresGetsDashesNotADivisionByZero) {
   sv = ModuleValue{};
   f.ws.Project(f.cp).ContainsCritical = false;
   SortMemory sort;
-  const Table t = ShowProjectsCoverage(f.ws, f.Selection(4), sort).Grid;
+  const Table t = ShowProjectsCoverage(f.ws, f.Select(Measure::Coverage), sort).Grid;
   EXPECT_EQ(Shown(t, t.RowAt(1)), (V{"run1", "3", "0", "0", "-", "", "0", "0", "-", "-", "0"}));
 }
 

@@ -29,7 +29,7 @@ TEST(DamagedValues, CoverageBarsStayInTheirColumn) {
   f.ws.Session(f.cs).SessionValue.TotalLines = std::numeric_limits<std::int32_t>::min();
   f.ws.Session(f.cs).SessionValue.HitLines = std::numeric_limits<std::int32_t>::max();
   SortMemory sort;
-  const Table t = ShowProceduresCoverage(f.ws, f.Selection(4), sort).Grid;
+  const Table t = ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage), sort).Grid;
   for (const Row& row : t.Rows()) {
     for (int c = 1; c <= t.ColumnCount(); ++c) {
       EXPECT_LE(row.Text(c).size(), 40u) << row.Text(c);
@@ -47,11 +47,12 @@ TEST(DamagedValues, IdsWithoutAProcedureHaveNoRowsOnAnyTab) {
     if (p.CodeLine(i).BelongToProcedure == testing::kHelper) p.CodeLine(i).BelongToProcedure = 0;
   }
   SortMemory sort;
-  for (const std::int32_t measure : {0, 1, 2, 3, 4}) {
-    const GridSelection sel = f.Selection(measure);
-    const Table procedures = measure == 4 ? ShowProceduresCoverage(f.ws, sel, sort).Grid
+  for (const Measure measure : {Measure::Total, Measure::Average, Measure::ChildTotal,
+                                Measure::ChildAverage, Measure::Coverage}) {
+    const Selection sel = f.Select(measure);
+    const Table procedures = sel.coverage() ? ShowProceduresCoverage(f.ws, sel, sort).Grid
                                           : ShowProceduresTiming(f.ws, sel, sort).Grid;
-    for (const Row& row : procedures.Rows()) EXPECT_NE(row.Tag, testing::kHelper) << measure;
+    for (const Row& row : procedures.Rows()) EXPECT_NE(row.Tag, testing::kHelper) << IndexOf(measure);
     const Table lines = ShowLines(f.ws, sel, sort, false).Grid;
     for (const Row& row : lines.Rows()) {
       if (row.Key == "TOTAL" || row.Tag == 0) continue;

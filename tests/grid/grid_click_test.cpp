@@ -13,7 +13,7 @@ using testing::GridFixture;
 TEST(GridClick, RowTextsGiveModuleProcedureAndLineAfterAnySort) {
   GridFixture f;
   SortMemory sort;
-  Table procs = ShowProceduresTiming(f.ws, f.Selection(0), sort).Grid;
+  Table procs = ShowProceduresTiming(f.ws, f.Select(Measure::Total), sort).Grid;
   SortTable(procs, sort, 3, kSortAscending);  // Tags no longer follow row order
   const Project& p = f.ws.Project(f.cp);
   const int helper = [&] {
@@ -29,10 +29,10 @@ TEST(GridClick, RowTextsGiveModuleProcedureAndLineAfterAnySort) {
             (ClickTarget{testing::kModule1, testing::kHelper, 0}));
   EXPECT_EQ(ClickedPlace(p, procs, procs.RowCount(), 2), ClickTarget{});  // TOTAL
 
-  Table lines = ShowLines(f.ws, f.Selection(4), sort, false).Grid;
+  Table lines = ShowLines(f.ws, f.Select(Measure::Coverage), sort, false).Grid;
   EXPECT_EQ(ClickedPlace(p, lines, 1, 3), (ClickTarget{testing::kModule1, testing::kHelper, 4}));
 
-  Table mods = ShowModulesTiming(f.ws, f.Selection(0), sort).Grid;
+  Table mods = ShowModulesTiming(f.ws, f.Select(Measure::Total), sort).Grid;
   EXPECT_EQ(ClickedPlace(p, mods, 1, 3), (ClickTarget{testing::kForm1, 0, 0}));
   EXPECT_EQ(ClickedPlace(p, mods, 99, 1), ClickTarget{});
 }

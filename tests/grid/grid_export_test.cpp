@@ -97,7 +97,7 @@ class ExportReadBack : public ::testing::Test {
     f.ws.Session(f.cs).CodeLineValue(2).Hits = 1;
     f.ws.Session(f.cs).CodeLineValue(2).TotalTime = 0.5;
     SortMemory sort;
-    table = ShowLines(f.ws, f.Selection(0), sort, false).Grid;
+    table = ShowLines(f.ws, f.Select(Measure::Total), sort, false).Grid;
     SortTable(table, sort, table.FindColumn("Line ID"), kSortAscending);
   }
 

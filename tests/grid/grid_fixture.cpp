@@ -96,15 +96,13 @@ GridFixture::GridFixture() {
   s.Loaded = true;
 }
 
-GridSelection GridFixture::Selection(std::int32_t displayInfoType, std::int32_t cMod,
-                                     std::int32_t cPro) const {
-  GridSelection sel;
-  sel.cs = cs;
-  sel.cp = cp;
-  sel.cMod = cMod;
-  sel.cPro = cPro;
-  sel.DisplayInfoType = displayInfoType;
-  return sel;
+zol::Selection GridFixture::Select(Measure measure, std::int32_t module,
+                                  std::int32_t procedure) const {
+  return {.session = SessionRef::single(cs),
+          .project = cp,
+          .module = module,
+          .procedure = procedure,
+          .measure = measure};
 }
 
 }  // namespace zol::testing

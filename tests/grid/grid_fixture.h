@@ -15,7 +15,7 @@
 
 #include <cstdint>
 
-#include "grid/grid_selection.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol::testing {
@@ -26,8 +26,8 @@ struct GridFixture {
   std::int32_t cs = 0;
 
   GridFixture();
-  GridSelection Selection(std::int32_t displayInfoType, std::int32_t cMod = 0,
-                          std::int32_t cPro = 0) const;
+  // The fixture's session, with the module and procedure given.
+  zol::Selection Select(Measure measure, std::int32_t module = 0, std::int32_t procedure = 0) const;
 };
 
 // Module and procedure IDs of the fixture.

@@ -22,7 +22,7 @@ const std::string kBars = kBarsHeader;
 TEST(ShowLines, TimingListsHitLinesButNoProcedureEnds) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowLines(f.ws, f.Selection(0), sort, false);
+  const GridBuild b = ShowLines(f.ws, f.Select(Measure::Total), sort, false);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "Procedure", "Hits", "% Hits", "Total Time", kBars,
                                 "% Time", "Average Time", "Line", "Line ID"}));
@@ -45,7 +45,7 @@ TEST(ShowLines, TimingListsHitLinesButNoProcedureEnds) {
 TEST(ShowLines, CoverageCountsHitsWithLogBarsAndListsProcedureEnds) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowLines(f.ws, f.Selection(4), sort, false);
+  const GridBuild b = ShowLines(f.ws, f.Select(Measure::Coverage), sort, false);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Module", "Procedure", "Hits", kBars, "% Hits", "Line", "Line ID"}));
@@ -63,15 +63,15 @@ TEST(ShowLines, CoverageCountsHitsWithLogBarsAndListsProcedureEnds) {
 TEST(ShowLines, SelectedProcedureListsUnhitLinesAndItsEndOnlyForCoverage) {
   GridFixture f;
   SortMemory sort;
-  Table t = ShowLines(f.ws, f.Selection(0, testing::kModule1, testing::kMain), sort, false).Grid;
+  Table t = ShowLines(f.ws, f.Select(Measure::Total, testing::kModule1, testing::kMain), sort, false).Grid;
   EXPECT_EQ(testing::ColumnTexts(t, 9), (V{"1", "2", ""}));
   EXPECT_EQ(Shown(t, RowWith(t, 9, "2")),
             (V{"Module1", "Main", "-", "-", "-", "", "-", "-", "x = 2", "2"}));
-  t = ShowLines(f.ws, f.Selection(4, testing::kModule1, testing::kMain), sort, false).Grid;
+  t = ShowLines(f.ws, f.Select(Measure::Coverage, testing::kModule1, testing::kMain), sort, false).Grid;
   EXPECT_EQ(testing::ColumnTexts(t, 6), (V{"1", "3", "2", ""}));
 
   // A selected module lists only its hit lines.
-  t = ShowLines(f.ws, f.Selection(4, testing::kForm1), sort, false).Grid;
+  t = ShowLines(f.ws, f.Select(Measure::Coverage, testing::kForm1), sort, false).Grid;
   EXPECT_EQ(testing::ColumnTexts(t, 6), (V{"8", "9", ""}));
 }
 
@@ -79,7 +79,7 @@ TEST(ShowLines, LinesOfADeadProcedureAreGreyBlanks) {
   GridFixture f;
   SortMemory sort;
   const Table t =
-      ShowLines(f.ws, f.Selection(0, testing::kForm1, testing::kOldCode), sort, false).Grid;
+      ShowLines(f.ws, f.Select(Measure::Total, testing::kForm1, testing::kOldCode), sort, false).Grid;
   ASSERT_EQ(t.RowCount(), 2);
   const Row& dead = RowWith(t, 9, "10");
   EXPECT_EQ(Shown(t, dead),
@@ -93,7 +93,7 @@ TEST(ShowLines, NoShownLineResetsTheChart) {
   GridFixture f;
   for (CodeLineValue& v : f.ws.Session(f.cs).CodeLineValue) v.Hits = 0;
   SortMemory sort;
-  const GridBuild b = ShowLines(f.ws, f.Selection(0), sort, false);
+  const GridBuild b = ShowLines(f.ws, f.Select(Measure::Total), sort, false);
   EXPECT_EQ(b.Grid.RowCount(), 0);
   EXPECT_EQ(b.Chart, ChartUpdate::Reset);
 }
@@ -101,7 +101,7 @@ TEST(ShowLines, NoShownLineResetsTheChart) {
 TEST(ShowLines, FakeTableHasHeadersAndOneBlankRowOnly) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowLines(f.ws, f.Selection(2), sort, true);
+  const GridBuild b = ShowLines(f.ws, f.Select(Measure::ChildTotal), sort, true);
   EXPECT_EQ(ShownHeaders(b.Grid), (V{"Module", "Procedure", "Hits", "% Hits", "Child Tot. Time",
                                      "% Time", "Child Avg. Time", "Line", "Line ID"}));
   ASSERT_EQ(b.Grid.RowCount(), 1);
@@ -115,7 +115,7 @@ TEST(ShowLines, ProgressRunsToOneAndAHalfTimesTheLinesThenClears) {
   auto prompter = std::make_shared<RecordingPrompter>();
   f.ws.SetPrompter(prompter);
   SortMemory sort;
-  ShowLines(f.ws, f.Selection(0), sort, false);
+  ShowLines(f.ws, f.Select(Measure::Total), sort, false);
   EXPECT_EQ(prompter->progressMax, 16);  // 11 lines * 1.5
   EXPECT_EQ(prompter->progressValue, 0);
   EXPECT_FALSE(prompter->progressVisible);
@@ -147,7 +147,7 @@ TEST(ShowLines, LongSourceLineStandsWholeInTheGrid) {
   const std::string text = "MsgBox \"" + std::string(50, 'z') + "\"";
   f.ws.Project(f.cp).CodeLine(1).Text = text;
   SortMemory sort;
-  const GridBuild b = ShowLines(f.ws, f.Selection(0), sort, false);
+  const GridBuild b = ShowLines(f.ws, f.Select(Measure::Total), sort, false);
   EXPECT_EQ(RowWith(b.Grid, 9, "1").Text(8), text);
   EXPECT_EQ(b.Arrays.BarItem(0).Name, "01-" + text.substr(0, 33) + "...");
 }

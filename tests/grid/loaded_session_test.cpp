@@ -30,13 +30,12 @@ class LoadedSessionGrids : public ::testing::Test {
     ResetRtfPath(ws_);
     cs_ = AddSession(ws_, run.log);
     ASSERT_TRUE(LoadSession(ws_, cs_));
-    ws_.cs = cs_;
-    ws_.cp = ws_.Session(cs_).Project;
   }
 
-  GridSelection Selection(std::int32_t dit) {
-    ws_.DisplayInfoType = dit;
-    return GridSelectionOf(ws_);
+  Selection Select(std::int32_t measure) {
+    return {.session = SessionRef::single(cs_),
+            .project = ws_.Session(cs_).Project,
+            .measure = MeasureFromIndex(measure)};
   }
 
   testing::ScopedTempDir dir_;
@@ -48,7 +47,7 @@ class LoadedSessionGrids : public ::testing::Test {
 TEST_F(LoadedSessionGrids, ProcedureTotalsAreSumsOfTheRowsAsShown) {
   const Session& s = ws_.Session(cs_);
   for (std::int32_t dit = 0; dit <= 3; ++dit) {
-    const Table t = ShowProceduresTiming(ws_, Selection(dit), sort_).Grid;
+    const Table t = ShowProceduresTiming(ws_, Select(dit), sort_).Grid;
     int hitProcedures = 0;
     double hits = 0;
     for (const ProcedureValue& p : s.ProcedureValue) {
@@ -79,13 +78,13 @@ TEST_F(LoadedSessionGrids, LinesModulesAndProjectsAgreeWithTheSession) {
     ++hitLines;
     timedLines += !p.CodeLine(i).IsProcedureExit;
   }
-  EXPECT_EQ(ShowLines(ws_, Selection(0), sort_, false).Grid.RowCount(), timedLines + 1);
-  EXPECT_EQ(ShowLines(ws_, Selection(4), sort_, false).Grid.RowCount(), hitLines + 1);
+  EXPECT_EQ(ShowLines(ws_, Select(0), sort_, false).Grid.RowCount(), timedLines + 1);
+  EXPECT_EQ(ShowLines(ws_, Select(4), sort_, false).Grid.RowCount(), hitLines + 1);
 
-  const Table mods = ShowModulesCoverage(ws_, Selection(4), sort_).Grid;
+  const Table mods = ShowModulesCoverage(ws_, Select(4), sort_).Grid;
   EXPECT_EQ(mods.RowCount(), p.ModulesNumber + 1);
   EXPECT_EQ(mods.RowAt(mods.FindRow("TOTAL")).Text(2), std::to_string(s.SessionValue.TotalLines));
-  const Table projects = ShowProjectsCoverage(ws_, Selection(4), sort_).Grid;
+  const Table projects = ShowProjectsCoverage(ws_, Select(4), sort_).Grid;
   EXPECT_EQ(projects.RowAt(1).Text(5), FormatPercentage(s.SessionValue.LineCoverage));
 
   // An export has a line for the headers and one per row.

@@ -32,7 +32,7 @@ TEST(GetBarLogValue, LogScaleFromATenthOfAMicrosecondToTwentyLetters) {
 TEST(ProceduresTiming, WholeSessionListsHitProceduresWithTotalsOfTheDisplayedTimes) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowProceduresTiming(f.ws, f.Selection(0), sort);
+  const GridBuild b = ShowProceduresTiming(f.ws, f.Select(Measure::Total), sort);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "Procedure", "Hits", "% Hits", "Total Time", kBars,
                                 "% Time", "Average Time"}));
@@ -57,7 +57,7 @@ TEST(ProceduresTiming, WholeSessionListsHitProceduresWithTotalsOfTheDisplayedTim
 TEST(ProceduresTiming, TotalRowIsBoldBlueButItsBarIsPlain) {
   GridFixture f;
   SortMemory sort;
-  const Table t = ShowProceduresTiming(f.ws, f.Selection(0), sort).Grid;
+  const Table t = ShowProceduresTiming(f.ws, f.Select(Measure::Total), sort).Grid;
   const Row& total = t.RowAt(t.FindRow("TOTAL"));
   const int bars = t.FindColumn(kBars);
   EXPECT_TRUE(total.Bold());
@@ -75,7 +75,7 @@ TEST(ProceduresTiming, TotalRowIsBoldBlueButItsBarIsPlain) {
 TEST(ProceduresTiming, AverageMeasurePutsBarsLastAndTotalsBarOnTheAverage) {
   GridFixture f;
   SortMemory sort;
-  const Table t = ShowProceduresTiming(f.ws, f.Selection(1), sort).Grid;
+  const Table t = ShowProceduresTiming(f.ws, f.Select(Measure::Average), sort).Grid;
   EXPECT_EQ(ShownHeaders(t).back(), kBars);
   const Row& total = t.RowAt(t.FindRow("TOTAL"));
   EXPECT_EQ(total.Text(t.FindColumn(kBars)), BarText(13));  // 0.187390 s
@@ -87,7 +87,7 @@ TEST(ProceduresTiming, AverageMeasurePutsBarsLastAndTotalsBarOnTheAverage) {
 TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
   GridFixture f;
   SortMemory sort;
-  const Table t = ShowProceduresTiming(f.ws, f.Selection(2), sort).Grid;
+  const Table t = ShowProceduresTiming(f.ws, f.Select(Measure::ChildTotal), sort).Grid;
   EXPECT_EQ(t.ColumnAt(5).Header, "Child Tot. Time");
   EXPECT_EQ(t.ColumnAt(7).Header, "Child Avg. Time");
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Main")),
@@ -97,7 +97,7 @@ TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
   EXPECT_EQ(total.Text(7), "0.250001");
 
   // Child averages: bars last, the total's bar on the sum over the hits.
-  const Table avg = ShowProceduresTiming(f.ws, f.Selection(3), sort).Grid;
+  const Table avg = ShowProceduresTiming(f.ws, f.Select(Measure::ChildAverage), sort).Grid;
   EXPECT_EQ(ShownHeaders(avg).back(), kBars);
   EXPECT_EQ(avg.ColumnAt(7).Header, "Child Avg. Time");
   EXPECT_EQ(avg.RowAt(avg.FindRow("TOTAL")).Text(avg.FindColumn(kBars)),
@@ -108,7 +108,7 @@ TEST(ProceduresTiming, ChildMeasureTotalAverageIsTheSumOverHits) {
 TEST(ProceduresTiming, SelectedModuleListsUnhitAndDeadProcedures) {
   GridFixture f;
   SortMemory sort;
-  GridBuild b = ShowProceduresTiming(f.ws, f.Selection(0, testing::kModule1), sort);
+  GridBuild b = ShowProceduresTiming(f.ws, f.Select(Measure::Total, testing::kModule1), sort);
   const Table& t = b.Grid;
   ASSERT_EQ(t.RowCount(), 4);
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Unused")),
@@ -120,7 +120,7 @@ TEST(ProceduresTiming, SelectedModuleListsUnhitAndDeadProcedures) {
   EXPECT_EQ(b.Arrays.ChartArrayBar[2], (ChartRow{"Unused", {0}}));
   EXPECT_EQ(b.Arrays.ChartArrayPie[0].Value, 1000000 * 0.1234564);
 
-  b = ShowProceduresTiming(f.ws, f.Selection(0, testing::kForm1), sort);
+  b = ShowProceduresTiming(f.ws, f.Select(Measure::Total, testing::kForm1), sort);
   const Table& forms = b.Grid;
   const Row& dead = RowWith(forms, 2, "OldCode");
   EXPECT_EQ(Shown(forms, dead), (V{"Form1", "OldCode", "  ", "  ", "  ", "  ", "  ", "  "}));
@@ -137,7 +137,7 @@ TEST(ProceduresTiming, EmptySessionGivesNoRowsAndErasedChart) {
   GridFixture f;
   for (ProcedureValue& p : f.ws.Session(f.cs).ProcedureValue) p.Hits = 0;
   SortMemory sort;
-  const GridBuild b = ShowProceduresTiming(f.ws, f.Selection(0), sort);
+  const GridBuild b = ShowProceduresTiming(f.ws, f.Select(Measure::Total), sort);
   EXPECT_EQ(b.Grid.RowCount(), 0);
   EXPECT_EQ(b.Grid.SelectedRow, 0);
   EXPECT_EQ(b.Chart, ChartUpdate::Draw);
@@ -150,7 +150,7 @@ TEST(ProceduresTiming, HitsWithZeroTimeGiveAnEmptyBar) {
   GridFixture f;
   f.ws.Session(f.cs).ProcedureValue(testing::kHelper).TotalTime = 0;
   SortMemory sort;
-  const Table t = ShowProceduresTiming(f.ws, f.Selection(0), sort).Grid;
+  const Table t = ShowProceduresTiming(f.ws, f.Select(Measure::Total), sort).Grid;
   const Row& helper = RowWith(t, 2, "Helper");
   EXPECT_EQ(helper.Text(5), "0.000000");
   EXPECT_EQ(helper.Text(t.FindColumn(kBars)), "");
@@ -160,7 +160,7 @@ TEST(ProceduresTiming, HitsWithZeroTimeGiveAnEmptyBar) {
 TEST(ModulesTiming, EveryModuleWithIconsAndAModuleWithoutProceduresShowsDashes) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowModulesTiming(f.ws, f.Selection(0), sort);
+  const GridBuild b = ShowModulesTiming(f.ws, f.Select(Measure::Total), sort);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t), (V{"Module", "# Procedures", "Total Time", kBars, "% Time"}));
   ASSERT_EQ(t.RowCount(), 4);
@@ -181,7 +181,7 @@ TEST(ModulesTiming, ModuleWithProceduresButNoHitsShowsDashAndNoShare) {
   Session& s = f.ws.Session(f.cs);
   s.ModuleValue(testing::kForm1).HitProcedures = 0;
   SortMemory sort;
-  const Table t = ShowModulesTiming(f.ws, f.Selection(0), sort).Grid;
+  const Table t = ShowModulesTiming(f.ws, f.Select(Measure::Total), sort).Grid;
   const Row& form = RowWith(t, 1, "Form1");
   EXPECT_EQ(form.Text(3), "-");
   EXPECT_EQ(form.Text(4), "-");
@@ -193,7 +193,7 @@ TEST(ModulesTiming, ModuleWithProceduresButNoHitsShowsDashAndNoShare) {
 TEST(ProjectsTiming, OneRowPerSessionSortedByLines) {
   GridFixture f;
   SortMemory sort;
-  const GridBuild b = ShowProjectsTiming(f.ws, f.Selection(0), sort);
+  const GridBuild b = ShowProjectsTiming(f.ws, f.Select(Measure::Total), sort);
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Project", "# Modules", "# Procedures", "# Lines", "Total Time", kBars, "% Time"}));
@@ -246,11 +246,10 @@ struct GroupFixture : GridFixture {
     g.Selected = true;
   }
 
-  GridSelection GroupSelection(std::int32_t displayInfoType) const {
-    GridSelection sel = Selection(displayInfoType);
-    sel.cs = merged;
-    sel.cp = ws.Session(merged).Project;
-    sel.Group = 1;
+  zol::Selection GroupSelection(Measure measure) const {
+    zol::Selection sel = Select(measure);
+    sel.session = SessionRef::group(1, merged);
+    sel.project = ws.Session(merged).Project;
     return sel;
   }
 };
@@ -258,13 +257,13 @@ struct GroupFixture : GridFixture {
 TEST(GroupMergedSession, ProjectColumnComesFirstWithTheModulesProject) {
   GroupFixture f;
   SortMemory sort;
-  const Table procs = ShowProceduresTiming(f.ws, f.GroupSelection(0), sort).Grid;
+  const Table procs = ShowProceduresTiming(f.ws, f.GroupSelection(Measure::Total), sort).Grid;
   EXPECT_EQ(ShownHeaders(procs), (V{"Project", "Module", "Procedure", "Hits", "% Hits",
                                     "Total Time", kBars, "% Time", "Average Time"}));
   EXPECT_EQ(Shown(procs, procs.RowAt(1))[0], "Alpha");
   EXPECT_EQ(Shown(procs, procs.RowAt(procs.FindRow("TOTAL")))[0], "");
 
-  const Table mods = ShowModulesTiming(f.ws, f.GroupSelection(0), sort).Grid;
+  const Table mods = ShowModulesTiming(f.ws, f.GroupSelection(Measure::Total), sort).Grid;
   EXPECT_EQ(ShownHeaders(mods),
             (V{"Project", "Module", "# Procedures", "Total Time", kBars, "% Time"}));
   EXPECT_EQ(Shown(mods, RowWith(mods, 1, "Empty"))[0], "Beta");
@@ -273,7 +272,7 @@ TEST(GroupMergedSession, ProjectColumnComesFirstWithTheModulesProject) {
 TEST(GroupMergedSession, ProjectsTableHasARowPerMemberAndCountsAddUp) {
   GroupFixture f;
   SortMemory sort;
-  const Table t = ShowProjectsTiming(f.ws, f.GroupSelection(0), sort).Grid;
+  const Table t = ShowProjectsTiming(f.ws, f.GroupSelection(Measure::Total), sort).Grid;
   ASSERT_EQ(t.RowCount(), 3);
   // The member that never ran shows "-" for its time, yet its counts add up.
   EXPECT_EQ(Shown(t, RowWith(t, 1, "idle")), (V{"idle", "1", "1", "1", "-", "", "-"}));

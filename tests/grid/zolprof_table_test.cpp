@@ -41,17 +41,18 @@ class ZolprofTable : public ::testing::Test {
   }
 
   // The same table built here, on the session loaded as the command loads it.
-  Table Built(std::int32_t tab, std::int32_t dit, std::int32_t cMod) {
+  Table Built(Tab tab, Measure measure, std::int32_t module) {
     ws_.appFolder = dir_ / "home2";
     ResetRtfPath(ws_);
     const std::int32_t cs = AddSession(ws_, run_.log);
     EXPECT_TRUE(LoadSession(ws_, cs));
-    ws_.cs = cs;
-    ws_.cp = ws_.Session(cs).Project;
-    ws_.cMod = cMod;
-    ws_.DisplayInfoType = dit;
+    const Selection sel{.session = SessionRef::single(cs),
+                        .project = ws_.Session(cs).Project,
+                        .module = module,
+                        .tab = tab,
+                        .measure = measure};
     SortMemory sort;
-    return ShowTab(ws_, GridSelectionOf(ws_), sort, tab).Grid;
+    return ShowTab(ws_, sel, sort).Grid;
   }
 
   testing::ScopedTempDir dir_;
@@ -67,7 +68,7 @@ TEST_F(ZolprofTable, PrintsTheBuildersCellsAndWritesTheirExport) {
       "--tab procedures --measure average --module 1 --csv '" + csv + "' '" + run_.log + "'", rc);
   ASSERT_EQ(rc, 0) << LoadFile(dir_ / "err.txt");
   EXPECT_TRUE(FileExist(run_.log));  // read in memory only
-  const Table t = Built(kTabProcedures, 1, 1);
+  const Table t = Built(Tab::Procedures, Measure::Average, 1);
   EXPECT_EQ(printed, Cp1252ToUtf8(TableAsText(t)));
   EXPECT_EQ(LoadFile(csv), ExportText(t, true));
 }

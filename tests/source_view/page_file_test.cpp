@@ -50,12 +50,11 @@ TEST(PageHeader, StyleBetweenMarkersThenBody) {
 
 TEST(PageFile, LoadFileWritesTheLinkedPageAndShowsIt) {
   PageFixture f;
-  f.ws.DisplayInfoType = 4;
   f.ws.view.OptionsHtml[4] = HtmlPageOptions{{true, false, false, false, false}, 3};
   RecordingBrowser browser;
   std::int32_t module = 1;
   std::int32_t procedure = 3;
-  ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, browser);
+  ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, Measure::Coverage, browser);
 
   EXPECT_EQ(SourcePageFile(f.ws), f.dir / "code.htm");
   ASSERT_EQ(browser.shown, std::vector<std::string>{SourcePageFile(f.ws)});
@@ -74,7 +73,7 @@ TEST(PageFile, UpdateHtmlChangesOnlyTheStyle) {
   RecordingBrowser browser;
   std::int32_t module = 1;
   std::int32_t procedure = 0;
-  ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, browser);
+  ShowSourcePage(f.ws, PageFixture::kSession, module, procedure, Measure::Coverage, browser);
   const std::string before = LoadFile(SourcePageFile(f.ws));
 
   f.ws.view.FontHTML = "Lucida Console";
