@@ -51,7 +51,6 @@ void MakeSession(zol::Workspace& ws) {
   ws.Project.ReDimPreserve(1);
   zol::Project& p = ws.Project(1);
   ws.nProject = 1;
-  ws.cp = 1;
   p.ModulesNumber = kModules;
   p.Module.ReDim(kModules);
   for (std::int32_t m = 1; m <= kModules; ++m) {

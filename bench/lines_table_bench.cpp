@@ -88,10 +88,10 @@ int main(int argc, char** argv) {
 
   std::printf("lines table of %d lines, best of %d builds\n", o.lines, o.repeat);
   for (std::int32_t dit = 0; dit <= 4; ++dit) {
-    zol::GridSelection sel;
-    sel.cs = cs;
-    sel.cp = ws.Session(cs).Project;
-    sel.DisplayInfoType = dit;
+    const zol::Selection sel{.session = zol::SessionRef::single(cs),
+                             .project = ws.Session(cs).Project,
+                             .tab = zol::Tab::Lines,
+                             .measure = zol::MeasureFromIndex(dit)};
     double best = 1e300;
     double bestCpu = 1e300;
     int rows = 0;
