@@ -189,7 +189,7 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
 
   // A click on each header of the Lines grid, twice, so that both orders
   // are timed.
-  window.SetMeasure(0);
+  window.SetMeasure(Measure::Total);
   window.pageTabs()->setCurrentIndex(3);
   QApplication::processEvents();
   zol::GridView* grid = window.gridPage()->Grid();

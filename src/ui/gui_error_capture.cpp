@@ -13,6 +13,7 @@
 #include "errcapture/protected_call.h"
 #include "errcapture/trace.h"
 #include "session/workspace.h"
+#include "ui/current_selection.h"
 #include "ui/error_dialog.h"
 #include "ui/gui_prompter.h"
 #include "ui/qt_text.h"
@@ -181,7 +182,14 @@ void RunGuarded(QWidget* parent, const std::function<void()>& action, std::sourc
     zolDumpVariable(module + ".windowTitle", ToCp1252(parent->windowTitle()), 0);
     zolDumpVariable(module + ".isVisible", parent->isVisible(), 0);
   };
-  dump.globals = [capture] { DumpWorkspace(capture->workspace()); };
+  dump.globals = [capture, window = QPointer<QWidget>(parent ? parent->window() : nullptr)] {
+    DumpWorkspace(capture->workspace());
+    // The selection on screen is the window's own.
+    if (window == nullptr) return;
+    if (const auto* shown = window->findChild<const CurrentSelection*>()) {
+      DumpSelection(shown->get());
+    }
+  };
   if (RunProtected(capture->handler(), place, action, dump) == CallOutcome::Abort) {
     // At once: nothing more of this process is to be trusted.
     std::_Exit(EXIT_FAILURE);

@@ -36,7 +36,6 @@
 #include "flow/flow_options.h"
 #include "grid/chart.h"
 #include "grid/grid_builders.h"
-#include "grid/grid_selection.h"
 #include "project/project_info.h"
 #include "source_view/font_metrics.h"
 #include "source_view/html_options.h"
@@ -83,9 +82,12 @@ QString FindInstrumenter() {
 
 MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
     : ws_(ws),
-      tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); }, [this] { showCurrentPage(); },
+      tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); }, [this] { onTreeClicked(); },
                                       [this] { ClearViews(); }}) {
   setObjectName("mainWindow");
+  // A child of the window, so that the error capture finds what was on screen.
+  selection_.setParent(this);
+  selection_.setObjectName("currentSelection");
   setWindowTitle(kMessageTitle);
   setWindowIcon(ZolIcon("SESSION"));
   setAcceptDrops(true);
@@ -120,9 +122,9 @@ void MainWindow::BuildWidgets() {
   statusBar()->setSizeGripEnabled(true);
   gridMenu_ = new QMenu(this);
   gridMenu_->setObjectName("gridMenu");
-  gridMenu_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(5); })
+  gridMenu_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(Tab::Source); })
       ->setObjectName("viewInSource");
-  gridMenu_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(6); })
+  gridMenu_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(Tab::Flow); })
       ->setObjectName("viewInFlow");
 }
 
@@ -158,7 +160,7 @@ QWidget* MainWindow::BuildRightPane() {
   pages_->addWidget(flowPane_);
   reportsTabIndex_ = tabs_->addTab(ZolIcon("SAVEMERGED"), tr("Reports"));
   reportPane_ = new ReportPane(ws_, pages_);
-  reportPane_->currentSelection = [this] { return SelectionOf(ws_); };
+  reportPane_->currentSelection = [this] { return selection_.get(); };
   pages_->addWidget(reportPane_);
   layout->addWidget(title_);
   layout->addWidget(tabs_);
@@ -167,6 +169,7 @@ QWidget* MainWindow::BuildRightPane() {
 }
 
 void MainWindow::ConnectWidgets() {
+  connect(&selection_, &CurrentSelection::changed, this, &MainWindow::onSelectionChanged);
   connect(toolbar_, &MainToolbar::buttonClicked, this, &MainWindow::OnToolbarButton);
   connect(toolbar_->DropDown("OPEN"), &QMenu::aboutToShow, this, &MainWindow::FillOpenMenu);
   connect(toolbar_->DropDown("ADDSESSION"), &QMenu::aboutToShow, this,
@@ -266,28 +269,33 @@ void MainWindow::startUp(const StartOptions& start) {
               size && *size >= 6 && *size <= 36 ? static_cast<std::int32_t>(*size) : 10);
   sourcePane_->ShowFont(ws_.view.FontHTML, ws_.view.FontSizeHTML);
   LoadOptions();
-  if (start.tab >= 1 && start.tab <= kTabCount) ws_.Active_tbsTab = start.tab;
+  if (start.tab >= 1 && start.tab <= kTabCount) {
+    Selection sel = selection_.get();
+    sel.tab = static_cast<Tab>(start.tab);
+    selection_.set(sel);
+  }
+  const Selection& sel = selection_.get();
 
   instrumenterInstalled_ = !FindInstrumenter().isEmpty();
   toolbar_->SetInstrumenterInstalled(instrumenterInstalled_);
-  toolbar_->PressMeasure(ws_.DisplayInfoType);
-  title_->updateAnalysis(ws_.DisplayInfoType);
+  toolbar_->PressMeasure(IndexOf(sel.measure));
+  title_->updateAnalysis(IndexOf(sel.measure));
 
   // A blank grid stands ready before any session is picked.
   SortMemory blankSort;
-  gridPage_->ShowBuild(ShowLines(ws_, GridSelectionOf(ws_), blankSort, true), 4,
-                       ws_.DisplayInfoType);
+  gridPage_->ShowBuild(ShowLines(ws_, sel, blankSort, true), IndexOf(Tab::Lines),
+                       IndexOf(sel.measure));
   gridPage_->ResetChart(true);
   sessionSort_.Column = options_.Active_lvwSessions_Column;
   Refresh(ws_);
 
   {
     const QSignalBlocker block(tabs_);
-    tabs_->setCurrentIndex(ws_.Active_tbsTab - 1);
+    tabs_->setCurrentIndex(IndexOf(sel.tab) - 1);
   }
   // The source page's options stand ready even when the page shown first is
   // another.
-  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
+  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))]);
   showCurrentPage();
   ApplyWindowPlace();
   if (start.minimised) setWindowState(windowState() | Qt::WindowMinimized);
@@ -298,10 +306,12 @@ void MainWindow::startUp(const StartOptions& start) {
 void MainWindow::LoadOptions() {
   const std::string ini = GetIniFile(ws_.appFolder);
   options_ = LoadWindowOptions(ini);
-  ws_.DisplayInfoType = options_.DisplayInfoType;
-  ws_.Active_tbsTab = options_.Active_tbsTab >= 1 && options_.Active_tbsTab <= kTabCount
-                          ? options_.Active_tbsTab
-                          : 3;
+  Selection sel = selection_.get();
+  sel.measure = MeasureFromIndex(options_.DisplayInfoType);
+  sel.tab = options_.Active_tbsTab >= 1 && options_.Active_tbsTab <= kTabCount
+                ? static_cast<Tab>(options_.Active_tbsTab)
+                : Tab::Procedures;
+  selection_.set(sel);
   LoadViewSettings(ws_.view, ini);
   LoadColors(ws_, false, ini);
   LoadOptionsHtml(ws_, ini);
@@ -363,8 +373,8 @@ void MainWindow::StoreWindowPlace() {
 void MainWindow::SaveOptions() {
   StoreWindowPlace();
   StoreRatios();
-  options_.DisplayInfoType = ws_.DisplayInfoType;
-  options_.Active_tbsTab = ws_.Active_tbsTab;
+  options_.DisplayInfoType = IndexOf(selection_.get().measure);
+  options_.Active_tbsTab = IndexOf(selection_.get().tab);
   const std::string ini = GetIniFile(ws_.appFolder);
   try {
     SaveWindowOptions(options_, ini);
@@ -464,7 +474,7 @@ void MainWindow::OnToolbarButton(const QString& keyText) {
   const std::string key = keyText.toStdString();
   RunGuarded(this, [&] {
     for (int m = 0; m < 5; ++m) {
-      if (key == kMeasureKeys[m]) return SetMeasure(m);
+      if (key == kMeasureKeys[m]) return SetMeasure(MeasureFromIndex(m));
     }
     if (key == "OPEN") return ProfileProject("");
     if (key == "CONSOLE") {
@@ -555,7 +565,7 @@ void MainWindow::ShowOptionsDialog() {
   OptionsDialog dialog(ws_.view, this);
   if (dialog.exec() != QDialog::Accepted) return;
   ws_.view = dialog.Result();
-  tree_.UpdateColors();
+  tree_.UpdateColors(selection_.get().measure);
   SyncTree();
   SaveOptions();
 }
@@ -574,7 +584,7 @@ void MainWindow::ShowHelp() {
   // The topic of the page on display, as the help file names it.
   const QString topic = Q(helpTopic_).section("::/", 1);
   const QString tips =
-      ws_.Active_tbsTab == 5
+      selection_.get().tab == Tab::Source
           ? tr("Click a statement for its menu. The check boxes choose the figures shown beside "
                "the code and how it is coloured; the legend is at the end of the page.")
           : tr("Click a row to go one level down (modules, procedures, lines, source); "

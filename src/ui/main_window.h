@@ -3,8 +3,9 @@
 // The program's main window: the project tree above the session
 // list on the left, the strip of scope tabs over one page at a time on the
 // right, the toolbar above and the status strip below. It is the session pane
-// of the catalogue (the core tells it what changed) and the view of the
-// navigation history (the core asks it to show a place again).
+// of the catalogue (the core tells it what changed) and owns the selection on
+// screen: the tree, the grids, the flow chart and the navigation history hand
+// it places as values, and the pages draw the one it holds.
 //
 // Loading a session runs on a worker thread (see SessionLoader): the window
 // keeps repainting and moving, the progress bar follows the load, and the
@@ -27,6 +28,7 @@
 #include "session/workspace.h"
 #include "source_view/nav_history.h"
 #include "source_view/view_state.h"
+#include "ui/current_selection.h"
 #include "ui/gui_error_capture.h"
 #include "ui/gui_project_tree.h"
 #include "ui/session_list_sort.h"
@@ -80,6 +82,9 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
 
   Workspace& ws() { return ws_; }
   GuiProjectTree& Tree() { return tree_; }
+  // The selection on screen.
+  const Selection& selection() const { return selection_.get(); }
+  CurrentSelection& currentSelection() { return selection_; }
   const NavHistory& Nav() const { return nav_; }
 
   // Widgets, for the tests and the screenshots.
@@ -97,18 +102,22 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   // The place the context menu of a grid row or a source statement is about.
   const ClickTarget& MenuTarget() const { return menuTarget_; }
 
+  // Whether a page drawn is a place to come back to: a step through the
+  // navigation history shows a recorded place without recording it again.
+  enum class NavRecord { Yes, No };
+
   // The central dispatcher: shows the page of the selected tab and has it
   // draw the selection.
-  void showCurrentPage();
-  // Selects scope tab `tab` (1 to 6, or 7 for the Reports page), which draws its page.
-  void SelectScopeTab(int tab);
+  void showCurrentPage(NavRecord record = NavRecord::Yes);
+  // Selects scope tab `tab`, which draws its page.
+  void SelectScopeTab(Tab tab, NavRecord record = NavRecord::Yes);
   // A click on the tree node `key`, as the user makes it.
   void ClickTreeNode(const std::string& key);
   // A click of kind 1 (single), 2 (right) or 3 (double) on a grid cell, row
   // and column from 1, as the grid's click chain reports it.
   void onGridClicked(int clickKind, int row, int column);
-  // The measure buttons: DisplayInfoType 0 to 4.
-  void SetMeasure(int displayInfoType);
+  // The measure buttons.
+  void SetMeasure(Measure measure);
   void BrowseBack();
   void BrowseFwd();
 
@@ -141,14 +150,12 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void UnSelectSession(Workspace& ws, std::int32_t cs) override;
   void UnSelectSessionGroup(Workspace& ws, std::int32_t sg) override;
   void ResetViews(Workspace& ws, ViewReset how) override;
+  bool ShowsSession(std::int32_t cs) const override;
   void Refresh(Workspace& ws) override;
   void BringToFront() override;
   void SetBusy(bool busy) override;
 
   // --- NavView ---
-  void SelectTreeNode(const NavPlace& place) override;
-  void PressMeasureButton(const std::string& key) override;
-  void SelectTab(std::int32_t tab) override;
   void EnableNavButtons(bool back, bool forward) override;
 
   bool Busy() const { return busy_ > 0 || loading(); }
@@ -198,9 +205,8 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void ApplyFilters();
 
   // Views.
-  void ShowGridTab(int tab);
-  void updateSourceView(std::int32_t sessionId, std::int32_t moduleId, std::int32_t procedureId,
-                        std::int32_t lineId);
+  void ShowGridTab();
+  void updateSourceView(const Selection& sel);
   void UpdateTitle();
   // Draws the call graph around the selection on the Flow page; a procedure
   // chosen there becomes the selected one.
@@ -209,9 +215,18 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void OnFlowOptionsChanged();
   void ClearViews();
   void ShowPopupMenu();
-  void ViewIn(int tab);
-  // Moves the tree to session `cs`, module and procedure, without a click.
-  void MoveTreeTo(std::int32_t cs, std::int32_t cMod, std::int32_t cPro);
+  void ViewIn(Tab tab);
+  // Moves the tree to the node of `place` without a click, and makes the
+  // place the selection (the node's, or the place itself where the tree has
+  // no node for it).
+  void MoveTreeTo(const Selection& place);
+  // A node was clicked: its place becomes the selection, and the page shows
+  // it (the Reports page reads it only at "GO!").
+  void onTreeClicked();
+  // Shows a place of the navigation history without recording it again.
+  void ShowPlace(const Selection& place);
+  // What hangs on the measure follows it: toolbar, tree colours, title.
+  void onSelectionChanged(const Selection& now, const Selection& before);
   bool OnSourceLink(const std::string& url);
   void OnSourceOptionsChanged();
   void OnSourceFontChanged(const QString& family, int size);
@@ -237,6 +252,7 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   Workspace& ws_;
   std::shared_ptr<GuiPrompter> prompter_;
   GuiProjectTree tree_;
+  CurrentSelection selection_;
   NavHistory nav_;
   SourcePageCache pageCache_;
   WindowOptions options_;

@@ -71,7 +71,7 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
       tree_.SelectSession(n, "", false);
     } else {
       tree_.UnSelectSession(n);
-      if (ws_.cs == n) ClearViews();
+      if (ShowsSession(n)) ClearViews();
     }
   } else {
     if (!ws_.SessionGroup.InRange(n)) return;
@@ -160,7 +160,8 @@ void MainWindow::finishLoad() {
 bool MainWindow::renameSession(const std::string& key, const QString& newName) {
   bool accepted = false;
   RunGuarded(this, [&] {
-    const RenameOutcome outcome = RenameSessionRow(ws_, tree_, key, ToCp1252(newName));
+    const RenameOutcome outcome =
+        RenameSessionRow(ws_, tree_, key, ToCp1252(newName), selection_.get().session);
     if (!outcome.accepted) {
       if (!outcome.message.empty())
         ws_.prompter().ShowMessage(outcome.message, MessageKind::Exclamation);
@@ -304,9 +305,19 @@ void MainWindow::UnSelectSessionGroup(Workspace&, std::int32_t sg) {
   SyncTree();
 }
 
+bool MainWindow::ShowsSession(std::int32_t cs) const {
+  return selection_.get().session.sessionIndex() == cs;
+}
+
 void MainWindow::ResetViews(Workspace&, ViewReset how) {
   ClearViews();
   if (how == ViewReset::SessionsGone) {
+    // Nothing is selected until a node is clicked again; the page and the
+    // measure stay as the user set them.
+    Selection nothing = selection_.get().at(0, 0);
+    nothing.session = SessionRef::none();
+    nothing.project = 0;
+    selection_.set(nothing);
     tree_.SelectionChanged(true);
     treeEmptied_ = true;
     SyncTree();

@@ -23,7 +23,7 @@
 #include "grid/grid_builders.h"
 #include "grid/grid_click.h"
 #include "grid/grid_export.h"
-#include "grid/grid_selection.h"
+#include "compare/group_merge.h"
 #include "source_view/font_metrics.h"
 #include "source_view/html_options.h"
 #include "source_view/source_links.h"
@@ -48,18 +48,25 @@ namespace {
 
 // The digit of the measure in the key of the last display: 1 coverage, 2 the
 // own times, 3 the times with children.
-char MeasureDigit(std::int32_t displayInfoType) {
-  if (displayInfoType == 4) return '1';
-  return displayInfoType <= 1 ? '2' : '3';
+char MeasureDigit(Measure measure) {
+  switch (measure) {
+    case Measure::Coverage:
+      return '1';
+    case Measure::Total:
+    case Measure::Average:
+      return '2';
+    default:
+      return '3';
+  }
 }
 
-const char* HelpTopic(int tab) {
+const char* HelpTopic(Tab tab) {
   switch (tab) {
-    case 5:
+    case Tab::Source:
       return "\\Zolmark Help File.chm::/Zolmark Profiler Source view.htm";
-    case 6:
+    case Tab::Flow:
       return "\\Zolmark Help File.chm::/Zolmark Profiler Flowchart view.htm";
-    case 7:
+    case Tab::Reports:
       return "\\Zolmark Help File.chm::/Zolmark Profiler Reports and Exports.htm";
     default:
       return "\\Zolmark Help File.chm::/Zolmark Profiler Grid view.htm";
@@ -76,73 +83,80 @@ bool TimingLogOn() {
 
 // --- The dispatcher ---
 
-void MainWindow::showCurrentPage() {
+void MainWindow::showCurrentPage(NavRecord record) {
+  Selection sel = selection_.get();
   if (tabs_->currentIndex() == reportsTabIndex_) {
     // The Reports page draws nothing of the selection; it reads it at "GO!".
-    ws_.Active_tbsTab = IndexOf(Tab::Reports);
+    sel.tab = Tab::Reports;
+    selection_.set(sel);
     pages_->setCurrentWidget(reportPane_);
-    helpTopic_ = HelpTopic(IndexOf(Tab::Reports));
+    helpTopic_ = HelpTopic(Tab::Reports);
     return;
   }
-  const int tab = tabs_->currentIndex() + 1;
-  ws_.Active_tbsTab = tab;
-  pages_->setCurrentWidget(tab == 5   ? static_cast<QWidget*>(sourcePane_)
-                           : tab == 6 ? static_cast<QWidget*>(flowPane_)
-                                      : gridPage_);
+  sel.tab = static_cast<Tab>(tabs_->currentIndex() + IndexOf(Tab::Projects));
+  selection_.set(sel);
+  const Tab tab = sel.tab;
+  pages_->setCurrentWidget(tab == Tab::Source ? static_cast<QWidget*>(sourcePane_)
+                           : tab == Tab::Flow ? static_cast<QWidget*>(flowPane_)
+                                              : gridPage_);
   helpTopic_ = HelpTopic(tab);
-  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)]);
+  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))]);
 
   const std::string key = tree_.Nodes().SelectedKey();
   if (tree_.Nodes().Count() == 0 || key.empty()) return;
   if (ws_.fOnlyGroups && key != kCompareKey) return;
-  if (tab != 5 && tab != 6) {
-    lastPage_ = key + "-" + std::to_string(tab) + "-" + MeasureDigit(ws_.DisplayInfoType);
+  if (tab != Tab::Source && tab != Tab::Flow) {
+    lastPage_ = key + "-" + std::to_string(IndexOf(tab)) + "-" + MeasureDigit(sel.measure);
   }
   gridPage_->Headers()->Release();
   QElapsedTimer drawing;
   drawing.start();
   {
     BusyScope busy(*this);
-    if (tab == 5) {
-      updateSourceView(ws_.cs, ws_.cMod, ws_.cPro, ws_.cLine);
-      ws_.cLine = 0;
-    } else if (tab == 6) {
+    if (tab == Tab::Source) {
+      updateSourceView(sel);
+      // The line scrolled to is shown once; the next drawing of the page
+      // starts at its top.
+      Selection shown = selection_.get();
+      shown.line = 0;
+      selection_.set(shown);
+    } else if (tab == Tab::Flow) {
       drawFlowPage();
     } else {
-      ShowGridTab(tab);
+      ShowGridTab();
     }
   }
   if (TimingLogOn()) {
-    std::fprintf(stderr, "zolmark-profiler: tab %d of %s drawn in %lld ms\n", tab, key.c_str(),
-                 static_cast<long long>(drawing.elapsed()));
+    std::fprintf(stderr, "zolmark-profiler: tab %d of %s drawn in %lld ms\n", IndexOf(tab),
+                 key.c_str(), static_cast<long long>(drawing.elapsed()));
   }
-  if (!nav_.fDuringNav()) nav_.NewNav(ws_, *this);
+  if (record == NavRecord::Yes) nav_.NewNav(selection_.get(), *this);
 }
 
-void MainWindow::ShowGridTab(int tab) {
+void MainWindow::ShowGridTab() {
   UpdateTitle();
-  const GridSelection sel = GridSelectionOf(ws_);
-  GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory(), tab);
+  const Selection& sel = selection_.get();
+  GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory());
   ws_.prompter().ShowProgress(false);
   ws_.prompter().SetProgressText("");
-  gridPage_->ShowBuild(std::move(build), tab, ws_.DisplayInfoType);
+  gridPage_->ShowBuild(std::move(build), IndexOf(sel.tab), IndexOf(sel.measure));
 }
 
-void MainWindow::SelectScopeTab(int tab) {
-  const bool reports = tab == IndexOf(Tab::Reports);
-  if (!reports && (tab < 1 || tab > kTabCount)) return;
-  const int index = reports ? reportsTabIndex_ : tab - 1;
+void MainWindow::SelectScopeTab(Tab tab, NavRecord record) {
+  const bool reports = tab == Tab::Reports;
+  if (!reports && (IndexOf(tab) < 1 || IndexOf(tab) > kTabCount)) return;
+  const int index = reports ? reportsTabIndex_ : IndexOf(tab) - 1;
   if (tabs_->currentIndex() == index) {
-    showCurrentPage();
+    showCurrentPage(record);
   } else {
     const QSignalBlocker block(tabs_);
     tabs_->setCurrentIndex(index);
-    showCurrentPage();
+    showCurrentPage(record);
   }
 }
 
 void MainWindow::UpdateTitle() {
-  const TitleStrip strip = zol::UpdateTitle(ws_, ws_.cs, ws_.cMod, ws_.cPro);
+  const TitleStrip strip = zol::UpdateTitle(ws_, selection_.get());
   title_->Show(strip);
   // The window's title names the session on display, as the task bar shows it.
   setWindowTitle(strip.Session.Visible && !strip.Session.Text.empty()
@@ -155,9 +169,9 @@ void MainWindow::ClearViews() {
   title_->Clear();
   setWindowTitle(kMessageTitle);
   SortMemory blankSort;
-  GridSelection none;
-  none.DisplayInfoType = ws_.DisplayInfoType;
-  gridPage_->ShowBuild(ShowLines(ws_, none, blankSort, true), 4, ws_.DisplayInfoType);
+  const Selection none{.tab = Tab::Lines, .measure = selection_.get().measure};
+  gridPage_->ShowBuild(ShowLines(ws_, none, blankSort, true), IndexOf(Tab::Lines),
+                       IndexOf(none.measure));
   gridPage_->ResetChart(true);
   sourcePane_->Browser()->ShowNotice("");
   nav_.Clear();
@@ -177,61 +191,87 @@ void MainWindow::ClickTreeNode(const std::string& key) {
   });
 }
 
-void MainWindow::MoveTreeTo(std::int32_t cs, std::int32_t cMod, std::int32_t cPro) {
-  std::string session = "S" + std::to_string(cs);
-  for (std::int32_t sg = 1; sg <= ws_.nSessionGroup && ws_.SessionGroup.InRange(sg); ++sg) {
-    if (cs != 0 && ws_.SessionGroup(sg).GroupMergedSession == cs)
-      session = "G" + std::to_string(sg);
+void MainWindow::onTreeClicked() {
+  selection_.set(tree_.TreeSelection(selection_.get()));
+  if (selection_.get().tab != Tab::Reports) showCurrentPage();
+}
+
+void MainWindow::MoveTreeTo(const Selection& place) {
+  // The node of the place: its session's (or its group's), then the module
+  // and procedure below it.
+  const SessionRef& ref = place.session;
+  std::string session;
+  if (ref.isCompared()) {
+    session = "S-1";
+  } else if (ref.kind() == SessionRef::Kind::Group && ref.groupIndex() > 0) {
+    session = "G" + std::to_string(ref.groupIndex());
+  } else {
+    session = "S" + std::to_string(ref.sessionIndex());
   }
   std::string exact = session;
-  if (cMod != 0) exact += "M" + std::to_string(cMod);
-  if (cPro != 0) exact += "P" + std::to_string(cPro);
+  if (place.module != 0) exact += "M" + std::to_string(place.module);
+  if (place.procedure != 0) exact += "P" + std::to_string(place.procedure);
   std::string key = exact;
   if (!tree_.Nodes().Find(key)) key = session;
-  if (!tree_.Nodes().Find(key)) key = cs < 0 ? kCompareKey : cs == 0 ? kMergeKey : "";
-  if (key.empty() || !tree_.Nodes().Find(key)) return;
+  if (!tree_.Nodes().Find(key)) key = ref.isCompared() ? kCompareKey : ref.isMerged() ? kMergeKey : "";
+  if (key.empty() || !tree_.Nodes().Find(key)) {
+    selection_.set(place);
+    return;
+  }
   tree_.MoveTo(key);
+  Selection moved = tree_.TreeSelection(place);
   if (key != exact) {
     // The tree has no node for the place itself: the place stands as given.
-    ws_.cs = cs;
-    ws_.cMod = cMod;
-    ws_.cPro = cPro;
+    moved.session = place.session;
+    moved.module = place.module;
+    moved.procedure = place.procedure;
   }
+  selection_.set(moved);
   SyncTree();
+}
+
+void MainWindow::ShowPlace(const Selection& place) {
+  MoveTreeTo(place);
+  Selection shown = selection_.get();
+  shown.line = place.line;
+  shown.measure = place.measure;
+  selection_.set(shown);
+  SelectScopeTab(place.tab, NavRecord::No);
 }
 
 // --- Grids ---
 
 void MainWindow::onGridClicked(int clickKind, int row, int column) {
   if (Busy()) return;
-  if (!ws_.Project.InRange(ws_.cp)) return;
+  const Selection& sel = selection_.get();
+  if (!ws_.Project.InRange(sel.project)) return;
   const Table& table = gridPage_->Grid()->table();
   if (row < 1 || row > table.RowCount()) return;
-  const ClickTarget target = zol::ClickedPlace(ws_.Project(ws_.cp), table, row, column);
+  const ClickTarget target = zol::ClickedPlace(ws_.Project(sel.project), table, row, column);
   menuTarget_ = target;
   if (clickKind == kRightClick) {
     ShowPopupMenu();
     return;
   }
-  ws_.cMod = target.module;
-  ws_.cPro = target.procedure;
-  ws_.cLine = target.line;
-  MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
-  ws_.cLine = target.line;
-  SelectScopeTab(TabAfterClick(clickKind, ws_.Active_tbsTab));
+  const Tab next = static_cast<Tab>(TabAfterClick(clickKind, IndexOf(sel.tab)));
+  MoveTreeTo(sel.at(target.module, target.procedure, target.line));
+  Selection clicked = selection_.get();
+  clicked.line = target.line;
+  selection_.set(clicked);
+  SelectScopeTab(next);
 }
 
 void MainWindow::ShowPopupMenu() {
   gridMenu_->popup(QCursor::pos());
 }
 
-void MainWindow::ViewIn(int tab) {
+void MainWindow::ViewIn(Tab tab) {
   if (Busy()) return;
   RunGuarded(this, [&] {
-    ws_.cMod = menuTarget_.module;
-    ws_.cPro = menuTarget_.procedure;
-    MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
-    ws_.cLine = menuTarget_.line;
+    MoveTreeTo(selection_.get().at(menuTarget_.module, menuTarget_.procedure));
+    Selection target = selection_.get();
+    target.line = menuTarget_.line;
+    selection_.set(target);
     SelectScopeTab(tab);
   });
 }
@@ -272,13 +312,15 @@ void MainWindow::ViewGridInSpreadsheet() {
 
 // --- Source ---
 
-void MainWindow::updateSourceView(std::int32_t sessionId, std::int32_t moduleId,
-                                  std::int32_t procedureId, std::int32_t line) {
+void MainWindow::updateSourceView(const Selection& sel) {
   UpdateTitle();
   SourceBrowser* browser = sourcePane_->Browser();
-  if (!pageCache_.NeedsReload({sessionId, moduleId, procedureId, line, ws_.DisplayInfoType}))
+  const std::int32_t sessionId = sel.session.sessionIndex();
+  const std::int32_t line = sel.line;
+  if (!pageCache_.NeedsReload(
+          {sessionId, sel.module, sel.procedure, sel.line, IndexOf(sel.measure)}))
     return;
-  if (auto text = SourceUnavailableText(ws_, sessionId)) {
+  if (auto text = SourceUnavailableText(ws_, sel.session)) {
     browser->ShowNotice(*text);
     return;
   }
@@ -287,14 +329,14 @@ void MainWindow::updateSourceView(std::int32_t sessionId, std::int32_t moduleId,
     return;
   }
   const Project& project = ws_.Project(ws_.Session(sessionId).Project);
-  std::int32_t module = moduleId;
-  std::int32_t procedure = procedureId;
+  std::int32_t module = sel.module;
+  std::int32_t procedure = sel.procedure;
   if (module == 0 && procedure != 0 && project.Procedure.InRange(procedure)) {
     module = project.Procedure(procedure).BelongToModule;
   }
   // A session or a project alone shows its first module.
   if (module == 0) module = 1;
-  ShowSourcePage(ws_, sessionId, module, procedure, *browser);
+  ShowSourcePage(ws_, sessionId, module, procedure, sel.measure, *browser);
   if (line != 0 && project.CodeLine.InRange(line)) {
     browser->ScrollToStatement(module, project.CodeLine(line).BelongToProcedure, line);
   }
@@ -311,15 +353,20 @@ bool MainWindow::OnSourceLink(const std::string& url) {
 }
 
 void MainWindow::OnSourceOptionsChanged() {
-  ws_.view.OptionsHtml[static_cast<std::size_t>(ws_.DisplayInfoType)] = sourcePane_->Options();
+  const Selection& sel = selection_.get();
+  ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))] = sourcePane_->Options();
   try {
     SaveOptionsHtml(ws_);
   } catch (const std::exception&) {
     // The page still follows the choice; only the settings file missed it.
   }
   pageCache_.Forget();
-  if (ws_.Active_tbsTab == 5 && !tree_.Nodes().SelectedKey().empty()) {
-    RunGuarded(this, [this] { updateSourceView(ws_.cs, ws_.cMod, ws_.cPro, 0); });
+  if (sel.tab == Tab::Source && !tree_.Nodes().SelectedKey().empty()) {
+    RunGuarded(this, [this] {
+      Selection top = selection_.get();
+      top.line = 0;
+      updateSourceView(top);
+    });
   }
 }
 
@@ -342,7 +389,7 @@ void MainWindow::OnSourceFontChanged(const QString& family, int size) {
 void MainWindow::drawFlowPage() {
   UpdateTitle();
   const FlowOptions options = flowPane_->Options();
-  const Selection sel = SelectionOf(ws_);
+  const Selection sel = selection_.get();
   FlowGraph graph;
   try {
     graph = BuildFlowGraph(ws_, sel, options.Depths());
@@ -365,22 +412,22 @@ void MainWindow::drawFlowPage() {
     return;
   }
   // The procedure the chart is about becomes the selected one.
-  ws_.cMod = graph.Module;
-  ws_.cPro = graph.Procedure;
+  selection_.set(sel.at(graph.Module, graph.Procedure, sel.line));
   UpdateTitle();
   flowPane_->ShowChart(ws_, std::move(graph), sel.measure);
 }
 
 void MainWindow::OnFlowNodeClicked(std::int32_t procedure) {
-  if (Busy() || !ws_.Project.InRange(ws_.cp)) return;
-  const Project& project = ws_.Project(ws_.cp);
+  const Selection& sel = selection_.get();
+  if (Busy() || !ws_.Project.InRange(sel.project)) return;
+  const Project& project = ws_.Project(sel.project);
   if (!project.Procedure.InRange(procedure)) return;
   RunGuarded(this, [&] {
-    ws_.cMod = project.Procedure(procedure).BelongToModule;
-    ws_.cPro = procedure;
-    MoveTreeTo(ws_.cs, ws_.cMod, ws_.cPro);
-    ws_.cLine = 0;
-    SelectScopeTab(6);
+    MoveTreeTo(sel.at(project.Procedure(procedure).BelongToModule, procedure));
+    Selection clicked = selection_.get();
+    clicked.line = 0;
+    selection_.set(clicked);
+    SelectScopeTab(Tab::Flow);
   });
 }
 
@@ -390,51 +437,36 @@ void MainWindow::OnFlowOptionsChanged() {
   } catch (const std::exception&) {
     // The chart still follows the choice; only the settings file missed it.
   }
-  if (ws_.Active_tbsTab == 6 && !tree_.Nodes().SelectedKey().empty() && !Busy()) {
+  if (selection_.get().tab == Tab::Flow && !tree_.Nodes().SelectedKey().empty() && !Busy()) {
     RunGuarded(this, [this] { drawFlowPage(); });
   }
 }
 
 // --- Measures and navigation ---
 
-void MainWindow::SetMeasure(int displayInfoType) {
-  if (displayInfoType < 0 || displayInfoType > 4) return;
-  ws_.DisplayInfoType = displayInfoType;
-  toolbar_->PressMeasure(displayInfoType);
-  tree_.UpdateColors();
-  SyncTree();
-  title_->updateAnalysis(displayInfoType);
+void MainWindow::SetMeasure(Measure measure) {
+  Selection sel = selection_.get();
+  sel.measure = measure;
+  selection_.set(sel);
   showCurrentPage();
+}
+
+void MainWindow::onSelectionChanged(const Selection& now, const Selection& before) {
+  if (now.measure == before.measure) return;
+  toolbar_->PressMeasure(IndexOf(now.measure));
+  tree_.UpdateColors(now.measure);
+  SyncTree();
+  title_->updateAnalysis(IndexOf(now.measure));
 }
 
 void MainWindow::BrowseBack() {
   if (Busy()) return;
-  nav_.BrowseBack(ws_, *this);
+  if (const auto place = nav_.BrowseBack(*this)) ShowPlace(*place);
 }
 
 void MainWindow::BrowseFwd() {
   if (Busy()) return;
-  nav_.BrowseFwd(ws_, *this);
-}
-
-void MainWindow::SelectTreeNode(const NavPlace& place) {
-  MoveTreeTo(place.Session, place.Module, place.Procedure);
-  ws_.cLine = place.Line;
-}
-
-void MainWindow::PressMeasureButton(const std::string& key) {
-  for (int m = 0; m < 5; ++m) {
-    if (key == kMeasureKeys[m]) {
-      toolbar_->PressMeasure(m);
-      tree_.UpdateColors();
-      SyncTree();
-      title_->updateAnalysis(m);
-    }
-  }
-}
-
-void MainWindow::SelectTab(std::int32_t tab) {
-  SelectScopeTab(tab);
+  if (const auto place = nav_.BrowseFwd(*this)) ShowPlace(*place);
 }
 
 void MainWindow::EnableNavButtons(bool back, bool forward) {

@@ -67,7 +67,7 @@ std::optional<std::string> SessionNameRefusal(const std::string& newName) {
 }
 
 RenameOutcome RenameSessionRow(Workspace& ws, ProjectTree& tree, const std::string& rowKey,
-                               const std::string& newName) {
+                               const std::string& newName, const SessionRef& shown) {
   if (auto refusal = SessionNameRefusal(newName)) return {false, *refusal, false};
   if (newName.empty()) return {};
   std::optional<Renamable> item = RenamableOf(ws, rowKey);
@@ -88,7 +88,7 @@ RenameOutcome RenameSessionRow(Workspace& ws, ProjectTree& tree, const std::stri
   *item->Name = newName;
   const std::optional<RowKey> row = ParseRowKey(rowKey);
   // A group's name stands in the title of each of its members.
-  const bool current = row->kind == RowKind::Group || row->index == ws.cs;
+  const bool current = row->kind == RowKind::Group || row->index == shown.sessionIndex();
   return {true, "", current};
 }
 

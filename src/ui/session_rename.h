@@ -32,8 +32,9 @@ struct RenameOutcome {
 // folder and with its extension, unless a ".pfl" or ".pfd" of that name is
 // already there. The tree node of a ticked session or group takes the new
 // name in place of the old. Throws FileError when the file system refuses the
-// rename.
+// rename. The title changes with a group's name, or with the name of the
+// session `shown`.
 RenameOutcome RenameSessionRow(Workspace& ws, ProjectTree& tree, const std::string& rowKey,
-                               const std::string& newName);
+                               const std::string& newName, const SessionRef& shown);
 
 }  // namespace zol

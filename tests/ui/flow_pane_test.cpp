@@ -29,8 +29,8 @@ int ActiveTab(const DemoWindow& w) {
   return w.window->pageTabs()->currentIndex() + 1;
 }
 
-std::int32_t ProcedureNamed(const Workspace& ws, const std::string& name) {
-  const Project& p = ws.Project(ws.cp);
+std::int32_t ProcedureNamed(const DemoWindow& w, const std::string& name) {
+  const Project& p = w.ws->Project(w.window->selection().project);
   for (std::int32_t i = 1; i <= p.ProceduresNumber; ++i)
     if (p.Procedure(i).Name == name) return i;
   return 0;
@@ -38,7 +38,7 @@ std::int32_t ProcedureNamed(const Workspace& ws, const std::string& name) {
 
 TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   int row = 0;
@@ -59,11 +59,11 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
 
   EXPECT_EQ(ActiveTab(w), 6);
   FlowPane* pane = w.window->flowPane();
-  const std::int32_t asText = ProcedureNamed(*w.ws, "AsText");
+  const std::int32_t asText = ProcedureNamed(w, "AsText");
   ASSERT_TRUE(pane->ShowsChart());
   const FlowGraph& graph = pane->Chart()->Graph();
   EXPECT_EQ(graph.Procedure, asText);
-  EXPECT_EQ(w.ws->cPro, asText);
+  EXPECT_EQ(w.window->selection().procedure, asText);
   EXPECT_EQ(pane->Chart()->width(), pane->Chart()->Layout().Width);
   // The selected procedure is in view.
   const QRect selected = pane->Chart()->SelectedNodeRect();
@@ -83,15 +83,15 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   ASSERT_NE(callee, 0);
   QTest::mouseClick(pane->Chart(), Qt::LeftButton, {}, where);
   ASSERT_TRUE(WaitFor([&] { return pane->Chart()->Graph().Procedure == callee; }));
-  EXPECT_EQ(w.ws->cPro, callee);
+  EXPECT_EQ(w.window->selection().procedure, callee);
   EXPECT_EQ(w.window->Title()->Texts()[3].toStdString(),
-            w.ws->Project(w.ws->cp).Procedure(callee).Name);
+            w.ws->Project(w.window->selection().project).Procedure(callee).Name);
   EXPECT_EQ(pane->Chart()->Graph().Nodes(1).key, "D0P" + std::to_string(callee));
 }
 
 TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(6);
+  w.window->SelectScopeTab(Tab::Flow);
   FlowPane* pane = w.window->flowPane();
   ASSERT_TRUE(pane->ShowsChart());
   auto* left = pane->findChild<QComboBox*>("flowDepthLeft");
@@ -111,7 +111,7 @@ TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
 
 TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
-  w.window->SelectScopeTab(6);
+  w.window->SelectScopeTab(Tab::Flow);
   FlowPane* pane = w.window->flowPane();
   EXPECT_FALSE(pane->ShowsChart());
   auto* notice = pane->findChild<QLabel*>("flowNotice");
@@ -124,7 +124,7 @@ TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
 TEST(FlowTab, CallPairsThatDoNotFitTheProjectAreNamedOnThePage) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.ws->Session(1).FlowPair(1).ToProc = 999;
-  w.window->SelectScopeTab(6);
+  w.window->SelectScopeTab(Tab::Flow);
   FlowPane* pane = w.window->flowPane();
   EXPECT_FALSE(pane->ShowsChart());
   const std::string text = pane->findChild<QLabel*>("flowNotice")->text().toStdString();

@@ -77,15 +77,15 @@ TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
 
 TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(2);
+  w.window->SelectScopeTab(Tab::Modules);
   GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Module", "CInvoice");
   ASSERT_GT(row, 0);
   QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 1));
   // A single click counts once the double-click time has passed.
   ASSERT_TRUE(WaitFor([&] { return ActiveTab(w) == 3; }));
-  EXPECT_EQ(w.ws->cMod, 5);
-  EXPECT_EQ(w.ws->cPro, 0);
+  EXPECT_EQ(w.window->selection().module, 5);
+  EXPECT_EQ(w.window->selection().procedure, 0);
   EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
   EXPECT_EQ(w.window->Title()->Texts()[2], "CInvoice");
   const Table& procedures = grid->table();
@@ -99,13 +99,13 @@ TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
 
 TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Procedure", "AddLine");
   ASSERT_GT(row, 0);
   QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 2));
   ASSERT_TRUE(WaitFor([&] { return ActiveTab(w) == 5; }));
-  EXPECT_EQ(w.ws->cPro, 21);
+  EXPECT_EQ(w.window->selection().procedure, 21);
   EXPECT_EQ(w.window->Title()->Texts()[3], "AddLine");
   const QString page = w.window->sourcePane()->Browser()->toPlainText();
   EXPECT_TRUE(page.contains("Public Sub AddLine(")) << page.left(200).toStdString();
@@ -118,19 +118,19 @@ TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
   ASSERT_TRUE(back->isEnabled());
   back->trigger();
   EXPECT_EQ(ActiveTab(w), 3);
-  EXPECT_EQ(w.ws->cMod, 5);
-  EXPECT_EQ(w.ws->cPro, 0);
+  EXPECT_EQ(w.window->selection().module, 5);
+  EXPECT_EQ(w.window->selection().procedure, 0);
   EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
   QAction* forward = w.window->toolbar()->Button("FWD");
   ASSERT_TRUE(forward->isEnabled());
   forward->trigger();
   EXPECT_EQ(ActiveTab(w), 5);
-  EXPECT_EQ(w.ws->cPro, 21);
+  EXPECT_EQ(w.window->selection().procedure, 21);
 }
 
 TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Procedure", "SubTotal");
   ASSERT_GT(row, 0);
@@ -168,7 +168,7 @@ TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
 
 TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
-  w.window->SelectScopeTab(5);
+  w.window->SelectScopeTab(Tab::Source);
   const std::string file = SourcePageFile(*w.ws);
   ASSERT_TRUE(FileExist(file));
   const std::string bytes = LoadFile(file);
@@ -193,7 +193,7 @@ TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
 
 TEST(MainWindow, TheHeaderOfHeadersFollowsTheColumnsBothWays) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   SessionHeaderBar* bar = w.window->gridPage()->Headers();
   ASSERT_TRUE(bar->isVisible());
   const FakeHeaders& h = bar->Shown();
@@ -282,7 +282,7 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
   w.window->SelectAllRows(true);
   ASSERT_TRUE(testing::WaitFor([&] { return !w.window->Busy(); }));
   w.window->ClickTreeNode("MERGE");
-  w.window->SelectScopeTab(4);
+  w.window->SelectScopeTab(Tab::Lines);
   w.window->ClickTreeNode("S0M2");
   w.window->SelectAllRows(false);
   w.window->RemoveAllSessions();
@@ -292,8 +292,8 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
 
 TEST(MainWindow, TheSettingsKeepTheMeasureTabAndChartAtTheEnd) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SetMeasure(2);
-  w.window->SelectScopeTab(4);
+  w.window->SetMeasure(Measure::ChildTotal);
+  w.window->SelectScopeTab(Tab::Lines);
   EXPECT_EQ(w.window->LastDisplay(), "S1-4-3");
   w.window->close();
   const std::string ini = GetIniFile(w.ws->appFolder);

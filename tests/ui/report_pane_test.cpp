@@ -39,7 +39,7 @@ TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
   EXPECT_EQ(tabs->tabText(tabs->count() - 1), "Reports");
   ReportPane* pane = ShowReports(w);
   EXPECT_TRUE(pane->isVisible());
-  EXPECT_EQ(w.ws->Active_tbsTab, 7);
+  EXPECT_EQ(w.window->selection().tab, Tab::Reports);
   QStringList titles;
   for (QGroupBox* box : pane->findChildren<QGroupBox*>()) titles << box->title();
   EXPECT_EQ(
@@ -57,9 +57,9 @@ TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
   pane->ReportTypeButton(false)->click();
   EXPECT_EQ(pane->FineTuneFrames()->currentIndex(), 1);
 
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   EXPECT_FALSE(pane->isVisible());
-  w.window->SelectScopeTab(7);
+  w.window->SelectScopeTab(Tab::Reports);
   EXPECT_TRUE(pane->isVisible());
   EXPECT_EQ(tabs->currentIndex(), tabs->count() - 1);
 }

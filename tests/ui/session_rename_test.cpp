@@ -43,11 +43,14 @@ class SessionRenameTest : public ::testing::Test {
   std::unique_ptr<ProjectTree> tree_;
   std::int32_t monday_ = 0;
   std::int32_t tuesday_ = 0;
+  SessionRef shown_ = SessionRef::none();
 };
 
 TEST_F(SessionRenameTest, ARenameMovesTheFileAndRenamesTheTreeNode) {
-  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "Monday morning");
+  shown_ = SessionRef::single(monday_);
+  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "Monday morning", shown_);
   EXPECT_TRUE(outcome.accepted);
+  EXPECT_TRUE(outcome.titleChanged) << "the session on screen";
   EXPECT_EQ(ws_->Session(monday_).Name, "Monday morning");
   EXPECT_EQ(ws_->Session(monday_).SessionFile, demo_.File("Monday morning.pfd"));
   EXPECT_TRUE(FileExist(demo_.File("Monday morning.pfd")));
@@ -57,7 +60,7 @@ TEST_F(SessionRenameTest, ARenameMovesTheFileAndRenamesTheTreeNode) {
 
 TEST_F(SessionRenameTest, ANameInUseInTheFolderIsRefused) {
   // Tuesday's log lies beside Monday's session file.
-  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "Tuesday");
+  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "Tuesday", shown_);
   EXPECT_FALSE(outcome.accepted);
   EXPECT_EQ(outcome.message, "This session name already exists !\nPlease select another name.");
   EXPECT_EQ(ws_->Session(monday_).Name, "Monday");
@@ -65,7 +68,7 @@ TEST_F(SessionRenameTest, ANameInUseInTheFolderIsRefused) {
 }
 
 TEST_F(SessionRenameTest, ACaseChangeRenamesNoFile) {
-  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "MONDAY");
+  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "MONDAY", shown_);
   EXPECT_TRUE(outcome.accepted);
   EXPECT_EQ(ws_->Session(monday_).Name, "MONDAY");
   EXPECT_EQ(ws_->Session(monday_).SessionFile, demo_.File("Monday.pfd"));
@@ -73,13 +76,16 @@ TEST_F(SessionRenameTest, ACaseChangeRenamesNoFile) {
 }
 
 TEST_F(SessionRenameTest, AnUnloadedLogKeepsItsExtension) {
-  EXPECT_TRUE(RenameSessionRow(*ws_, *tree_, "K2", "Tue").accepted);
+  shown_ = SessionRef::single(monday_);
+  const RenameOutcome other = RenameSessionRow(*ws_, *tree_, "K2", "Tue", shown_);
+  EXPECT_TRUE(other.accepted);
+  EXPECT_FALSE(other.titleChanged) << "another session than the one on screen";
   EXPECT_EQ(ws_->Session(tuesday_).SessionFile, demo_.File("Tue.pfl"));
   EXPECT_TRUE(FileExist(demo_.File("Tue.pfl")));
   // No tree node for a session that isn't ticked; nothing else to rename.
   EXPECT_FALSE(tree_->Nodes().Find("S2"));
-  EXPECT_FALSE(RenameSessionRow(*ws_, *tree_, "K99", "x").accepted);
-  EXPECT_FALSE(RenameSessionRow(*ws_, *tree_, "bad", "x").accepted);
+  EXPECT_FALSE(RenameSessionRow(*ws_, *tree_, "K99", "x", shown_).accepted);
+  EXPECT_FALSE(RenameSessionRow(*ws_, *tree_, "bad", "x", shown_).accepted);
 }
 
 }  // namespace

@@ -156,8 +156,7 @@ TEST(ProjectTreeModel, FollowsTheTreeAndNeverPointsIntoAGoneBranch) {
   EXPECT_EQ(model.data(model.IndexOfKey("S1M3"), Qt::ForegroundRole).value<QColor>(),
             QColor(255, 0, 0));
   // New colours need no new structure.
-  ws->DisplayInfoType = 4;
-  tree.UpdateColors();
+  tree.UpdateColors(Measure::Coverage);
   EXPECT_FALSE(model.Sync());
   // The branch goes before the model hears of it: its nodes draw empty.
   tree.UnSelectSession(cs);

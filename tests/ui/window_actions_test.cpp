@@ -65,12 +65,12 @@ TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
 
 TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   MainToolbar* bar = w.window->toolbar();
   EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
   EXPECT_EQ(bar->Button("COVERAGE")->toolTip(), "Display coverage values");
   bar->Button("COVERAGE")->trigger();
-  EXPECT_EQ(w.ws->DisplayInfoType, 4);
+  EXPECT_EQ(w.window->selection().measure, Measure::Coverage);
   EXPECT_TRUE(bar->Button("COVERAGE")->isChecked());
   EXPECT_FALSE(bar->Button("TOTALTIME")->isChecked());
   EXPECT_EQ(w.window->LastDisplay(), "S1-3-1");
@@ -78,13 +78,13 @@ TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
   EXPECT_EQ(grid.FindColumn("Total Time"), 0);
   // Back to the total times, through the history.
   w.window->toolbar()->Button("BACK")->trigger();
-  EXPECT_EQ(w.ws->DisplayInfoType, 0);
+  EXPECT_EQ(w.window->selection().measure, Measure::Total);
   EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
 }
 
 TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridPage* page = w.window->gridPage();
   EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypeBar2d);
   page->findChild<QRadioButton*>("chartType2")->click();
@@ -102,7 +102,7 @@ TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
 
 TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const int hits = grid->table().FindColumn("Hits");
   ASSERT_GT(hits, 0);
@@ -130,7 +130,7 @@ TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
 
 TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
-  w.window->SelectScopeTab(4);
+  w.window->SelectScopeTab(Tab::Lines);
   GridView* grid = w.window->gridPage()->Grid();
   auto timeOf = [&](const std::string& line) {
     const Table& t = grid->table();

@@ -78,7 +78,7 @@ TEST(WindowMenus, TheMenuBarHasTheUsualEntriesAndShortcuts) {
 
 TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   ASSERT_GT(t.RowCount(), 3);
@@ -106,7 +106,7 @@ TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
 
 TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   QAbstractItemModelTester tester(grid->model(),
                                   QAbstractItemModelTester::FailureReportingMode::Fatal);
@@ -139,8 +139,8 @@ TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {},
                      grid->visualRect(grid->model()->index(addLine, 1)).center());
   EXPECT_EQ(w.window->pageTabs()->currentIndex(), 4);
-  EXPECT_EQ(w.ws->cPro, 21);
-  w.window->SelectScopeTab(3);
+  EXPECT_EQ(w.window->selection().procedure, 21);
+  w.window->SelectScopeTab(Tab::Procedures);
   EXPECT_LT(grid->model()->rowCount(), grid->table().RowCount());
   box->clear();
   EXPECT_EQ(grid->model()->rowCount(), grid->table().RowCount());
@@ -189,7 +189,7 @@ TEST(WindowMenus, APictureTakingRunLeavesTheSettingsAlone) {
     MainWindow window(*ws, start);
     window.resize(1280, 800);
     window.show();
-    window.SelectScopeTab(2);
+    window.SelectScopeTab(Tab::Modules);
     window.close();
   }
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Width", "", ini), "612");

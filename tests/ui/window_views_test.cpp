@@ -71,7 +71,7 @@ int Ratio1000(const QSplitter* split) {
 
 TEST(WindowViews, ClickingAStatementOpensItsMenuAndTheLegendLinkJumps) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(5);
+  w.window->SelectScopeTab(Tab::Source);
   SourceBrowser* browser = w.window->sourcePane()->Browser();
   ASSERT_FALSE(browser->toPlainText().isEmpty());
   auto* menu = w.window->findChild<QMenu*>("gridMenu");
@@ -143,7 +143,7 @@ TEST(WindowViews, BothSplittersComeBackAsTheyWereLeft) {
 TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->resize(900, 700);
-  w.window->SelectScopeTab(4);
+  w.window->SelectScopeTab(Tab::Lines);
   GridView* grid = w.window->gridPage()->Grid();
   WidenLastColumn(grid);
   QScrollBar* bar = grid->horizontalScrollBar();
@@ -158,7 +158,7 @@ TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
 
 TEST(WindowViews, TheHighlightFollowsItsItemThroughASort) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   const int procedure = t.FindColumn("Procedure");
@@ -182,7 +182,7 @@ TEST(WindowViews, TheHighlightFollowsItsItemThroughASort) {
 TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl", "Friday.pfl"}, "COMPARE");
   w.window->resize(1000, 700);
-  w.window->SelectScopeTab(4);
+  w.window->SelectScopeTab(Tab::Lines);
   QApplication::processEvents();
   GridView* grid = w.window->gridPage()->Grid();
   SessionHeaderBar* bar = w.window->gridPage()->Headers();
@@ -237,7 +237,7 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
 TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemAway) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->resize(1280, 800);
-  w.window->SelectScopeTab(3);
+  w.window->SelectScopeTab(Tab::Procedures);
   QApplication::processEvents();
   GridPage* page = w.window->gridPage();
   auto* show = page->findChild<QCheckBox*>("showDifferences");
