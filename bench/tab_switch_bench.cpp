@@ -168,7 +168,7 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
 
   const char* names[] = {"", "Projects", "Modules", "Procedures", "Lines", "Source"};
   // Total time lists what ran; coverage lists every probed line and procedure.
-  for (int measure : {0, 4}) {
+  for (const zol::Measure measure : {zol::Measure::Total, zol::Measure::Coverage}) {
     window.SetMeasure(measure);
     std::map<int, std::vector<double>> times;
     std::map<int, int> rows;
@@ -183,13 +183,13 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
       }
     }
     std::printf("tab switch, whole session selected, measure %s (best / median of %d, ms; rows):\n",
-                measure == 4 ? "coverage" : "total time", o.repeat);
+                measure == zol::Measure::Coverage ? "coverage" : "total time", o.repeat);
     PrintTimes(times, rows, names);
   }
 
   // A click on each header of the Lines grid, twice, so that both orders
   // are timed.
-  window.SetMeasure(Measure::Total);
+  window.SetMeasure(zol::Measure::Total);
   window.pageTabs()->setCurrentIndex(3);
   QApplication::processEvents();
   zol::GridView* grid = window.gridPage()->Grid();

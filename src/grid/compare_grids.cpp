@@ -134,9 +134,10 @@ GridBuild ShowCompareLines(const Workspace& ws, const Selection& sel) {
     const std::int32_t proc = line.BelongToProcedure;
     const zol::Procedure* procedure =
         project.Procedure.InRange(proc) ? &project.Procedure(proc) : nullptr;
-    const bool inSelection = sel.procedure != 0   ? proc == sel.procedure
-                             : sel.module != 0 ? procedure && procedure->BelongToModule == sel.module
-                                             : true;
+    const bool inSelection = sel.procedure != 0 ? proc == sel.procedure
+                             : sel.module != 0
+                                 ? procedure && procedure->BelongToModule == sel.module
+                                 : true;
     if (!inSelection || procedure == nullptr || !g.Needed(i, kNeededLine)) continue;
 
     RowRef row = g.AddRow(procedure ? project.Module(procedure->BelongToModule).Name : "");

@@ -17,8 +17,8 @@ namespace zol {
 
 class ComparedGrid {
  public:
-  ComparedGrid(const Workspace& ws, const Selection& sel,
-               const std::vector<std::string>& leading, const std::vector<std::string>& run);
+  ComparedGrid(const Workspace& ws, const Selection& sel, const std::vector<std::string>& leading,
+               const std::vector<std::string>& run);
 
   int SessionCount() const { return list_.Count(); }
   // IsNeeded over the compared sessions: item `id` of kind `Obj` has a value

@@ -199,7 +199,8 @@ GridBuild ShowProceduresCoverage(const Workspace& ws, const Selection& sel, Sort
   }
 
   if (t.RowCount() > 0) {
-    const ModuleValue& rec = sel.module == 0 ? session.SessionValue : session.ModuleValue(sel.module);
+    const ModuleValue& rec =
+        sel.module == 0 ? session.SessionValue : session.ModuleValue(sel.module);
     AddProcedureCoverageTotal(t, rec, totalHits, sums, critical, bars);
   }
   FinishWithChart(build, sort, kPCoverage, "Procedure Coverage", "Procedure Hits (1 call = 1 hit)");

@@ -10,8 +10,8 @@
 #include <string>
 
 #include "grid/grid_build.h"
-#include "session/selection.h"
 #include "grid/grid_sort.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {

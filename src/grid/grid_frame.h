@@ -14,9 +14,9 @@
 
 #include "grid/cell_text.h"
 #include "grid/grid_build.h"
-#include "session/selection.h"
 #include "grid/grid_sort.h"
 #include "grid/table.h"
+#include "session/selection.h"
 #include "session/workspace.h"
 
 namespace zol {

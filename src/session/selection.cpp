@@ -31,7 +31,7 @@ Measure MeasureFromIndex(std::int32_t index) {
 
 Tab TabFromIndex(std::int32_t index) {
   return index >= IndexOf(Tab::Projects) && index <= IndexOf(Tab::Reports) ? static_cast<Tab>(index)
-                                                                          : Tab::Procedures;
+                                                                           : Tab::Procedures;
 }
 
 std::optional<Measure> ParseMeasure(std::string_view text) {
@@ -40,6 +40,8 @@ std::optional<Measure> ParseMeasure(std::string_view text) {
   return std::nullopt;
 }
 
-std::string_view MeasureName(Measure m) { return kMeasureSpellings[IndexOf(m)].text; }
+std::string_view MeasureName(Measure m) {
+  return kMeasureSpellings[IndexOf(m)].text;
+}
 
 }  // namespace zol

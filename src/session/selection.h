@@ -37,9 +37,15 @@ enum class Tab : std::int32_t {
 };
 
 Measure MeasureFromIndex(std::int32_t index);  // out of range -> Total
-constexpr std::int32_t IndexOf(Measure m) { return static_cast<std::int32_t>(m); }
-constexpr std::int32_t IndexOf(Tab t) { return static_cast<std::int32_t>(t); }
-constexpr bool IsTimeMeasure(Measure m) { return m != Measure::Coverage; }
+constexpr std::int32_t IndexOf(Measure m) {
+  return static_cast<std::int32_t>(m);
+}
+constexpr std::int32_t IndexOf(Tab t) {
+  return static_cast<std::int32_t>(t);
+}
+constexpr bool IsTimeMeasure(Measure m) {
+  return m != Measure::Coverage;
+}
 
 // Command-line spelling: "total", "average", "childtotal", "childaverage",
 // "coverage"; "child-total" and "child-average" are read too, and so are the

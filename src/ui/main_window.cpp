@@ -122,9 +122,11 @@ void MainWindow::BuildWidgets() {
   statusBar()->setSizeGripEnabled(true);
   gridMenu_ = new QMenu(this);
   gridMenu_->setObjectName("gridMenu");
-  gridMenu_->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(Tab::Source); })
+  gridMenu_
+      ->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(Tab::Source); })
       ->setObjectName("viewInSource");
-  gridMenu_->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(Tab::Flow); })
+  gridMenu_
+      ->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(Tab::Flow); })
       ->setObjectName("viewInFlow");
 }
 

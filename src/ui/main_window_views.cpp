@@ -18,12 +18,12 @@
 #include "base/ini_file.h"
 #include "base/temp_files.h"
 #include "base/text.h"
+#include "compare/group_merge.h"
 #include "flow/flow_graph.h"
 #include "flow/flow_options.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_click.h"
 #include "grid/grid_export.h"
-#include "compare/group_merge.h"
 #include "source_view/font_metrics.h"
 #include "source_view/html_options.h"
 #include "source_view/source_links.h"
@@ -213,7 +213,8 @@ void MainWindow::MoveTreeTo(const Selection& place) {
   if (place.procedure != 0) exact += "P" + std::to_string(place.procedure);
   std::string key = exact;
   if (!tree_.Nodes().Find(key)) key = session;
-  if (!tree_.Nodes().Find(key)) key = ref.isCompared() ? kCompareKey : ref.isMerged() ? kMergeKey : "";
+  if (!tree_.Nodes().Find(key))
+    key = ref.isCompared() ? kCompareKey : ref.isMerged() ? kMergeKey : "";
   if (key.empty() || !tree_.Nodes().Find(key)) {
     selection_.set(place);
     return;

@@ -188,8 +188,8 @@ TEST_F(ProjectTreeTest, NodeKeysGiveTheSelection) {
   TickBoth();
   tree_.NodeClicked("MERGE");
   EXPECT_TRUE(tree_.NodeClicked("S2M1P2"));
-  Selection expected{.session = SessionRef::single(2), .project = runs_.cp, .module = 1,
-                     .procedure = 2};
+  Selection expected{
+      .session = SessionRef::single(2), .project = runs_.cp, .module = 1, .procedure = 2};
   EXPECT_EQ(Place(), expected);
   EXPECT_EQ(tree_.PreviousKey(), "MERGE");
   tree_.NodeClicked("S-1M2P5");

@@ -140,18 +140,19 @@ TEST_F(ErrHandlerTest, AReportDumpsTheStateArchivesTheFilesAndAsksForTheFinalDec
   prompter_.clipboardDrops = 2;
 
   const CallPlace place{"zolmark-profiler", "MainWindow", "openSessions", 10};
-  const CallOutcome outcome = RunProtected(
-      handler_, place,
-      [] {
-        ZOL_TRACE("MainWindow.openSessions");
-        ZOL_TRACE("Catalogue.LoadSession");
-        throw std::runtime_error("the log ends early");
-      },
-      {[] { zolDumpVariable("file", std::string("Monday.pfl"), 0); },
-       [] { zolDumpVariable("MainWindow.busy", false, 0); }, [&] {
-         DumpWorkspace(ws);
-         DumpSelection(shown);
-       }});
+  const CallOutcome outcome =
+      RunProtected(handler_, place,
+                   [] {
+                     ZOL_TRACE("MainWindow.openSessions");
+                     ZOL_TRACE("Catalogue.LoadSession");
+                     throw std::runtime_error("the log ends early");
+                   },
+                   {[] { zolDumpVariable("file", std::string("Monday.pfl"), 0); },
+                    [] { zolDumpVariable("MainWindow.busy", false, 0); },
+                    [&] {
+                      DumpWorkspace(ws);
+                      DumpSelection(shown);
+                    }});
   EXPECT_EQ(outcome, CallOutcome::Skipped);
 
   ASSERT_EQ(prompter_.dialogs.size(), 2u);

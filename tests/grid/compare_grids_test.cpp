@@ -112,7 +112,8 @@ TEST(CompareLines, HitsAndTimesPerSessionWithProcedureEndsWithoutTime) {
 
 TEST(CompareProceduresCoverage, CoverageAndCriticalPerSession) {
   HomogeneousFixture f;
-  const GridBuild b = ShowCompareProceduresCoverage(f.ws, f.Compared(Measure::Coverage, testing::kModule1));
+  const GridBuild b =
+      ShowCompareProceduresCoverage(f.ws, f.Compared(Measure::Coverage, testing::kModule1));
   const Table& t = b.Grid;
   EXPECT_EQ(ShownHeaders(t),
             (V{"Module", "Procedure", "Coverage", "Critical Cov.", "Coverage", "Critical Cov."}));

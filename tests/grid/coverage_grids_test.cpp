@@ -69,7 +69,8 @@ TEST(ProceduresCoverage, ProcedureWithoutLineProbesShowsZeroLinesAndDashes) {
   Session& s = f.ws.Session(f.cs);
   s.ProcedureValue(testing::kUnused).TotalLines = 0;
   SortMemory sort;
-  const Table t = ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage, testing::kModule1), sort).Grid;
+  const Table t =
+      ShowProceduresCoverage(f.ws, f.Select(Measure::Coverage, testing::kModule1), sort).Grid;
   EXPECT_EQ(Shown(t, RowWith(t, 2, "Unused")),
             (V{"Module1", "Unused", "-", "0", "-", "-", "", "-", "-"}));
   // The whole-session table leaves it out.

@@ -51,8 +51,9 @@ TEST(DamagedValues, IdsWithoutAProcedureHaveNoRowsOnAnyTab) {
                                 Measure::ChildAverage, Measure::Coverage}) {
     const Selection sel = f.Select(measure);
     const Table procedures = sel.coverage() ? ShowProceduresCoverage(f.ws, sel, sort).Grid
-                                          : ShowProceduresTiming(f.ws, sel, sort).Grid;
-    for (const Row& row : procedures.Rows()) EXPECT_NE(row.Tag, testing::kHelper) << IndexOf(measure);
+                                            : ShowProceduresTiming(f.ws, sel, sort).Grid;
+    for (const Row& row : procedures.Rows())
+      EXPECT_NE(row.Tag, testing::kHelper) << IndexOf(measure);
     const Table lines = ShowLines(f.ws, sel, sort, false).Grid;
     for (const Row& row : lines.Rows()) {
       if (row.Key == "TOTAL" || row.Tag == 0) continue;

@@ -97,7 +97,7 @@ GridFixture::GridFixture() {
 }
 
 zol::Selection GridFixture::Select(Measure measure, std::int32_t module,
-                                  std::int32_t procedure) const {
+                                   std::int32_t procedure) const {
   return {.session = SessionRef::single(cs),
           .project = cp,
           .module = module,

@@ -63,11 +63,14 @@ TEST(ShowLines, CoverageCountsHitsWithLogBarsAndListsProcedureEnds) {
 TEST(ShowLines, SelectedProcedureListsUnhitLinesAndItsEndOnlyForCoverage) {
   GridFixture f;
   SortMemory sort;
-  Table t = ShowLines(f.ws, f.Select(Measure::Total, testing::kModule1, testing::kMain), sort, false).Grid;
+  Table t =
+      ShowLines(f.ws, f.Select(Measure::Total, testing::kModule1, testing::kMain), sort, false)
+          .Grid;
   EXPECT_EQ(testing::ColumnTexts(t, 9), (V{"1", "2", ""}));
   EXPECT_EQ(Shown(t, RowWith(t, 9, "2")),
             (V{"Module1", "Main", "-", "-", "-", "", "-", "-", "x = 2", "2"}));
-  t = ShowLines(f.ws, f.Select(Measure::Coverage, testing::kModule1, testing::kMain), sort, false).Grid;
+  t = ShowLines(f.ws, f.Select(Measure::Coverage, testing::kModule1, testing::kMain), sort, false)
+          .Grid;
   EXPECT_EQ(testing::ColumnTexts(t, 6), (V{"1", "3", "2", ""}));
 
   // A selected module lists only its hit lines.
@@ -79,7 +82,8 @@ TEST(ShowLines, LinesOfADeadProcedureAreGreyBlanks) {
   GridFixture f;
   SortMemory sort;
   const Table t =
-      ShowLines(f.ws, f.Select(Measure::Total, testing::kForm1, testing::kOldCode), sort, false).Grid;
+      ShowLines(f.ws, f.Select(Measure::Total, testing::kForm1, testing::kOldCode), sort, false)
+          .Grid;
   ASSERT_EQ(t.RowCount(), 2);
   const Row& dead = RowWith(t, 9, "10");
   EXPECT_EQ(Shown(t, dead),

@@ -47,9 +47,9 @@ struct TableArgs {
 };
 
 const std::map<std::string, zol::Tab> kTabs = {{"projects", zol::Tab::Projects},
-                                              {"modules", zol::Tab::Modules},
-                                              {"procedures", zol::Tab::Procedures},
-                                              {"lines", zol::Tab::Lines}};
+                                               {"modules", zol::Tab::Modules},
+                                               {"procedures", zol::Tab::Procedures},
+                                               {"lines", zol::Tab::Lines}};
 
 // The key of the tree node that selects the module or procedure asked for.
 std::optional<std::string> NodeKey(const zol::cli::TickedSessions& ticked, const TableArgs& args,
@@ -172,7 +172,7 @@ int Run(const TableArgs& args) {
     zol::ChartArrays arrays;
     zol::ChartDescription chart;
     zol::UpdateChart(build, arrays, chart, ChartOptions(ws, args), zol::IndexOf(sel.tab),
-                    zol::IndexOf(sel.measure));
+                     zol::IndexOf(sel.measure));
     PrintChart(chart);
   }
   const bool comma = !args.csv.empty();
