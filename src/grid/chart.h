@@ -74,7 +74,7 @@ struct ChartDescription {
   friend bool operator==(const ChartDescription&, const ChartDescription&) = default;
 };
 
-// Draws from the arrays by options.GraphType. `activeTab` (Active_tbsTab) says
+// Draws from the arrays by options.GraphType. `activeTab` (the page's tab index) says
 // whether the item limit applies, `displayInfoType` whether values can be
 // summed into "{Other}", whether the axis is a coverage axis, and whether the
 // table is the Lines tab whose names carry a line-ID prefix.

@@ -34,7 +34,7 @@ inline constexpr char kFullShare[] = "100%";
 void FitColumnWidths(Table& table);
 
 // The time of a value record (procedure or line) that the measure shows: total,
-// average, child total or child average for DisplayInfoType 0 to 3.
+// average, child total or child average for time measure index 0 to 3.
 template <typename Value>
 double TimingMeasure(const Value& v, std::int32_t displayInfoType) {
   switch (displayInfoType) {

@@ -24,7 +24,7 @@ enum ColorMode : std::int32_t {
   kColorByValue = 3,
 };
 
-// Measures, as DisplayInfoType holds them.
+// Measures, by their index (IndexOf(Measure)).
 enum DisplayMeasure : std::int32_t {
   kMeasureTotalTime = 0,
   kMeasureAverageTime = 1,

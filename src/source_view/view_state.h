@@ -15,11 +15,11 @@ namespace zol {
 
 // The page last drawn; a new one is built only when one of these changed.
 struct SourcePageKey {
-  std::int32_t Session = 0;
-  std::int32_t Module = 0;
-  std::int32_t Procedure = 0;
-  std::int32_t Line = 0;
-  std::int32_t DisplayInfoType = 0;
+  SessionRef session = SessionRef::none();
+  std::int32_t module = 0;
+  std::int32_t procedure = 0;
+  std::int32_t line = 0;
+  Measure measure = Measure::Total;
   friend bool operator==(const SourcePageKey&, const SourcePageKey&) = default;
 };
 

@@ -26,7 +26,7 @@ class MainToolbar : public QToolBar {
   QMenu* DropDown(const std::string& key) const;
   QActionGroup* Measures() const { return measures_; }
 
-  // Presses the measure button of DisplayInfoType `measure` without any
+  // Presses the button of measure index `measure` (IndexOf(Measure)) without any
   // action running.
   void PressMeasure(int measure);
 
@@ -46,7 +46,7 @@ class MainToolbar : public QToolBar {
   QActionGroup* measures_;
 };
 
-// The measure buttons' keys by DisplayInfoType.
+// The measure buttons' keys by measure index (IndexOf(Measure)).
 inline constexpr const char* kMeasureKeys[] = {"TOTALTIME", "AVERAGETIME", "CHILDTOTALTIME",
                                                "CHILDAVERAGETIME", "COVERAGE"};
 

@@ -318,8 +318,7 @@ void MainWindow::updateSourceView(const Selection& sel) {
   SourceBrowser* browser = sourcePane_->Browser();
   const std::int32_t sessionId = sel.session.sessionIndex();
   const std::int32_t line = sel.line;
-  if (!pageCache_.NeedsReload(
-          {sessionId, sel.module, sel.procedure, sel.line, IndexOf(sel.measure)}))
+  if (!pageCache_.NeedsReload({sel.session, sel.module, sel.procedure, sel.line, sel.measure}))
     return;
   if (auto text = SourceUnavailableText(ws_, sel.session)) {
     browser->ShowNotice(*text);

@@ -46,11 +46,15 @@ TEST(HtmlOptions, DefaultsAndSettingsRoundTrip) {
 
 TEST(ViewState, ReloadOnlyOnChangeAndUnavailableSelections) {
   SourcePageCache cache;
-  EXPECT_TRUE(cache.NeedsReload({1, 2, 3, 0, 0}));
-  EXPECT_FALSE(cache.NeedsReload({1, 2, 3, 0, 0}));
-  EXPECT_TRUE(cache.NeedsReload({1, 2, 3, 0, 4}));
+  const SessionRef one = SessionRef::single(1);
+  EXPECT_TRUE(cache.NeedsReload({one, 2, 3, 0, Measure::Total}));
+  EXPECT_FALSE(cache.NeedsReload({one, 2, 3, 0, Measure::Total}));
+  EXPECT_TRUE(cache.NeedsReload({one, 2, 3, 0, Measure::Coverage}));
+  EXPECT_TRUE(cache.NeedsReload({SessionRef::compared(), 0, 0, 0, Measure::Coverage}));
+  EXPECT_TRUE(cache.NeedsReload({SessionRef::comparedGroups(), 0, 0, 0, Measure::Coverage}))
+      << "compared groups are another page than compared sessions";
   cache.Forget();
-  EXPECT_TRUE(cache.NeedsReload({1, 2, 3, 0, 4}));
+  EXPECT_TRUE(cache.NeedsReload({SessionRef::comparedGroups(), 0, 0, 0, Measure::Coverage}));
 
   Workspace ws;
   ws.SessionSlot(2).IsMergedGroupSession = true;
