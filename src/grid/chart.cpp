@@ -60,14 +60,15 @@ std::vector<std::size_t> OrderByValue(std::size_t count, KeyOf keyOf) {
   return order;
 }
 
-bool LimitApplies(const GraphOptions& o, std::int32_t activeTab, std::size_t count) {
-  return o.GraphMaxItems > 0 && (activeTab == kTabProcedures || activeTab == kTabLines) &&
+bool LimitApplies(const GraphOptions& o, Tab activeTab, std::size_t count) {
+  return o.GraphMaxItems > 0 && (activeTab == Tab::Procedures || activeTab == Tab::Lines) &&
          count > static_cast<std::size_t>(o.GraphMaxItems);
 }
 
 // Totals and coverage can be summed; averages can't.
-bool IsSummable(std::int32_t displayInfoType) {
-  return displayInfoType == 0 || displayInfoType == 2 || displayInfoType == 4;
+bool IsSummable(Measure measure) {
+  return measure == Measure::Total || measure == Measure::ChildTotal ||
+         measure == Measure::Coverage;
 }
 
 // A line's chart name is its zero-padded ID, "-" and its text; the legend
@@ -77,8 +78,8 @@ std::string WithoutLineIdPrefix(const std::string& name) {
   return dash == 0 ? name : Mid(name, dash + 1);
 }
 
-ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std::int32_t activeTab,
-                          std::int32_t displayInfoType) {
+ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, Tab activeTab,
+                          Measure measure) {
   const std::size_t count = arrays.PieCount();
   const auto valueOf = [&](std::size_t i) {
     return arrays.Packed() ? arrays.PackedPie[i] : arrays.ChartArrayPie[i].Value;
@@ -91,7 +92,7 @@ ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std:
     // a sort by value puts them.
     const std::vector<std::size_t> order = OrderByValue(count, valueOf);
     const std::size_t leftOut = count - static_cast<std::size_t>(o.GraphMaxItems);
-    if (IsSummable(displayInfoType)) {
+    if (IsSummable(measure)) {
       other = 0;
       for (std::size_t i = 0; i < leftOut; ++i) other += valueOf(order[i]);
     }
@@ -111,15 +112,15 @@ ChartDescription PieChart(const ChartArrays& arrays, const GraphOptions& o, std:
   chart.Title = arrays.PieTitle;
   for (ChartItem& item : items) {
     chart.Items.push_back(
-        {activeTab == kTabLines ? WithoutLineIdPrefix(item.Name) : std::move(item.Name),
+        {activeTab == Tab::Lines ? WithoutLineIdPrefix(item.Name) : std::move(item.Name),
          {item.Value}});
   }
   if (other != -1) chart.Items.push_back({kOtherItem, {other}});
   return chart;
 }
 
-ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, std::int32_t activeTab,
-                          std::int32_t displayInfoType) {
+ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, Tab activeTab,
+                          Measure measure) {
   const std::size_t count = arrays.BarCount();
   const auto keyOf = [&](std::size_t i) {
     return arrays.Packed() ? arrays.PackedBar[i] : ValueKey(arrays.ChartArrayBar[i]);
@@ -142,7 +143,7 @@ ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, std:
     rows = arrays.ChartArrayBar;
   }
   if (!inOrder) SortRows(rows, o.GraphSortKey);
-  if (activeTab == kTabLines) {
+  if (activeTab == Tab::Lines) {
     for (ChartRow& r : rows) r.Name = WithoutLineIdPrefix(r.Name);
   }
 
@@ -160,7 +161,7 @@ ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, std:
   chart.SeriesNames = arrays.LegendText;
   // Coverage is in whole percent; hit counts of the Lines tab can pass 100,
   // and then the axis grows with them.
-  chart.AxisTop = displayInfoType == 4 && largest <= 100 ? 100 : RoundAxisTop(largest);
+  chart.AxisTop = measure == Measure::Coverage && largest <= 100 ? 100 : RoundAxisTop(largest);
   return chart;
 }
 
@@ -186,19 +187,19 @@ void SaveGraphOptions(const GraphOptions& options, const std::string& iniFile) {
                               iniFile);
 }
 
-ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options,
-                         std::int32_t activeTab, std::int32_t displayInfoType) {
+ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options, Tab activeTab,
+                         Measure measure) {
   if (options.GraphType == kGraphTypePie) {
     if (!arrays.HasPieItems()) {
       ChartDescription chart = ResetChart();
       chart.Title = arrays.PieCaption;
       return chart;
     }
-    return PieChart(arrays, options, activeTab, displayInfoType);
+    return PieChart(arrays, options, activeTab, measure);
   }
   if (options.GraphType == kGraphTypeBar) {
     if (!arrays.HasBarItems()) return ResetChart();
-    return BarChart(arrays, options, activeTab, displayInfoType);
+    return BarChart(arrays, options, activeTab, measure);
   }
   return {};
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "grid/chart_arrays.h"
+#include "session/selection.h"
 
 namespace zol {
 
@@ -22,11 +23,6 @@ inline constexpr std::int32_t kGraphTypePie = 2;
 // The chart control's kinds.
 inline constexpr std::int32_t kChartTypeBar2d = 1;
 inline constexpr std::int32_t kChartTypePie2d = 14;
-
-// The tabs whose tables can be long, and on which the chart keeps only the
-// largest items.
-inline constexpr std::int32_t kTabProcedures = 3;
-inline constexpr std::int32_t kTabLines = 4;
 
 inline constexpr char kNoAvailableChart[] = "No available chart";
 inline constexpr char kOtherItem[] = "{Other}";
@@ -74,12 +70,13 @@ struct ChartDescription {
   friend bool operator==(const ChartDescription&, const ChartDescription&) = default;
 };
 
-// Draws from the arrays by options.GraphType. `activeTab` (the page's tab index) says
-// whether the item limit applies, `displayInfoType` whether values can be
+// Draws from the arrays by options.GraphType. `activeTab` says whether the
+// item limit applies (the Procedures and Lines tabs, whose tables can be
+// long, keep only the largest items), `measure` whether values can be
 // summed into "{Other}", whether the axis is a coverage axis, and whether the
 // table is the Lines tab whose names carry a line-ID prefix.
-ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options,
-                         std::int32_t activeTab, std::int32_t displayInfoType);
+ChartDescription DoChart(const ChartArrays& arrays, const GraphOptions& options, Tab activeTab,
+                         Measure measure);
 
 // DoChart(sortOnly = true): re-sorts what the chart holds by `graphSortKey`.
 void DoChartSortOnly(ChartDescription& chart, std::int32_t graphSortKey);

@@ -5,8 +5,7 @@
 namespace zol {
 
 void UpdateChart(GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
-                 const GraphOptions& options, std::int32_t activeTab,
-                 std::int32_t displayInfoType) {
+                 const GraphOptions& options, Tab activeTab, Measure measure) {
   switch (build.Chart) {
     case ChartUpdate::None:
       break;
@@ -15,7 +14,7 @@ void UpdateChart(GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
       break;
     case ChartUpdate::Draw:
       arrays = std::move(build.Arrays);
-      chart = DoChart(arrays, options, activeTab, displayInfoType);
+      chart = DoChart(arrays, options, activeTab, measure);
       break;
   }
 }

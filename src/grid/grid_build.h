@@ -49,6 +49,6 @@ struct GridBuild {
 // None `chart` stays. The build's arrays move into `arrays`: a million lines'
 // worth is not copied.
 void UpdateChart(GridBuild& build, ChartArrays& arrays, ChartDescription& chart,
-                 const GraphOptions& options, std::int32_t activeTab, std::int32_t displayInfoType);
+                 const GraphOptions& options, Tab activeTab, Measure measure);
 
 }  // namespace zol

@@ -43,11 +43,6 @@ GridBuild ShowCompareProceduresCoverage(const Workspace& ws, const Selection& se
 GridBuild ShowCompareModulesTiming(const Workspace& ws, const Selection& sel);
 GridBuild ShowCompareModulesCoverage(const Workspace& ws, const Selection& sel);
 
-// The grid tabs.
-inline constexpr std::int32_t kTabProjects = 1;
-inline constexpr std::int32_t kTabModules = 2;
-// kTabProcedures (3) and kTabLines (4) stand in chart.h.
-
 inline constexpr char kUnavailableGroups[] = "Unavailable (compared group sessions)";
 inline constexpr char kUnavailableHeterogeneous[] = "Unavailable (heterogeneous sessions)";
 inline constexpr char kClickProcedures[] = "Please click the Procedures tab";

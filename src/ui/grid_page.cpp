@@ -161,7 +161,7 @@ void GridPage::OnOptionChanged(bool sortOnly) {
   } else if (description_.IsReset && !arrays_.HasBarItems() && !arrays_.HasPieItems()) {
     // Nothing to plot: the empty chart stays.
   } else {
-    description_ = DoChart(arrays_, options_, activeTab_, displayInfoType_);
+    description_ = DoChart(arrays_, options_, activeTab_, measure_);
   }
   if (options_.GraphType != kGraphTypeNone) chart_->Draw(description_);
   emit graphOptionsChanged();
@@ -172,9 +172,9 @@ void GridPage::ApplyChartVisibility() {
   if (options_.GraphType != kGraphTypeNone) SetGraphRatio(ratio_);
 }
 
-void GridPage::ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType) {
+void GridPage::ShowBuild(GridBuild build, Tab activeTab, Measure measure) {
   activeTab_ = activeTab;
-  displayInfoType_ = displayInfoType;
+  measure_ = measure;
   const bool comparable = build.Headers.SessionNames.size() >= 2;
   showDifferences_->setEnabled(comparable);
   changedOnly_->setEnabled(comparable && differences_.Show);
@@ -204,7 +204,7 @@ void GridPage::Present(GridBuild build) {
   // The columns before the sessions' runs (module, procedure, line) stay in
   // view while the sessions' columns scroll.
   grid_->SetFrozenColumns(compared ? build.Headers.FirstColumn : 0);
-  UpdateChart(build, arrays_, description_, options_, activeTab_, displayInfoType_);
+  UpdateChart(build, arrays_, description_, options_, activeTab_, measure_);
   grid_->ShowTable(std::move(build.Grid));
   if (compared) {
     headers_->PrepareFakeHeaders(build.Headers);

@@ -38,8 +38,8 @@ class GridPage : public QWidget {
   QLineEdit* SearchBox() const { return search_; }
   void FocusSearch();
 
-  // Shows a build made for tab `activeTab` and measure `displayInfoType`.
-  void ShowBuild(GridBuild build, std::int32_t activeTab, std::int32_t displayInfoType);
+  // Shows a build made for tab `activeTab` and `measure`.
+  void ShowBuild(GridBuild build, Tab activeTab, Measure measure);
   // The difference columns of compared grids ("Show differences", "Changed
   // only"); ticking a box shows the last compared build again with them.
   const DifferenceOptions& differenceOptions() const { return differences_; }
@@ -86,8 +86,8 @@ class GridPage : public QWidget {
   GridBuild compared_;
   ChartArrays arrays_;
   ChartDescription description_;
-  std::int32_t activeTab_ = 0;
-  std::int32_t displayInfoType_ = 0;
+  Tab activeTab_ = Tab::Procedures;
+  Measure measure_ = Measure::Total;
   double ratio_ = 0.5;
   bool settingOptions_ = false;
 };

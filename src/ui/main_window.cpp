@@ -285,8 +285,7 @@ void MainWindow::startUp(const StartOptions& start) {
 
   // A blank grid stands ready before any session is picked.
   SortMemory blankSort;
-  gridPage_->ShowBuild(ShowLines(ws_, sel, blankSort, true), IndexOf(Tab::Lines),
-                       IndexOf(sel.measure));
+  gridPage_->ShowBuild(ShowLines(ws_, sel, blankSort, true), Tab::Lines, sel.measure);
   gridPage_->ResetChart(true);
   sessionSort_.Column = options_.Active_lvwSessions_Column;
   Refresh(ws_);

@@ -139,7 +139,7 @@ void MainWindow::ShowGridTab() {
   GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory());
   ws_.prompter().ShowProgress(false);
   ws_.prompter().SetProgressText("");
-  gridPage_->ShowBuild(std::move(build), IndexOf(sel.tab), IndexOf(sel.measure));
+  gridPage_->ShowBuild(std::move(build), sel.tab, sel.measure);
 }
 
 void MainWindow::SelectScopeTab(Tab tab, NavRecord record) {
@@ -170,8 +170,7 @@ void MainWindow::ClearViews() {
   setWindowTitle(kMessageTitle);
   SortMemory blankSort;
   const Selection none{.tab = Tab::Lines, .measure = selection_.get().measure};
-  gridPage_->ShowBuild(ShowLines(ws_, none, blankSort, true), IndexOf(Tab::Lines),
-                       IndexOf(none.measure));
+  gridPage_->ShowBuild(ShowLines(ws_, none, blankSort, true), Tab::Lines, none.measure);
   gridPage_->ResetChart(true);
   sourcePane_->Browser()->ShowNotice("");
   nav_.Clear();

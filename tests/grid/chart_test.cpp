@@ -27,17 +27,17 @@ std::vector<std::string> Names(const ChartDescription& c) {
 TEST(DoChart, ProceduresTabKeepsTheLargestItemsAndSumsTheRestIntoOther) {
   const ChartArrays a = Items(5);
   GraphOptions o{kGraphTypePie, kGraphSortByValue, 3};
-  ChartDescription c = DoChart(a, o, kTabProcedures, 0);
+  ChartDescription c = DoChart(a, o, Tab::Procedures, Measure::Total);
   EXPECT_EQ(c.ChartType, kChartTypePie2d);
   EXPECT_EQ(c.Title, "pie title");
   EXPECT_EQ(Names(c), (std::vector<std::string>{"p97", "p96", "p95", "{Other}"}));
   EXPECT_EQ(c.Items.back().Values, (std::vector<double>{3000000}));
   // Averages can't be summed: no "{Other}".
-  c = DoChart(a, o, kTabProcedures, 1);
+  c = DoChart(a, o, Tab::Procedures, Measure::Average);
   EXPECT_EQ(Names(c), (std::vector<std::string>{"p97", "p96", "p95"}));
   // By name after the cut.
   o.GraphSortKey = kGraphSortByName;
-  c = DoChart(a, o, kTabProcedures, 4);
+  c = DoChart(a, o, Tab::Procedures, Measure::Coverage);
   EXPECT_EQ(Names(c), (std::vector<std::string>{"p95", "p96", "p97", "{Other}"}));
 }
 
@@ -49,9 +49,10 @@ TEST(DoChart, EqualValuesAtTheCutKeepTheLaterItems) {
   const char* names[] = {"a", "b", "c", "d", "e"};
   for (int i = 0; i < 5; ++i) a.Add(names[i], values[i], values[i]);
   GraphOptions o{kGraphTypeBar, kGraphSortByValue, 2};
-  EXPECT_EQ(Names(DoChart(a, o, kTabProcedures, 0)), (std::vector<std::string>{"c", "d"}));
+  EXPECT_EQ(Names(DoChart(a, o, Tab::Procedures, Measure::Total)),
+            (std::vector<std::string>{"c", "d"}));
   o.GraphType = kGraphTypePie;
-  const ChartDescription pie = DoChart(a, o, kTabProcedures, 0);
+  const ChartDescription pie = DoChart(a, o, Tab::Procedures, Measure::Total);
   ASSERT_EQ(pie.Items.size(), 3u);
   EXPECT_EQ(pie.Items.back().Values, (std::vector<double>{11}));
 }
@@ -59,23 +60,23 @@ TEST(DoChart, EqualValuesAtTheCutKeepTheLaterItems) {
 TEST(DoChart, LimitAppliesOnlyOnProceduresAndLinesAndNotAtZero) {
   const ChartArrays a = Items(5);
   GraphOptions o{kGraphTypeBar, kGraphSortByValue, 3};
-  EXPECT_EQ(DoChart(a, o, 2, 0).Items.size(), 5u);  // modules
-  EXPECT_EQ(DoChart(a, o, 1, 0).Items.size(), 5u);  // projects
-  EXPECT_EQ(DoChart(a, o, kTabLines, 0).Items.size(), 3u);
+  EXPECT_EQ(DoChart(a, o, Tab::Modules, Measure::Total).Items.size(), 5u);   // modules
+  EXPECT_EQ(DoChart(a, o, Tab::Projects, Measure::Total).Items.size(), 5u);  // projects
+  EXPECT_EQ(DoChart(a, o, Tab::Lines, Measure::Total).Items.size(), 3u);
   o.GraphMaxItems = 0;
-  EXPECT_EQ(DoChart(a, o, kTabLines, 0).Items.size(), 5u);
+  EXPECT_EQ(DoChart(a, o, Tab::Lines, Measure::Total).Items.size(), 5u);
 }
 
 TEST(DoChart, BarOfTimesUnderOneSecondIsInMicroseconds) {
   const ChartArrays a = Items(3, 0.001);
-  const ChartDescription c = DoChart(a, GraphOptions{}, kTabProcedures, 0);
+  const ChartDescription c = DoChart(a, GraphOptions{}, Tab::Procedures, Measure::Total);
   EXPECT_EQ(c.ChartType, kChartTypeBar2d);
   EXPECT_EQ(c.Title, "bar title");
   EXPECT_TRUE(c.ScaledToMicroseconds);
   EXPECT_DOUBLE_EQ(c.Items.back().Values[0], 3000);
   EXPECT_EQ(c.AxisTop, 5000);
   // A second or more stays in seconds.
-  const ChartDescription s = DoChart(Items(3), GraphOptions{}, kTabProcedures, 0);
+  const ChartDescription s = DoChart(Items(3), GraphOptions{}, Tab::Procedures, Measure::Total);
   EXPECT_FALSE(s.ScaledToMicroseconds);
   EXPECT_EQ(s.AxisTop, 5);
 }
@@ -84,7 +85,7 @@ TEST(DoChart, CoverageAxisTopsAtOneHundred) {
   ChartArrays a;
   a.Add("a", 12, 1);
   a.Add("b", 66, 1);
-  EXPECT_EQ(DoChart(a, GraphOptions{}, 3, 4).AxisTop, 100);
+  EXPECT_EQ(DoChart(a, GraphOptions{}, Tab::Procedures, Measure::Coverage).AxisTop, 100);
 }
 
 TEST(DoChart, LinesTabSortsByIdAndShowsTheTextOnly) {
@@ -93,15 +94,18 @@ TEST(DoChart, LinesTabSortsByIdAndShowsTheTextOnly) {
   a.Add("02-a - 1", 9, 9);
   a.Add("07-c", 1, 1);
   const ChartDescription c =
-      DoChart(a, GraphOptions{kGraphTypeBar, kGraphSortByName, 20}, kTabLines, 0);
+      DoChart(a, GraphOptions{kGraphTypeBar, kGraphSortByName, 20}, Tab::Lines, Measure::Total);
   EXPECT_EQ(Names(c), (std::vector<std::string>{"a - 1", "c", "b = 2"}));
   // The procedures tab keeps names as they are.
-  EXPECT_EQ(DoChart(a, GraphOptions{kGraphTypeBar, kGraphSortByName, 20}, 3, 0).Items[0].Name,
-            "02-a - 1");
+  EXPECT_EQ(
+      DoChart(a, GraphOptions{kGraphTypeBar, kGraphSortByName, 20}, Tab::Procedures, Measure::Total)
+          .Items[0]
+          .Name,
+      "02-a - 1");
 }
 
 TEST(DoChart, SortOnlyReordersWhatTheChartHolds) {
-  ChartDescription c = DoChart(Items(3), GraphOptions{}, 3, 0);
+  ChartDescription c = DoChart(Items(3), GraphOptions{}, Tab::Procedures, Measure::Total);
   EXPECT_EQ(Names(c), (std::vector<std::string>{"p99", "p98", "p97"}));
   DoChartSortOnly(c, kGraphSortByName);
   EXPECT_EQ(Names(c), (std::vector<std::string>{"p97", "p98", "p99"}));
@@ -113,14 +117,14 @@ TEST(DoChart, SortOnlyReordersWhatTheChartHolds) {
 TEST(DoChart, EmptyArraysResetAndGraphTypeNoneDrawsNothing) {
   ChartArrays a;
   a.PieCaption = "Unavailable (Compared sessions) - Select Bar chart";
-  ChartDescription c = DoChart(a, GraphOptions{}, 3, 0);
+  ChartDescription c = DoChart(a, GraphOptions{}, Tab::Procedures, Measure::Total);
   EXPECT_TRUE(c.IsReset);
   EXPECT_EQ(c.Items[0].Name, "No available chart");
   EXPECT_TRUE(c.Items[0].Values.empty());
-  c = DoChart(a, GraphOptions{kGraphTypePie, 2, 20}, 3, 0);
+  c = DoChart(a, GraphOptions{kGraphTypePie, 2, 20}, Tab::Procedures, Measure::Total);
   EXPECT_TRUE(c.IsReset);
   EXPECT_EQ(c.Title, "Unavailable (Compared sessions) - Select Bar chart");
-  c = DoChart(Items(2), GraphOptions{kGraphTypeNone, 2, 20}, 3, 0);
+  c = DoChart(Items(2), GraphOptions{kGraphTypeNone, 2, 20}, Tab::Procedures, Measure::Total);
   EXPECT_EQ(c.ChartType, 0);
   EXPECT_TRUE(c.Items.empty());
 
@@ -136,7 +140,7 @@ TEST(DoChart, ComparedBarsKeepEverySeries) {
   ChartArrays a;
   a.ChartArrayBar = {{"x", {2, 0.5}}, {"y", {1, 3}}};
   a.LegendText = {"run1", "run2"};
-  const ChartDescription c = DoChart(a, GraphOptions{}, 3, 0);
+  const ChartDescription c = DoChart(a, GraphOptions{}, Tab::Procedures, Measure::Total);
   EXPECT_EQ(c.SeriesNames, a.LegendText);
   EXPECT_EQ(c.Items[0], (ChartRow{"x", {2, 0.5}}));  // sorted by the largest value
   EXPECT_EQ(c.Items[1], (ChartRow{"y", {1, 3}}));

@@ -171,8 +171,7 @@ int Run(const TableArgs& args) {
   if (args.chart) {
     zol::ChartArrays arrays;
     zol::ChartDescription chart;
-    zol::UpdateChart(build, arrays, chart, ChartOptions(ws, args), zol::IndexOf(sel.tab),
-                     zol::IndexOf(sel.measure));
+    zol::UpdateChart(build, arrays, chart, ChartOptions(ws, args), sel.tab, sel.measure);
     PrintChart(chart);
   }
   const bool comma = !args.csv.empty();
