@@ -18,7 +18,6 @@
 #include "base/ini_file.h"
 #include "base/temp_files.h"
 #include "base/text.h"
-#include "compare/group_merge.h"
 #include "flow/flow_graph.h"
 #include "flow/flow_options.h"
 #include "grid/grid_builders.h"
@@ -135,7 +134,9 @@ void MainWindow::showCurrentPage(NavRecord record) {
 
 void MainWindow::ShowGridTab() {
   UpdateTitle();
-  const Selection& sel = selection_.get();
+  // A copy: events that run while the table is built must not change what
+  // it is built for.
+  const Selection sel = selection_.get();
   GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory());
   ws_.prompter().ShowProgress(false);
   ws_.prompter().SetProgressText("");
