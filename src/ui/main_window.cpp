@@ -273,7 +273,7 @@ void MainWindow::startUp(const StartOptions& start) {
   LoadOptions();
   if (start.tab >= 1 && start.tab <= kTabCount) {
     Selection sel = selection_.get();
-    sel.tab = static_cast<Tab>(start.tab);
+    sel.tab = TabFromIndex(start.tab);
     selection_.set(sel);
   }
   const Selection& sel = selection_.get();

@@ -16,7 +16,7 @@ QStringList SaveTabScreenshots(MainWindow& window, const QString& folder) {
   QStringList written;
   QTabBar* tabs = window.pageTabs();
   for (int tab = 1; tab <= tabs->count(); ++tab) {
-    window.SelectScopeTab(static_cast<Tab>(tab));
+    window.SelectScopeTab(TabFromIndex(tab));
     // Let the layout settle and the chart draw before the picture is taken.
     for (int i = 0; i < 5; ++i) QApplication::processEvents();
     const QString file =
