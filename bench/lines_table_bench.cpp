@@ -110,9 +110,9 @@ int main(int argc, char** argv) {
 
   // A click on each header of the table of the first measure, best of the
   // repeats: the target is 300 ms for a million rows.
-  zol::GridSelection sel;
-  sel.cs = cs;
-  sel.cp = ws.Session(cs).Project;
+  const zol::Selection sel{.session = zol::SessionRef::single(cs),
+                           .project = ws.Session(cs).Project,
+                           .tab = zol::Tab::Lines};
   zol::SortMemory sort;
   zol::GridBuild b = zol::ShowLines(ws, sel, sort, false);
   zol::Table& t = b.Grid;

@@ -243,7 +243,7 @@ int MeasureLongModule(int argc, char** argv, const Options& o, const std::string
   const zol::Project& p = ws.Project(ws.Session(1).Project);
   std::printf("source page of a long module (%d modules, %d lines, %d procedures in all):\n",
               p.ModulesNumber, p.LinesNumber, p.ProceduresNumber);
-  for (int measure : {0, 4}) {
+  for (const zol::Measure measure : {zol::Measure::Total, zol::Measure::Coverage}) {
     window.SetMeasure(measure);
     std::vector<double> times;
     for (int r = 0; r < o.repeat; ++r) {
@@ -257,8 +257,8 @@ int MeasureLongModule(int argc, char** argv, const Options& o, const std::string
     }
     std::sort(times.begin(), times.end());
     std::printf("  module of %d statements, measure %-10s best %8.1f  median %8.1f ms (of %zu)\n",
-                o.moduleLines, measure == 4 ? "coverage" : "total time", times.front(),
-                times[times.size() / 2], times.size());
+                o.moduleLines, measure == zol::Measure::Coverage ? "coverage" : "total time",
+                times.front(), times[times.size() / 2], times.size());
   }
   std::printf("\n");
   window.close();

@@ -253,7 +253,6 @@ bool FinishSessionLoad(Workspace& ws, SessionLoad&& load) {
   // became of the session: the next session of the project needs no scan.
   if (load.projectScanned && ws.Project.InRange(load.projectIndex)) {
     ws.Project(load.projectIndex) = std::move(load.project);
-    ws.cp = load.projectIndex;
   }
 
   Session& s = ws.Session(load.cs);

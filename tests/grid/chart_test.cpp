@@ -162,16 +162,17 @@ TEST(DoChart, PackedItemsDrawAsTheSameItemsInArrays) {
   for (const std::int32_t type : {kGraphTypeBar, kGraphTypePie}) {
     for (const std::int32_t sortKey : {kGraphSortByName, kGraphSortByValue}) {
       for (const std::int32_t most : {0, 5, 40, 60}) {
-        for (const std::int32_t tab : {kTabProcedures, kTabLines}) {
+        for (const Tab tab : {Tab::Procedures, Tab::Lines}) {
           const GraphOptions o{type, sortKey, most};
-          EXPECT_EQ(DoChart(packed, o, tab, 0), DoChart(arrays, o, tab, 0))
-              << type << " " << sortKey << " " << most << " " << tab;
+          EXPECT_EQ(DoChart(packed, o, tab, Measure::Total),
+                    DoChart(arrays, o, tab, Measure::Total))
+              << type << " " << sortKey << " " << most << " " << IndexOf(tab);
         }
       }
     }
   }
   packed.Erase();
-  EXPECT_TRUE(DoChart(packed, {}, kTabLines, 0).IsReset);
+  EXPECT_TRUE(DoChart(packed, {}, Tab::Lines, Measure::Total).IsReset);
 }
 
 TEST(GraphOptions, DefaultsClampedValuesAndRoundTrip) {

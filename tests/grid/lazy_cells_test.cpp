@@ -124,18 +124,18 @@ TEST(LazyCells, SortsAndWidthsAgreeWithTablesOfWrittenTexts) {
     Workspace ws(std::make_shared<SilentPrompter>());
     const std::int32_t cs = RandomSession(ws, seed);
     for (std::int32_t dit = 0; dit <= 4; ++dit) {
-      GridSelection sel;
-      sel.cs = cs;
-      sel.cp = ws.Session(cs).Project;
-      sel.DisplayInfoType = dit;
-      for (std::int32_t tab = kTabProjects; tab <= kTabLines; ++tab) {
+      for (const Tab tab : {Tab::Projects, Tab::Modules, Tab::Procedures, Tab::Lines}) {
+        const Selection sel{.session = SessionRef::single(cs),
+                            .project = ws.Session(cs).Project,
+                            .tab = tab,
+                            .measure = MeasureFromIndex(dit)};
         SortMemory memory;
-        GridBuild build = ShowTab(ws, sel, memory, tab);
+        GridBuild build = ShowTab(ws, sel, memory);
         Table& lazy = build.Grid;
-        if (tab == kTabLines) lineRows += lazy.RowCount();
+        if (tab == Tab::Lines) lineRows += lazy.RowCount();
         Table twin = LiteralTwin(lazy);
         const std::string what = "seed " + std::to_string(seed) + " measure " +
-                                 std::to_string(dit) + " tab " + std::to_string(tab);
+                                 std::to_string(dit) + " tab " + std::to_string(IndexOf(tab));
         FitColumnWidths(twin);
         for (int c = 1; c <= lazy.ColumnCount(); ++c) {
           EXPECT_EQ(lazy.ColumnAt(c).Width, twin.ColumnAt(c).Width) << what << " column " << c;
