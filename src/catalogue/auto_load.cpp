@@ -42,16 +42,17 @@ std::vector<std::string> TakeLeftNames(const std::string& ini) {
 
 }  // namespace
 
-int AutoLoadSessions(Workspace& ws, SessionPane& pane) {
-  const std::vector<std::string> names = TakeLeftNames(GetIniFile(ws.appFolder));
-  if (names.empty()) return 0;
-  pane.BringToFront();
+std::vector<std::string> TakeLeftSessionNames(Workspace& ws) {
+  return TakeLeftNames(GetIniFile(ws.appFolder));
+}
+
+CatalogueChange EnterLeftSessions(Workspace& ws, const std::vector<std::string>& names) {
+  CatalogueChange change;
   for (const std::string& name : names) {
-    AddSession(ws, pane, name, true);
+    change.Append(AddSession(ws, name, true));
     AddToFileHistory(ws, name);
   }
-  pane.Refresh(ws);
-  return static_cast<int>(names.size());
+  return change;
 }
 
 }  // namespace zol

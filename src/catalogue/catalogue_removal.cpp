@@ -23,42 +23,45 @@ void DeleteSessionFile(Workspace& ws, const std::string& path) {
 
 }  // namespace
 
-void RemoveSession(Workspace& ws, SessionPane& pane, std::int32_t cs) {
-  if (ws.Session(cs).Selected) {
-    if (pane.ShowsSession(cs)) pane.ResetViews(ws, ViewReset::SessionsGone);
-    pane.UnSelectSession(ws, cs);
-  }
+CatalogueChange RemoveSession(Workspace& ws, std::int32_t cs) {
+  CatalogueChange change;
+  if (ws.Session(cs).Selected) change.sessionsTakenOut.push_back(cs);
   ws.Session(cs) = Session{};
+  return change;
 }
 
-void RemoveSessionGroup(Workspace& ws, SessionPane& pane, std::int32_t sg) {
+CatalogueChange RemoveSessionGroup(Workspace& ws, std::int32_t sg) {
   const SessionGroup g = ws.SessionGroup(sg);
+  CatalogueChange change;
   if (g.Selected) {
-    for (std::int32_t i = 1; i <= g.nSession; ++i) RemoveSession(ws, pane, g.Sessions(i));
-    if (g.GroupMergedSession != 0) RemoveSession(ws, pane, g.GroupMergedSession);
+    for (std::int32_t i = 1; i <= g.nSession; ++i) change.Append(RemoveSession(ws, g.Sessions(i)));
+    if (g.GroupMergedSession != 0) change.Append(RemoveSession(ws, g.GroupMergedSession));
   }
   for (std::int32_t i = 1; i <= g.nSession; ++i) ws.Session(g.Sessions(i)) = Session{};
   // Nothing refers to the group's merged session once the group is gone.
   if (g.GroupMergedSession != 0) ws.Session(g.GroupMergedSession) = Session{};
-  pane.UnSelectSessionGroup(ws, sg);
+  change.groupsTakenOut.push_back(sg);
   ws.SessionGroup(sg) = SessionGroup{};
+  return change;
 }
 
-void DestroySession(Workspace& ws, SessionPane& pane, std::int32_t cs) {
+CatalogueChange DestroySession(Workspace& ws, std::int32_t cs) {
   DeleteSessionFile(ws, ws.Session(cs).SessionFile);
-  RemoveSession(ws, pane, cs);
+  return RemoveSession(ws, cs);
 }
 
-void DestroySessionGroup(Workspace& ws, SessionPane& pane, std::int32_t sg) {
+CatalogueChange DestroySessionGroup(Workspace& ws, std::int32_t sg) {
   DeleteSessionFile(ws, ws.SessionGroup(sg).SessionFile);
-  RemoveSessionGroup(ws, pane, sg);
+  return RemoveSessionGroup(ws, sg);
 }
 
-void ClearSessions(Workspace& ws, SessionPane& pane) {
-  pane.ResetViews(ws, ViewReset::SessionsGone);
+CatalogueChange ClearSessions(Workspace& ws) {
   ws.ClearTables();
   ResetRtfPath(ws);
   ws.fOnlyGroups = false;
+  CatalogueChange change;
+  change.viewReset = ViewReset::SessionsGone;
+  return change;
 }
 
 }  // namespace zol

@@ -64,7 +64,9 @@ void ProjectTree::AddSessionBranch(std::int32_t cs, const std::string& parentKey
 void ProjectTree::SelectSession(std::int32_t cs, const std::string& groupNode, bool dontClick) {
   if (!ws_.Session.InRange(cs)) return;
   const Session& s = ws_.Session(cs);
-  if (s.Selected || !s.Loaded || !ws_.Project.InRange(s.Project) ||
+  // The catalogue may have ticked the session already; the tree adds what it
+  // doesn't show yet.
+  if (nodes_.Find(SessionKey(cs)) || !s.Loaded || !ws_.Project.InRange(s.Project) ||
       !tree_detail::ValuesFitProject(s, ws_.Project(s.Project))) {
     return;
   }
@@ -82,7 +84,7 @@ void ProjectTree::SelectSession(std::int32_t cs, const std::string& groupNode, b
 }
 
 void ProjectTree::SelectSessionGroup(std::int32_t sg, bool dontClick) {
-  if (!ws_.SessionGroup.InRange(sg) || ws_.SessionGroup(sg).Selected) return;
+  if (!ws_.SessionGroup.InRange(sg) || nodes_.Find(GroupKey(sg))) return;
   const std::string groupKey = GroupKey(sg);
   TreeNode& node = nodes_.Add("", groupKey, ws_.SessionGroup(sg).Name, "GROUP");
   node.Bold = true;

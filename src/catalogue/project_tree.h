@@ -38,9 +38,11 @@ class ProjectTree : public MergedSelectionView {
   // Adds the branch of the loaded session `cs` below the node `groupNode`
   // (at the root when empty) and marks the session Selected; unless
   // `dontClick`, selects its node and runs the click handling. Does nothing
-  // for a session already Selected or not Loaded.
+  // for a session not Loaded or whose branch the tree already shows; a
+  // session that the catalogue ticked (TickRow) gets its branch here.
   void SelectSession(std::int32_t cs, const std::string& groupNode, bool dontClick);
-  // Adds the group node and the branches of its members below it.
+  // Adds the group node and the branches of its members below it, unless the
+  // tree shows the group already.
   void SelectSessionGroup(std::int32_t sg, bool dontClick);
   // Removes the branch; the session is no longer Selected.
   void UnSelectSession(std::int32_t cs);

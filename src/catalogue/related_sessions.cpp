@@ -25,8 +25,7 @@ namespace {
 // What the sessions related to one file are looked for in.
 class RelatedSessions {
  public:
-  RelatedSessions(Workspace& ws, SessionPane& pane, bool quiet)
-      : ws_(ws), pane_(pane), quiet_(quiet) {}
+  RelatedSessions(Workspace& ws, bool quiet) : ws_(ws), quiet_(quiet) {}
 
   void FromLog(const std::string& fileName);
   void FromSessionFile(const std::string& fileName);
@@ -37,13 +36,16 @@ class RelatedSessions {
     if (!quiet_) ws_.prompter().ShowMessage(text, MessageKind::Exclamation);
   }
 
+  // The rows entered so far.
+  const CatalogueChange& change() const { return change_; }
+
  private:
   void FromSettingsText(const std::string& iniText, const std::string& iniFolder);
-  void AddAlone(const std::string& fileName) { AddSession(ws_, pane_, fileName, false); }
+  void AddAlone(const std::string& fileName) { change_.Append(AddSession(ws_, fileName, false)); }
 
   Workspace& ws_;
-  SessionPane& pane_;
   bool quiet_;
+  CatalogueChange change_;
 };
 
 std::string LoadTextOrEmpty(const std::string& file) {
@@ -161,7 +163,6 @@ void RelatedSessions::FromSessionFile(const std::string& fileName) {
   const std::string withoutExtension = Left(fileName, static_cast<int>(fileName.size()) - 4);
   if (!SettingsNameTheFile(settings, fileName, withoutExtension)) {
     AddAlone(fileName);
-    pane_.Refresh(ws_);
     return;
   }
   FromSettingsText(settings.text, GetPath(settings.file));
@@ -180,7 +181,6 @@ void RelatedSessions::FromProject(const std::string& fileName) {
     }
     for (const std::string& file : files) AddAlone(file);
   }
-  pane_.Refresh(ws_);
 }
 
 void RelatedSessions::FromSettings(const std::string& iniPath) {
@@ -201,20 +201,19 @@ void RelatedSessions::FromSettingsText(const std::string& iniText, const std::st
     if (namedAgain) continue;
     AddAlone(FindSessionFile(*it, iniFolder).value_or(*it));
   }
-  pane_.Refresh(ws_);
 }
 
 }  // namespace
 
-void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& fileIn, bool quiet) {
+CatalogueChange AddSessionGroup(Workspace& ws, const std::string& fileIn, bool quiet) {
   ZOL_TRACE_ARGS("Catalogue.AddSessionGroup",
                  [&] { return zolParamsText({zolParamToText("File", fileIn)}); });
-  RelatedSessions related(ws, pane, quiet);
+  RelatedSessions related(ws, quiet);
   std::optional<std::string> found = ResolveExistingFile(fileIn);
   if (!found && EndsWithNoCase(fileIn, ".pfl")) found = ResolveExistingFile(WithLastCharD(fileIn));
   if (!found) {
     related.Tell(kNoSessionToLoadText);
-    return;
+    return {};
   }
   const std::string& fileName = *found;
   const std::string extension = LCase(Right(fileName, 4));
@@ -227,20 +226,22 @@ void AddSessionGroup(Workspace& ws, SessionPane& pane, const std::string& fileIn
   } else if (extension == ".ini") {
     related.FromSettings(fileName);
   }
+  return related.change();
 }
 
-void AddSessionFromVBG(Workspace& ws, SessionPane& pane, const std::string& vbgFile) {
+CatalogueChange AddSessionFromVBG(Workspace& ws, const std::string& vbgFile) {
   const std::string vbg = ResolveExistingFile(vbgFile).value_or(vbgFile);
   const std::string folder = GetPath(vbg);
-  AddSessionGroup(ws, pane, GroupSettingsFile(vbg), true);
+  CatalogueChange change = AddSessionGroup(ws, GroupSettingsFile(vbg), true);
   for (const std::string& line : Split(Replace(LoadTextOrEmpty(vbg), "\r\n", "\n"), "\n")) {
     const int at = InStr(1, line, "Project=", CompareMethod::Text);
     if (at == 0) continue;
     const std::string project = Trim(Mid(line, at + 8));
-    AddSessionGroup(ws, pane,
-                    ResolveExistingFile(project, folder).value_or(JoinPath(folder, project)), true);
+    change.Append(AddSessionGroup(
+        ws, ResolveExistingFile(project, folder).value_or(JoinPath(folder, project)), true));
   }
   AddProjectToFileHistory(ws, vbg);
+  return change;
 }
 
 }  // namespace zol

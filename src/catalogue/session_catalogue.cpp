@@ -208,27 +208,32 @@ std::string UnreadModulesMessage(const Workspace& ws, std::int32_t cs) {
   return text;
 }
 
-std::int32_t AddSession(Workspace& ws, SessionPane& pane, const std::string& fileIn,
-                        bool andLoadSession) {
+CatalogueChange AddSession(Workspace& ws, const std::string& fileIn, bool andLoadSession) {
   ZOL_TRACE_ARGS("Catalogue.AddSession",
                  [&] { return zolParamsText({zolParamToText("File", fileIn)}); });
+  CatalogueChange change;
   const std::optional<std::string> found = FindSessionFile(fileIn);
-  if (!found) return 0;
+  if (!found) return change;
   const std::string& fileName = *found;
-  if (AlreadyEntered(ws, fileName)) return 0;
+  if (AlreadyEntered(ws, fileName)) return change;
+  RowKey row;
   if (EndsWithNoCase(fileName, ".pfd") && IsGroupFile(fileName)) {
-    const std::int32_t sg = AddGroup(ws, fileName);
-    if (sg != 0 && andLoadSession) pane.CheckRow(ws, GroupRowKey(sg));
-    return 0;
+    row = {RowKind::Group, AddGroup(ws, fileName)};
+  } else {
+    row = {RowKind::Session, AddSingleSession(ws, fileName)};
   }
-  const std::int32_t cs = AddSingleSession(ws, fileName);
-  if (cs != 0 && andLoadSession) pane.CheckRow(ws, SessionRowKey(cs));
-  return cs;
+  if (row.index == 0) return change;
+  change.added.push_back(row);
+  if (andLoadSession) {
+    if (const std::optional<RowTick> tick = TickRow(ws, row, true)) change.ticks.push_back(*tick);
+  }
+  return change;
 }
 
 std::int32_t AddSession(Workspace& ws, const std::string& fileName) {
-  HeadlessSessionPane pane;
-  return AddSession(ws, pane, fileName, false);
+  const CatalogueChange change = AddSession(ws, fileName, false);
+  if (change.added.empty() || change.added.front().kind != RowKind::Session) return 0;
+  return change.added.front().index;
 }
 
 bool LoadSession(Workspace& ws, std::int32_t cs, ReplayKind kind) {

@@ -65,6 +65,10 @@ std::string GroupRowKey(std::int32_t sg) {
   return "G" + std::to_string(sg);
 }
 
+std::string RowKeyText(const RowKey& row) {
+  return row.kind == RowKind::Session ? SessionRowKey(row.index) : GroupRowKey(row.index);
+}
+
 std::optional<RowKey> ParseRowKey(std::string_view key) {
   if (key.size() < 2 || (key[0] != 'K' && key[0] != 'G')) return std::nullopt;
   std::int32_t index = 0;

@@ -30,12 +30,16 @@ enum class RowKind : char { Session = 'K', Group = 'G' };
 struct RowKey {
   RowKind kind = RowKind::Session;
   std::int32_t index = 0;
+
+  bool operator==(const RowKey&) const = default;
 };
 
 std::string SessionRowKey(std::int32_t cs);
 std::string GroupRowKey(std::int32_t sg);
 // "K12" or "G3"; nothing for any other text.
 std::optional<RowKey> ParseRowKey(std::string_view key);
+// The key text of `row`: SessionRowKey or GroupRowKey.
+std::string RowKeyText(const RowKey& row);
 
 // Whether Session(cs) has a row of its own: it was entered from a file (its
 // SessionFile isn't empty) and it is neither Invisible nor the merged session

@@ -3,6 +3,7 @@
 #include "base/ini_file.h"
 #include "base/text.h"
 #include "catalogue/dont_show_dialog.h"
+#include "catalogue/session_catalogue.h"
 #include "catalogue/session_list.h"
 #include "profile/gather_info.h"
 
@@ -62,18 +63,6 @@ void FilterProject(Workspace& ws, std::int32_t cp, const std::vector<std::int32_
   }
 }
 
-// The wait cursor for the length of a scope, whichever way it ends.
-class BusyCursor {
- public:
-  explicit BusyCursor(SessionPane& pane) : pane_(pane) { pane_.SetBusy(true); }
-  ~BusyCursor() { pane_.SetBusy(false); }
-  BusyCursor(const BusyCursor&) = delete;
-  BusyCursor& operator=(const BusyCursor&) = delete;
-
- private:
-  SessionPane& pane_;
-};
-
 bool AnySessionInPlay(const Workspace& ws) {
   for (std::int32_t cs = 1; cs <= ws.nSession; ++cs) {
     if (IsInPlay(ws.Session(cs))) return true;
@@ -83,11 +72,16 @@ bool AnySessionInPlay(const Workspace& ws) {
 
 // Every ticked row is unticked and ticked again, so that the tree and the
 // merged data are built from the new values.
-void RecheckTickedRows(Workspace& ws, SessionPane& pane) {
+void RecheckTickedRows(Workspace& ws, CatalogueChange& change) {
   for (const SessionListRow& row : SessionListRows(ws)) {
     if (!row.Checked) continue;
-    pane.UncheckRow(ws, row.Key);
-    pane.CheckRow(ws, row.Key);
+    const std::optional<RowKey> key = ParseRowKey(row.Key);
+    if (!key) continue;
+    for (const bool ticked : {false, true}) {
+      if (const std::optional<RowTick> tick = TickRow(ws, *key, ticked)) {
+        change.ticks.push_back(*tick);
+      }
+    }
   }
 }
 
@@ -107,24 +101,24 @@ void ApplyTimingFilters(Workspace& ws, const std::vector<std::string>& filters) 
   }
 }
 
-bool ApplyFilter(Workspace& ws, SessionPane& pane, std::string Filters) {
+std::optional<CatalogueChange> ApplyFilter(Workspace& ws, std::string filters) {
   if (!AnySessionInPlay(ws)) {
     ws.prompter().ShowMessage("No session selected !", MessageKind::Exclamation);
-    return false;
+    return std::nullopt;
   }
-  if (Filters.empty()) {
+  if (filters.empty()) {
     ws.prompter().ShowMessage("No filter defined !\nPlease define filters in the options screen.",
                               MessageKind::Information);
-    return false;
+    return std::nullopt;
   }
   if (!MsgBoxDontShow(ws, kApplyFiltersMessageId, kApplyFiltersTitle, kApplyFiltersText)) {
-    return false;
+    return std::nullopt;
   }
-  BusyCursor busy(pane);
-  ApplyTimingFilters(ws, Split(Filters, "\r\n"));
-  RecheckTickedRows(ws, pane);
-  pane.ResetViews(ws, ViewReset::ValuesChanged);
-  return true;
+  ApplyTimingFilters(ws, Split(filters, "\r\n"));
+  CatalogueChange change;
+  RecheckTickedRows(ws, change);
+  change.viewReset = ViewReset::ValuesChanged;
+  return change;
 }
 
 }  // namespace zol

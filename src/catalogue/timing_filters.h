@@ -7,10 +7,11 @@
 // the values in memory change: the session files keep the measured times, and
 // reloading a session brings them back.
 
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "catalogue/session_pane.h"
+#include "catalogue/catalogue_change.h"
 #include "session/workspace.h"
 
 namespace zol {
@@ -41,9 +42,10 @@ void ApplyTimingFilters(Workspace& ws, const std::vector<std::string>& filters);
 
 // The toolbar's "Apply Filters": checks that a session is ticked and that
 // filters exist (telling the user otherwise), asks (unless the user asked
-// never to see the question again), splits `Filters` at CR LF, rewrites the
+// never to see the question again), splits `filters` at CR LF, rewrites the
 // values, then unticks and ticks every ticked row again so that merged data
-// is rebuilt, and resets the views. Returns whether the filters were applied.
-bool ApplyFilter(Workspace& ws, SessionPane& pane, std::string Filters);
+// is rebuilt. Returns those ticks and the reset of the views, or nothing when
+// the filters weren't applied.
+std::optional<CatalogueChange> ApplyFilter(Workspace& ws, std::string filters);
 
 }  // namespace zol

@@ -4,19 +4,19 @@
 // user input other than the stop button and Esc is held off, so that the
 // events a long operation lets run can't start a second one inside it.
 
-#include "catalogue/session_pane.h"
+#include "ui/main_window.h"
 
 namespace zol {
 
 class BusyScope {
  public:
-  explicit BusyScope(SessionPane& pane) : pane_(pane) { pane_.SetBusy(true); }
-  ~BusyScope() { pane_.SetBusy(false); }
+  explicit BusyScope(MainWindow& window) : window_(window) { window_.setBusy(true); }
+  ~BusyScope() { window_.setBusy(false); }
   BusyScope(const BusyScope&) = delete;
   BusyScope& operator=(const BusyScope&) = delete;
 
  private:
-  SessionPane& pane_;
+  MainWindow& window_;
 };
 
 }  // namespace zol

@@ -7,6 +7,7 @@
 
 #include "base/app_paths.h"
 #include "catalogue/session_list.h"
+#include "ui/main_window.h"
 
 namespace zol {
 
@@ -26,12 +27,16 @@ QIcon Lamp(bool on) {
 
 }  // namespace
 
-void PaneLiveView::SelectSession(Workspace& ws, std::int32_t cs) {
-  pane_.CheckRow(ws, SessionRowKey(cs));
+void PaneLiveView::SelectSession(Workspace&, std::int32_t cs) {
+  window_.onSessionTicked(SessionRowKey(cs), true);
 }
 
-void PaneLiveView::SelectSessionGroup(Workspace& ws, std::int32_t sg) {
-  pane_.CheckRow(ws, GroupRowKey(sg));
+void PaneLiveView::SelectSessionGroup(Workspace&, std::int32_t sg) {
+  window_.onSessionTicked(GroupRowKey(sg), true);
+}
+
+void PaneLiveView::SessionsChanged(Workspace&) {
+  window_.refreshSessionList();
 }
 
 LiveWindow::LiveWindow(Workspace& ws, QWidget* mainWindow, LiveRunView& view,

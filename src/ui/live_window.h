@@ -19,7 +19,6 @@
 #include <memory>
 #include <string>
 
-#include "catalogue/session_pane.h"
 #include "live/compute_thread.h"
 #include "live/event_store.h"
 #include "live/receiver.h"
@@ -27,17 +26,19 @@
 
 namespace zol {
 
+class MainWindow;
+
 // Takes a run's sessions into the window that shows the session list: a
 // session or group is ticked as a click on its row would tick it.
 class PaneLiveView : public LiveRunView {
  public:
-  explicit PaneLiveView(SessionPane& pane) : pane_(pane) {}
+  explicit PaneLiveView(MainWindow& window) : window_(window) {}
   void SelectSession(Workspace& ws, std::int32_t cs) override;
   void SelectSessionGroup(Workspace& ws, std::int32_t sg) override;
-  void SessionsChanged(Workspace& ws) override { pane_.Refresh(ws); }
+  void SessionsChanged(Workspace& ws) override;
 
  private:
-  SessionPane& pane_;
+  MainWindow& window_;
 };
 
 class LiveWindow : public QWidget {

@@ -197,19 +197,19 @@ void MainWindow::ConnectWidgets() {
   connect(sessionList_, &SessionListView::sortRequested, this, [this](int column) {
     sessionSort_.Click(column);
     options_.Active_lvwSessions_Column = sessionSort_.Column;
-    Refresh(ws_);
+    refreshSessionList();
   });
   connect(sessionList_, &SessionListView::removeRequested, this,
-          [this](const QString& key) { RemoveRow(key.toStdString()); });
+          [this](const QString& key) { removeRow(key.toStdString()); });
   connect(sessionList_, &SessionListView::destroyRequested, this,
-          [this](const QString& key) { DestroyRow(key.toStdString()); });
+          [this](const QString& key) { destroyRow(key.toStdString()); });
   connect(sessionList_, &SessionListView::selectAllRequested, this,
-          [this] { SelectAllRows(true); });
+          [this] { selectAllRows(true); });
   connect(sessionList_, &SessionListView::unselectAllRequested, this,
-          [this] { SelectAllRows(false); });
-  connect(sessionList_, &SessionListView::removeAllRequested, this, &MainWindow::RemoveAllSessions);
+          [this] { selectAllRows(false); });
+  connect(sessionList_, &SessionListView::removeAllRequested, this, &MainWindow::removeAllSessions);
   connect(sessionList_, &SessionListView::destroyAllRequested, this,
-          &MainWindow::DestroyAllSessions);
+          &MainWindow::destroyAllSessions);
 
   connect(gridPage_->Grid(), &GridView::gridClicked, this, [this](int kind, int row, int column) {
     RunGuarded(this, [&] { onGridClicked(kind, row, column); });
@@ -255,7 +255,7 @@ void MainWindow::ConnectWidgets() {
   // it stops while it is up.
   autoLoadTimer_.setParent(this);
   connect(&autoLoadTimer_, &QTimer::timeout, this,
-          [this] { RunGuarded(this, [this] { AutoLoadSessions(); }); });
+          [this] { RunGuarded(this, [this] { autoLoadSessions(); }); });
 }
 
 // --- Start and end ---
@@ -288,7 +288,7 @@ void MainWindow::startUp(const StartOptions& start) {
   gridPage_->ShowBuild(ShowLines(ws_, sel, blankSort, true), Tab::Lines, sel.measure);
   gridPage_->ResetChart(true);
   sessionSort_.Column = options_.Active_lvwSessions_Column;
-  Refresh(ws_);
+  refreshSessionList();
 
   {
     const QSignalBlocker block(tabs_);
@@ -301,7 +301,7 @@ void MainWindow::startUp(const StartOptions& start) {
   ApplyWindowPlace();
   if (start.minimised) setWindowState(windowState() | Qt::WindowMinimized);
   autoLoadTimer_.start();
-  OpenStartFiles(start);
+  openStartFiles(start);
 }
 
 void MainWindow::LoadOptions() {
@@ -415,7 +415,7 @@ void MainWindow::requestStop() {
   if (loading()) loader_->requestStop();
 }
 
-void MainWindow::SetBusy(bool busy) {
+void MainWindow::setBusy(bool busy) {
   if (busy) {
     if (busy_++ == 0) QApplication::setOverrideCursor(Qt::WaitCursor);
   } else if (busy_ > 0 && --busy_ == 0) {
@@ -461,11 +461,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
     if (url.isLocalFile()) files.push_back(FromQPath(url.toLocalFile()));
   }
   event->acceptProposedAction();
-  RunGuarded(this, [&] {
-    BusyScope busy(*this);
-    for (const std::string& file : files) AddSessionFile(file);
-    AfterCatalogueChange();
-  });
+  RunGuarded(this, [&] { addSessionFiles(files); });
 }
 
 // --- Toolbar ---
@@ -485,9 +481,9 @@ void MainWindow::OnToolbarButton(const QString& keyText) {
       QProcess::startDetached(FindInstrumenter(), {"--console"});
       return;
     }
-    if (key == "ADDSESSION") return OpenSessionFile(false);
+    if (key == "ADDSESSION") return openSessionFile(false);
     if (key == "SAVEMERGED") return SaveMergedSession();
-    if (key == "CLEAR") return RemoveAllSessions();
+    if (key == "CLEAR") return removeAllSessions();
     if (key == "BACK") return BrowseBack();
     if (key == "FWD") return BrowseFwd();
     if (key == "FILTERS") return ApplyFilters();
@@ -537,12 +533,12 @@ void MainWindow::onToolbarMenuEntry(const QString& entry) {
     const std::string file = FromQPath(entry);
     const QString lower = entry.toLower();
     if (lower.endsWith(".pfl") || lower.endsWith(".pfd")) {
-      AddSession(ws_, *this, file, true);
+      const CatalogueChange change = AddSession(ws_, file, true);
       AddToFileHistory(ws_, file);
+      showCatalogueChange(change);
     } else {
-      AddSessionFile(file);
+      addSessionFiles({file});
     }
-    AfterCatalogueChange();
   });
 }
 
@@ -606,7 +602,8 @@ void MainWindow::SaveMergedSession() {
   if (file.isEmpty()) return;
   BusyScope busy(*this);
   zol::SaveMergedSession(ws_, FromQPath(file), &tree_);
-  AfterCatalogueChange();
+  refreshSessionList();
+  SyncTree();
 }
 
 void MainWindow::ApplyFilters() {
@@ -614,10 +611,12 @@ void MainWindow::ApplyFilters() {
   // Unticking and ticking the rows again moves the tree to each session in
   // turn; the user's own place is shown again with the new values.
   const std::string place = tree_.Nodes().SelectedKey();
-  if (ApplyFilter(ws_, *this, ws_.view.Filters) && tree_.Nodes().Find(place)) {
-    tree_.NodeClicked(place);
+  if (const std::optional<CatalogueChange> change = ApplyFilter(ws_, ws_.view.Filters)) {
+    showCatalogueChange(*change);
+    if (tree_.Nodes().Find(place)) tree_.NodeClicked(place);
   }
-  AfterCatalogueChange();
+  refreshSessionList();
+  SyncTree();
 }
 
 void MainWindow::SetAutoLoadPaused(bool paused) {

@@ -2,10 +2,11 @@
 
 // The program's main window: the project tree above the session
 // list on the left, the strip of scope tabs over one page at a time on the
-// right, the toolbar above and the status strip below. It is the session pane
-// of the catalogue (the core tells it what changed) and owns the selection on
-// screen: the tree, the grids, the flow chart and the navigation history hand
-// it places as values, and the pages draw the one it holds.
+// right, the toolbar above and the status strip below. It shows the session
+// list and the tree of the catalogue: the catalogue's operations return what
+// they changed and the window brings its widgets in step. It owns the
+// selection on screen: the tree, the grids, the flow chart and the navigation
+// history hand it places as values, and the pages draw the one it holds.
 //
 // Loading a session runs on a worker thread (see SessionLoader): the window
 // keeps repainting and moving, the progress bar follows the load, and the
@@ -22,7 +23,7 @@
 #include <string>
 #include <vector>
 
-#include "catalogue/session_pane.h"
+#include "catalogue/catalogue_change.h"
 #include "grid/grid_click.h"
 #include "grid/grid_sort.h"
 #include "session/workspace.h"
@@ -72,7 +73,7 @@ struct StartOptions {
   bool saveSettings = true;
 };
 
-class MainWindow : public QMainWindow, public SessionPane, public NavView {
+class MainWindow : public QMainWindow, public NavView {
   Q_OBJECT
 
  public:
@@ -122,38 +123,40 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   void BrowseFwd();
 
   // Session pane actions.
+  // The box of row `key` ticked or unticked by the user: the catalogue loads
+  // and ticks, the window shows the result.
   void onSessionTicked(const std::string& key, bool checked);
   // Renames the row's session or group; false (the user told why) if refused.
   bool renameSession(const std::string& key, const QString& newName);
-  void RemoveRow(const std::string& key);
-  void DestroyRow(const std::string& key);
-  void SelectAllRows(bool checked);
-  void RemoveAllSessions();
-  void DestroyAllSessions();
-  // Enters a file dropped or chosen: sessions, projects, project groups.
-  void AddSessionFile(const std::string& file);
-  void OpenSessionFile(bool mustClearBefore);
+  void removeRow(const std::string& key);
+  void destroyRow(const std::string& key);
+  void selectAllRows(bool checked);
+  void removeAllSessions();
+  void destroyAllSessions();
+  // Enters files dropped or chosen: sessions, projects, project groups, each
+  // with the sessions related to it, and lists each among the recent files.
+  void addSessionFiles(const std::vector<std::string>& files);
+  void openSessionFile(bool mustClearBefore);
   // Takes up the names that another start left in the settings.
-  int AutoLoadSessions();
+  int autoLoadSessions();
   // The files of the command line: entered, ticked, listed among the recent
   // sessions; then the node to select, if one is given.
-  void OpenStartFiles(const StartOptions& start);
+  void openStartFiles(const StartOptions& start);
+  // Brings the session list, the tree and the views in step with what a
+  // catalogue operation changed.
+  void showCatalogueChange(const CatalogueChange& change);
+  // Shows the rows of the catalogue afresh, sorted as the user last had them.
+  void refreshSessionList();
+  // Restores the window if it is minimised, shows it and brings it to the
+  // foreground.
+  void bringToFront();
+  // The wait cursor and held-off input, on or off; calls nest.
+  void setBusy(bool busy);
 
   // Saves the settings (SaveOptions and the chart options).
   void SaveOptions();
   // While a live run is received, session files left by other programs wait.
   void SetAutoLoadPaused(bool paused);
-
-  // --- SessionPane ---
-  void CheckRow(Workspace& ws, const std::string& key) override;
-  void UncheckRow(Workspace& ws, const std::string& key) override;
-  void UnSelectSession(Workspace& ws, std::int32_t cs) override;
-  void UnSelectSessionGroup(Workspace& ws, std::int32_t sg) override;
-  void ResetViews(Workspace& ws, ViewReset how) override;
-  bool ShowsSession(std::int32_t cs) const override;
-  void Refresh(Workspace& ws) override;
-  void BringToFront() override;
-  void SetBusy(bool busy) override;
 
   // --- NavView ---
   void EnableNavButtons(bool back, bool forward) override;
@@ -243,11 +246,16 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   // Puts the result of the load into the catalogue and the tree, then starts
   // the next ticked session waiting, or runs what waited for the loads.
   void finishLoad();
+  // The tree's side of one row ticked or unticked by the catalogue.
+  void showRowTick(const RowTick& tick);
+  // Whether the views show the values of Session(cs) itself.
+  bool ShowsSession(std::int32_t cs) const;
+  // Enters one file as addSessionFiles does, without showing the change.
+  CatalogueChange enterFile(const std::string& file);
   void SyncTree();
   // Puts every ticked session and group back into the tree, after a removal
   // emptied it.
   void RebuildTreeFromTicks();
-  void AfterCatalogueChange();
 
   Workspace& ws_;
   std::shared_ptr<GuiPrompter> prompter_;
@@ -264,7 +272,6 @@ class MainWindow : public QMainWindow, public SessionPane, public NavView {
   int busy_ = 0;
   bool closing_ = false;
   bool saveSettings_ = true;
-  bool treeEmptied_ = false;
 
   MainToolbar* toolbar_ = nullptr;
   ProjectTreeView* treeView_ = nullptr;

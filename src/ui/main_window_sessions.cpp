@@ -1,5 +1,6 @@
 // The main window as the session pane: ticks, names and the list's menu, the
-// files that enter the catalogue, and the tree kept in step with the ticks.
+// files that enter the catalogue, and the list and the tree brought in step
+// with what each catalogue operation reports it changed.
 
 #include <QApplication>
 #include <QFileDialog>
@@ -15,6 +16,7 @@
 #include "base/text.h"
 #include "catalogue/file_history.h"
 #include "catalogue/session_catalogue.h"
+#include "catalogue/session_file_lookup.h"
 #include "catalogue/session_list.h"
 #include "catalogue/session_load.h"
 #include "compare/global_sessions.h"
@@ -31,19 +33,6 @@
 
 namespace zol {
 
-void MainWindow::CheckRow(Workspace&, const std::string& key) {
-  onSessionTicked(key, true);
-  // The catalogue's own operations go on with the session loaded (they list
-  // its .pfd among the recent files, select its nodes): the load still runs
-  // on its worker, the window keeps drawing and holds off other commands,
-  // and the operation waits here for the result.
-  while (loading()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-}
-
-void MainWindow::UncheckRow(Workspace&, const std::string& key) {
-  onSessionTicked(key, false);
-}
-
 void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row) return;
@@ -51,42 +40,79 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
     // One load at a time: a row ticked meanwhile waits its turn; a row
     // unticked is refused until the load is in, and shows its state again.
     if (checked) pendingTicks_.push_back(key);
-    Refresh(ws_);
+    refreshSessionList();
     return;
   }
   BusyScope busy(*this);
   sessionList_->SelectKey(key);
   tree_.RemoveMergeRoots();
-  const std::int32_t n = row->index;
-  if (row->kind == RowKind::Session) {
-    if (!ws_.Session.InRange(n)) return;
-    if (checked && !ws_.Session(n).Loaded) {
-      // The merged and compared nodes, gone above, come back when the load
-      // is in place.
-      SyncTree();
-      startLoad(n);
-      return;
-    }
-    if (checked) {
+  if (checked && row->kind == RowKind::Session && ws_.Session.InRange(row->index) &&
+      !ws_.Session(row->index).Loaded) {
+    // The load runs on the worker; the tick is shown when it is in
+    // (finishLoad). The merged and compared nodes, gone above, come back then.
+    SyncTree();
+    startLoad(row->index);
+    return;
+  }
+  // The catalogue loads and ticks; a session that can't be loaded has been
+  // reported, and its row comes back unticked with the refresh below.
+  const std::optional<RowTick> tick = TickRow(ws_, *row, checked);
+  if (!tick) return;
+  showRowTick(*tick);
+  refreshSessionList();
+  SyncTree();
+}
+
+void MainWindow::showRowTick(const RowTick& tick) {
+  tree_.RemoveMergeRoots();
+  const std::int32_t n = tick.row.index;
+  if (tick.row.kind == RowKind::Session) {
+    if (tick.ticked) {
       tree_.SelectSession(n, "", false);
-    } else {
+    } else if (!tick.wanted) {
       tree_.UnSelectSession(n);
       if (ShowsSession(n)) ClearViews();
     }
-  } else {
-    if (!ws_.SessionGroup.InRange(n)) return;
-    if (checked) {
-      if (ws_.SessionGroup(n).Loaded || LoadSessionGroup(ws_, n)) {
-        tree_.SelectSessionGroup(n, false);
-        // The group's node is selected; its view is drawn as a click would.
-        tree_.NodeClicked("G" + std::to_string(n));
-      }
-    } else {
-      tree_.UnSelectSessionGroup(n);
-    }
+  } else if (tick.ticked) {
+    tree_.SelectSessionGroup(n, false);
+    // The group's node is selected; its view is drawn as a click would.
+    tree_.NodeClicked("G" + std::to_string(n));
+  } else if (!tick.wanted) {
+    tree_.UnSelectSessionGroup(n);
   }
   InitGlobalSessions(ws_, &tree_);
-  Refresh(ws_);
+}
+
+void MainWindow::showCatalogueChange(const CatalogueChange& change) {
+  const bool viewsGone = change.ClearsViewsOf(selection_.get().session.sessionIndex());
+  if (viewsGone) {
+    // The tree is emptied with the views and rebuilt below from the ticks
+    // that remain. Nothing is selected until a node is clicked again; the
+    // page and the measure stay as the user set them.
+    ClearViews();
+    Selection nothing = selection_.get().at(0, 0);
+    nothing.session = SessionRef::none();
+    nothing.project = 0;
+    selection_.set(nothing);
+    tree_.SelectionChanged(true);
+  }
+  for (const std::int32_t cs : change.sessionsTakenOut) tree_.UnSelectSession(cs);
+  for (const std::int32_t sg : change.groupsTakenOut) tree_.UnSelectSessionGroup(sg);
+  for (const RowTick& tick : change.ticks) {
+    // A row that stood in the list before becomes its selected row, as a
+    // click on its box makes it; rows that have just entered are only ticked.
+    const bool entered =
+        std::find(change.added.begin(), change.added.end(), tick.row) != change.added.end();
+    if (!entered) {
+      sessionList_->SelectKey(RowKeyText(tick.row));
+      prompter_->DoEvents();
+    }
+    showRowTick(tick);
+    refreshSessionList();
+  }
+  if (change.viewReset == ViewReset::ValuesChanged) ClearViews();
+  if (viewsGone) RebuildTreeFromTicks();
+  refreshSessionList();
   SyncTree();
 }
 
@@ -135,15 +161,13 @@ void MainWindow::finishLoad() {
     for (const auto& [text, kind] : loader_->takeMessages()) {
       ws_.prompter().ShowMessage(text, kind);
     }
-    {
-      BusyScope busy(*this);
-      // A session that can't be loaded has been reported; its row comes
-      // back unticked with the refresh below.
-      if (FinishSessionLoad(ws_, std::move(load))) tree_.SelectSession(cs, "", false);
-      InitGlobalSessions(ws_, &tree_);
-    }
-    Refresh(ws_);
-    SyncTree();
+    BusyScope busy(*this);
+    // The catalogue puts the values in place and ticks the row, or refuses it
+    // (the user has been told why); the window shows it as any other tick.
+    const bool loaded = FinishSessionLoad(ws_, std::move(load));
+    CatalogueChange change;
+    change.ticks.push_back(TickSessionAfterLoad(ws_, cs, loaded));
+    showCatalogueChange(change);
   });
   while (!loading() && !pendingTicks_.empty()) {
     const std::string key = pendingTicks_.front();
@@ -170,40 +194,32 @@ bool MainWindow::renameSession(const std::string& key, const QString& newName) {
     accepted = true;
     if (outcome.titleChanged) UpdateTitle();
   });
-  Refresh(ws_);
+  refreshSessionList();
   SyncTree();
   return accepted;
 }
 
-void MainWindow::RemoveRow(const std::string& key) {
+void MainWindow::removeRow(const std::string& key) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row || Busy()) return;
   RunGuarded(this, [&] {
     BusyScope busy(*this);
-    if (row->kind == RowKind::Session) {
-      RemoveSession(ws_, *this, row->index);
-    } else {
-      RemoveSessionGroup(ws_, *this, row->index);
-    }
-    AfterCatalogueChange();
+    showCatalogueChange(row->kind == RowKind::Session ? RemoveSession(ws_, row->index)
+                                                      : RemoveSessionGroup(ws_, row->index));
   });
 }
 
-void MainWindow::DestroyRow(const std::string& key) {
+void MainWindow::destroyRow(const std::string& key) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row || Busy()) return;
   RunGuarded(this, [&] {
     BusyScope busy(*this);
-    if (row->kind == RowKind::Session) {
-      DestroySession(ws_, *this, row->index);
-    } else {
-      DestroySessionGroup(ws_, *this, row->index);
-    }
-    AfterCatalogueChange();
+    showCatalogueChange(row->kind == RowKind::Session ? DestroySession(ws_, row->index)
+                                                      : DestroySessionGroup(ws_, row->index));
   });
 }
 
-void MainWindow::SelectAllRows(bool checked) {
+void MainWindow::selectAllRows(bool checked) {
   if (Busy()) return;
   std::vector<std::string> keys;
   for (const SessionListRow& row : sessionModel_->Rows()) {
@@ -214,16 +230,15 @@ void MainWindow::SelectAllRows(bool checked) {
   });
 }
 
-void MainWindow::RemoveAllSessions() {
+void MainWindow::removeAllSessions() {
   if (Busy()) return;
   RunGuarded(this, [&] {
     BusyScope busy(*this);
-    ClearSessions(ws_, *this);
-    AfterCatalogueChange();
+    showCatalogueChange(ClearSessions(ws_));
   });
 }
 
-void MainWindow::DestroyAllSessions() {
+void MainWindow::destroyAllSessions() {
   if (Busy()) return;
   const std::vector<SessionListRow> rows = sessionModel_->Rows();
   if (rows.empty()) return;
@@ -241,51 +256,60 @@ void MainWindow::DestroyAllSessions() {
   }
   RunGuarded(this, [&] {
     BusyScope busy(*this);
-    for (std::int32_t sg : groups) DestroySessionGroup(ws_, *this, sg);
-    for (std::int32_t cs : sessions) DestroySession(ws_, *this, cs);
-    ClearSessions(ws_, *this);
-    AfterCatalogueChange();
+    CatalogueChange change;
+    for (std::int32_t sg : groups) change.Append(DestroySessionGroup(ws_, sg));
+    for (std::int32_t cs : sessions) change.Append(DestroySession(ws_, cs));
+    change.Append(ClearSessions(ws_));
+    showCatalogueChange(change);
   });
 }
 
-void MainWindow::AddSessionFile(const std::string& file) {
-  const std::string lower = LCase(file);
-  if (lower.size() > 4 && lower.compare(lower.size() - 4, 4, ".vbg") == 0) {
-    AddSessionFromVBG(ws_, *this, file);
-  } else {
-    AddSessionGroup(ws_, *this, file, false);
-  }
+CatalogueChange MainWindow::enterFile(const std::string& file) {
+  const CatalogueChange change = EndsWithNoCase(file, ".vbg") ? AddSessionFromVBG(ws_, file)
+                                                              : AddSessionGroup(ws_, file, false);
   AddToFileHistory(ws_, file);
+  return change;
 }
 
-void MainWindow::OpenSessionFile(bool mustClearBefore) {
+void MainWindow::addSessionFiles(const std::vector<std::string>& files) {
+  BusyScope busy(*this);
+  CatalogueChange change;
+  for (const std::string& file : files) change.Append(enterFile(file));
+  showCatalogueChange(change);
+}
+
+void MainWindow::openSessionFile(bool mustClearBefore) {
   const QStringList files = QFileDialog::getOpenFileNames(
       this, tr("Load sessions"), QString(), "Sessions (*.pfl *.pfd);;Original Projects (*.vbp)");
   if (files.isEmpty()) return;
   BusyScope busy(*this);
-  if (mustClearBefore) ClearSessions(ws_, *this);
-  for (const QString& f : files) AddSessionFile(FromQPath(f));
-  AfterCatalogueChange();
+  if (mustClearBefore) showCatalogueChange(ClearSessions(ws_));
+  std::vector<std::string> names;
+  for (const QString& f : files) names.push_back(FromQPath(f));
+  addSessionFiles(names);
 }
 
-int MainWindow::AutoLoadSessions() {
+int MainWindow::autoLoadSessions() {
   if (Busy() || closing_) return 0;
   BusyScope busy(*this);
-  const int taken = zol::AutoLoadSessions(ws_, *this);
-  if (taken > 0) AfterCatalogueChange();
-  return taken;
+  const std::vector<std::string> names = TakeLeftSessionNames(ws_);
+  if (names.empty()) return 0;
+  bringToFront();
+  showCatalogueChange(EnterLeftSessions(ws_, names));
+  return static_cast<int>(names.size());
 }
 
-void MainWindow::OpenStartFiles(const StartOptions& start) {
+void MainWindow::openStartFiles(const StartOptions& start) {
   if (start.files.empty() && start.selectKey.empty()) return;
   RunGuarded(this, [&] {
     {
       BusyScope busy(*this);
+      CatalogueChange change;
       for (const std::string& file : start.files) {
-        AddSession(ws_, *this, file, true);
+        change.Append(AddSession(ws_, file, true));
         AddToFileHistory(ws_, file);
       }
-      AfterCatalogueChange();
+      showCatalogueChange(change);
     }
   });
   if (!start.selectKey.empty()) {
@@ -293,42 +317,11 @@ void MainWindow::OpenStartFiles(const StartOptions& start) {
   }
 }
 
-// --- SessionPane ---
-
-void MainWindow::UnSelectSession(Workspace&, std::int32_t cs) {
-  tree_.UnSelectSession(cs);
-  SyncTree();
-}
-
-void MainWindow::UnSelectSessionGroup(Workspace&, std::int32_t sg) {
-  tree_.UnSelectSessionGroup(sg);
-  SyncTree();
-}
-
 bool MainWindow::ShowsSession(std::int32_t cs) const {
   return selection_.get().session.sessionIndex() == cs;
 }
 
-void MainWindow::ResetViews(Workspace&, ViewReset how) {
-  ClearViews();
-  if (how == ViewReset::SessionsGone) {
-    // Nothing is selected until a node is clicked again; the page and the
-    // measure stay as the user set them.
-    Selection nothing = selection_.get().at(0, 0);
-    nothing.session = SessionRef::none();
-    nothing.project = 0;
-    selection_.set(nothing);
-    tree_.SelectionChanged(true);
-    treeEmptied_ = true;
-    SyncTree();
-    return;
-  }
-  // Values changed in place: the place the user was at is drawn anew by the
-  // caller once the rows are ticked again (ApplyFilters).
-  SyncTree();
-}
-
-void MainWindow::Refresh(Workspace&) {
+void MainWindow::refreshSessionList() {
   std::vector<SessionListRow> rows = SessionListRows(ws_);
   SortSessionRows(rows, sessionSort_);
   const std::string selected = sessionList_->SelectedKey();
@@ -338,7 +331,7 @@ void MainWindow::Refresh(Workspace&) {
       sessionSort_.Column - 1, sessionSort_.Descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
-void MainWindow::BringToFront() {
+void MainWindow::bringToFront() {
   if (isMinimized()) showNormal();
   show();
   raise();
@@ -369,15 +362,6 @@ void MainWindow::RebuildTreeFromTicks() {
   for (std::int32_t sg : groups) tree_.SelectSessionGroup(sg, true);
   for (std::int32_t cs : sessions) tree_.SelectSession(cs, "", true);
   InitGlobalSessions(ws_, &tree_);
-}
-
-void MainWindow::AfterCatalogueChange() {
-  if (treeEmptied_) {
-    treeEmptied_ = false;
-    RebuildTreeFromTicks();
-  }
-  Refresh(ws_);
-  SyncTree();
 }
 
 }  // namespace zol

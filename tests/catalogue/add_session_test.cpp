@@ -67,7 +67,7 @@ TEST_F(AddSessionTest, AFileIsEnteredOnceUnderAnyName) {
   AddSession(*ws_, run_.log);
   AddSession(*ws_, run_.log);
   const std::string other = dir_.path() + "/./" + run_.log.substr(dir_.path().size() + 1);
-  AddSessionGroup(*ws_, pane_, other, false);
+  AddSessionGroup(*ws_, other, false);
   fs::create_symlink(run_.log, dir_ / "link.pfl");
   AddSession(*ws_, dir_ / "link.pfl");
   EXPECT_EQ(Keys(), std::vector<std::string>{"K1"});
@@ -85,7 +85,7 @@ TEST_F(AddSessionTest, ALogThatIsGoneEntersItsSessionFile) {
     ASSERT_TRUE(LoadSession(*first, AddSession(*first, run_.log)));
   }
   ASSERT_FALSE(FileExist(run_.log));
-  AddSessionGroup(*ws_, pane_, run_.log, false);
+  AddSessionGroup(*ws_, run_.log, false);
   ASSERT_EQ(ws_->nSession, 1);
   EXPECT_EQ(ws_->Session(1).SessionFile, Pfd(run_.log));
   EXPECT_EQ(ws_->Session(1).Name, "run1");
@@ -94,17 +94,20 @@ TEST_F(AddSessionTest, ALogThatIsGoneEntersItsSessionFile) {
 }
 
 TEST_F(AddSessionTest, TheRowIsTickedWhenAskedAndLoadsTheSession) {
-  const std::int32_t cs = AddSession(*ws_, pane_, run_.log, true);
-  ASSERT_EQ(cs, 1);
-  EXPECT_EQ(pane_.calls, std::vector<std::string>{"check K1"});
-  EXPECT_TRUE(ws_->Session(cs).Loaded);
+  const CatalogueChange change = AddSession(*ws_, run_.log, true);
+  const RowKey k1{RowKind::Session, 1};
+  EXPECT_EQ(change.added, std::vector<RowKey>{k1});
+  EXPECT_EQ(change.ticks, (std::vector<RowTick>{{k1, true, true}}));
+  EXPECT_TRUE(ws_->Session(1).Loaded);
   EXPECT_TRUE(SessionListRows(*ws_)[0].Checked);
 }
 
 TEST_F(AddSessionTest, ASessionWhoseSourcesAreGoneComesBackUnticked) {
   fs::remove(run_.vbp);
   prompter_->answers = {Answer::No};
-  ASSERT_EQ(AddSession(*ws_, pane_, run_.log, true), 1);
+  const CatalogueChange change = AddSession(*ws_, run_.log, true);
+  ASSERT_EQ(change.ticks.size(), 1u);
+  EXPECT_TRUE(change.ticks[0].Refused());
   ASSERT_EQ(prompter_->questions.size(), 1u);
   EXPECT_EQ(prompter_->questions[0],
             "Unable to load the session ! The corresponding source code has been removed or "

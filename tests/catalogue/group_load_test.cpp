@@ -34,8 +34,10 @@ class GroupLoadTest : public testing::CatalogueTest {
 };
 
 TEST_F(GroupLoadTest, TickingAGroupLoadsItsMembersBehindOneRow) {
-  EXPECT_EQ(AddSession(*ws_, pane_, groupFile_, true), 0);
-  EXPECT_EQ(pane_.calls, std::vector<std::string>{"check G1"});
+  const CatalogueChange added = AddSession(*ws_, groupFile_, true);
+  const RowKey g1{RowKind::Group, 1};
+  EXPECT_EQ(added.added, std::vector<RowKey>{g1});
+  EXPECT_EQ(added.ticks, (std::vector<RowTick>{{g1, true, true}}));
   const SessionGroup& g = ws_->SessionGroup(1);
   ASSERT_TRUE(g.Loaded) << (prompter_->messages.empty() ? "" : prompter_->messages[0].text);
   ASSERT_EQ(g.nSession, 2);
@@ -58,13 +60,14 @@ TEST_F(GroupLoadTest, TickingAGroupLoadsItsMembersBehindOneRow) {
   EXPECT_TRUE(rows[0].Checked);
   EXPECT_EQ(Setting("HistoryProject1"), original_);
 
-  pane_.calls.clear();
   const std::int32_t merged = g.GroupMergedSession;
   const std::int32_t first = g.Sessions(1);
-  DestroySessionGroup(*ws_, pane_, 1);
+  const CatalogueChange destroyed = DestroySessionGroup(*ws_, 1);
   EXPECT_FALSE(FileExist(groupFile_));
-  EXPECT_EQ(pane_.calls, (std::vector<std::string>{"unselect K1", "unselect K2", "unselect G1"}))
+  EXPECT_EQ(destroyed.sessionsTakenOut, (std::vector<std::int32_t>{1, 2}))
       << "the ticked members leave the tree; the merged session never was in it";
+  EXPECT_EQ(destroyed.groupsTakenOut, std::vector<std::int32_t>{1});
+  EXPECT_FALSE(destroyed.viewReset);
   EXPECT_TRUE(ws_->Session(first).SessionFile.empty());
   EXPECT_FALSE(ws_->Session(merged).Loaded);
   EXPECT_TRUE(ws_->SessionGroup(1).SessionFile.empty());
@@ -73,7 +76,7 @@ TEST_F(GroupLoadTest, TickingAGroupLoadsItsMembersBehindOneRow) {
 
 TEST_F(GroupLoadTest, ADamagedGroupIsReportedAndStaysUnloaded) {
   fs::resize_file(groupFile_, fs::file_size(groupFile_) - 100);
-  AddSession(*ws_, pane_, groupFile_, true);
+  AddSession(*ws_, groupFile_, true);
   ASSERT_EQ(ws_->nSessionGroup, 1) << "the header is whole";
   EXPECT_FALSE(ws_->SessionGroup(1).Loaded);
   EXPECT_EQ(ws_->SessionGroup(1).nSession, 0);

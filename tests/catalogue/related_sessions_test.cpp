@@ -67,22 +67,24 @@ TEST(ProfilerSessionPathsTest, TheSectionEndsAtAnEmptyLineOrTheNextSection) {
 
 TEST_F(RelatedSessionsTest, TheSettingsListDecidesWhatEntersAndInWhichOrder) {
   WriteSettings(kListed);
-  AddSessionGroup(*ws_, pane_, JoinPath(folder_, "zolOptions_Demo.ini"), false);
+  const CatalogueChange change =
+      AddSessionGroup(*ws_, JoinPath(folder_, "zolOptions_Demo.ini"), false);
   EXPECT_EQ(Names(), (std::vector<std::string>{"run1", "run2"}))
       << "run2 is named again further down and takes its last place; gone.pfl and the "
          "line behind the empty one are passed over";
-  EXPECT_EQ(pane_.calls, std::vector<std::string>{"refresh"});
+  EXPECT_EQ(change.added, (std::vector<RowKey>{{RowKind::Session, 1}, {RowKind::Session, 2}}));
+  EXPECT_TRUE(change.ticks.empty()) << "entered, not loaded";
   EXPECT_TRUE(prompter_->messages.empty());
 }
 
 TEST_F(RelatedSessionsTest, ALogListedInItsSettingsBringsItsWholeRun) {
   WriteSettings(kListed);
-  AddSessionGroup(*ws_, pane_, run_.log, false);
+  AddSessionGroup(*ws_, run_.log, false);
   EXPECT_EQ(Names(), (std::vector<std::string>{"run1", "run2"}));
 
   // A log that its settings don't list enters alone.
   auto other = NewWorkspace();
-  AddSessionGroup(*other, pane_, run3_, false);
+  AddSessionGroup(*other, run3_, false);
   ASSERT_EQ(other->nSession, 1);
   EXPECT_EQ(other->Session(1).Name, "run3");
 }
@@ -93,37 +95,37 @@ TEST_F(RelatedSessionsTest, ASessionFileFindsItselfListedUnderItsLogsName) {
     auto first = NewWorkspace();
     ASSERT_TRUE(LoadSession(*first, AddSession(*first, run_.log)));  // run1.pfl -> run1.pfd
   }
-  AddSessionGroup(*ws_, pane_, run_.log.substr(0, run_.log.size() - 1) + "d", false);
+  AddSessionGroup(*ws_, run_.log.substr(0, run_.log.size() - 1) + "d", false);
   EXPECT_EQ(Names(), (std::vector<std::string>{"run1", "run2"}));
 }
 
 TEST_F(RelatedSessionsTest, AProjectBringsTheSessionFilesBesideIt) {
   WriteSettings("[Profiler Sessions]\r\n");
   WriteFile(JoinPath(folder_, "notes.pfx"), "not a session");
-  AddSessionGroup(*ws_, pane_, run_.vbp, false);
+  AddSessionGroup(*ws_, run_.vbp, false);
   EXPECT_EQ(Names(), (std::vector<std::string>{"run1", "run2", "run3"}));
   EXPECT_TRUE(prompter_->messages.empty());
 
   // Settings without the section (the search is case-sensitive): nothing.
   WriteSettings("[profiler sessions]\r\n");
   auto other = NewWorkspace();
-  AddSessionGroup(*other, pane_, run_.vbp, false);
+  AddSessionGroup(*other, run_.vbp, false);
   EXPECT_EQ(other->nSession, 0);
   EXPECT_TRUE(prompter_->messages.empty());
 }
 
 TEST_F(RelatedSessionsTest, NothingToEnterIsToldUnlessQuiet) {
   const std::string noSection = dir_.Put("plain.ini", "[Source]\r\nProject=x\r\n");
-  AddSessionGroup(*ws_, pane_, noSection, true);
+  AddSessionGroup(*ws_, noSection, true);
   EXPECT_TRUE(prompter_->messages.empty());
-  AddSessionGroup(*ws_, pane_, noSection, false);
-  AddSessionGroup(*ws_, pane_, dir_ / "gone.pfl", false);
+  AddSessionGroup(*ws_, noSection, false);
+  AddSessionGroup(*ws_, dir_ / "gone.pfl", false);
 
   std::string bytes = LoadFile(run_.log);
   bytes.replace(0, 2, "03");
   const std::string newer = dir_.Put("newer.pfl", bytes);
-  AddSessionGroup(*ws_, pane_, newer, true);
-  AddSessionGroup(*ws_, pane_, newer, false);
+  AddSessionGroup(*ws_, newer, true);
+  AddSessionGroup(*ws_, newer, false);
 
   ASSERT_EQ(prompter_->messages.size(), 3u);
   EXPECT_EQ(prompter_->messages[0].text,
@@ -140,7 +142,7 @@ TEST_F(RelatedSessionsTest, AProjectGroupBringsTheSessionsOfEachProject) {
   const std::string vbg = JoinPath(GetPath(folder_), "Runs.vbg");
   WriteFile(vbg, "VBGROUP 5.0\r\nStartupProject=" + GetFileName(folder_) + "\\" +
                      GetFileName(run_.vbp) + "\r\nProject=Missing\\Missing.vbp\r\n");
-  AddSessionFromVBG(*ws_, pane_, vbg);
+  AddSessionFromVBG(*ws_, vbg);
   EXPECT_EQ(Names(), (std::vector<std::string>{"run1", "run2", "run3"}));
   EXPECT_TRUE(prompter_->messages.empty()) << "a group is entered quietly";
   EXPECT_EQ(Setting("HistoryProject1"), vbg);

@@ -24,14 +24,13 @@ class GroupReportTest : public testing::CatalogueTest {
     testing::GroupFileSpec spec{dir_ / "runs/Runs.vbg 1.pfd"};
     auto scratch = NewWorkspace();
     testing::WriteGroupFile(*scratch, {run_.log, testing::AnotherRun(run_, "run2.pfl", 2)}, spec);
-    ASSERT_EQ(AddSession(*ws_, pane_, spec.file, true), 0);
+    ASSERT_EQ(AddSession(*ws_, spec.file, true).ticks.size(), 1u);
     ASSERT_TRUE(ws_->SessionGroup(1).Loaded);
     LoadColors(*ws_, true, "");
     SetFontHTML(*ws_, FixedFontMetrics(), ws_->view.FontHTML, ws_->view.FontSizeHTML);
   }
 
   testing::FixtureRun run_;
-  testing::RecordingPane pane_;
 };
 
 TEST_F(GroupReportTest, OnceForTheGroupAndOncePerMember) {

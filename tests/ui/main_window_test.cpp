@@ -232,7 +232,7 @@ TEST(MainWindow, DestroyingAllAsksFirst) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"});
   {
     MessageBoxCatcher cancel(QMessageBox::Cancel);
-    w.window->DestroyAllSessions();
+    w.window->destroyAllSessions();
     ASSERT_EQ(cancel.texts.size(), 1u);
     EXPECT_EQ(cancel.texts[0], "Destroy 2 sessions ?\n\nThis will also destroy the session files.");
     EXPECT_EQ(cancel.titles[0], "Warning");
@@ -241,7 +241,7 @@ TEST(MainWindow, DestroyingAllAsksFirst) {
   EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 2);
   {
     MessageBoxCatcher ok(QMessageBox::Ok);
-    w.window->DestroyAllSessions();
+    w.window->destroyAllSessions();
   }
   EXPECT_FALSE(FileExist(w.demo.File("Monday.pfd")));
   EXPECT_FALSE(FileExist(w.demo.File("Tuesday.pfd")));
@@ -251,7 +251,7 @@ TEST(MainWindow, DestroyingAllAsksFirst) {
 
 TEST(MainWindow, RemovingTheSessionOnDisplayKeepsTheOtherTicked) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "S1");
-  w.window->RemoveRow("K1");
+  w.window->removeRow("K1");
   const TreeNodes& nodes = w.window->Tree().Nodes();
   EXPECT_EQ(nodes.Find("S1"), nullptr);
   ASSERT_NE(nodes.Find("S2"), nullptr);
@@ -276,16 +276,14 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
       qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
         if (type != QtDebugMsg && text.contains("FAIL")) ++*counter;
       });
-  w.window->AddSessionFile(w.demo.File("Monday.pfl"));
-  w.window->AddSessionFile(w.demo.File("Tuesday.pfl"));
-  w.window->Refresh(*w.ws);
-  w.window->SelectAllRows(true);
+  w.window->addSessionFiles({w.demo.File("Monday.pfl"), w.demo.File("Tuesday.pfl")});
+  w.window->selectAllRows(true);
   ASSERT_TRUE(testing::WaitFor([&] { return !w.window->Busy(); }));
   w.window->ClickTreeNode("MERGE");
   w.window->SelectScopeTab(Tab::Lines);
   w.window->ClickTreeNode("S0M2");
-  w.window->SelectAllRows(false);
-  w.window->RemoveAllSessions();
+  w.window->selectAllRows(false);
+  w.window->removeAllSessions();
   qInstallMessageHandler(previous);
   EXPECT_EQ(warnings, 0);
 }

@@ -48,8 +48,7 @@ class SessionLoading : public ::testing::Test {
     window_ = std::make_unique<MainWindow>(*ws_);
     window_->resize(1000, 700);
     window_->show();
-    window_->AddSessionFile(run_.log);
-    window_->Refresh(*ws_);
+    window_->addSessionFiles({run_.log});
     QApplication::processEvents();
   }
   void TearDown() override {
@@ -86,7 +85,7 @@ TEST_F(SessionLoading, TheWindowKeepsHandlingEventsWhileALoadRuns) {
   bool refused = false;
   while (window_->loading()) {
     // A command that would touch the catalogue is held off while it loads.
-    window_->RemoveRow("K1");
+    window_->removeRow("K1");
     refused = ws_->Session(1).SessionFile == run_.log;
     ASSERT_TRUE(refused);
     EXPECT_FALSE(ws_->Session(1).Loaded);

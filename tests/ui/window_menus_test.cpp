@@ -151,7 +151,7 @@ TEST(WindowMenus, TheTitleNamesTheSessionOnDisplay) {
   EXPECT_EQ(w.window->windowTitle(), "Tuesday - Zolmark Profiler");
   w.window->ClickTreeNode("COMPARE");
   EXPECT_EQ(w.window->windowTitle(), "Compared Sessions - Zolmark Profiler");
-  w.window->RemoveAllSessions();
+  w.window->removeAllSessions();
   EXPECT_EQ(w.window->windowTitle(), "Zolmark Profiler");
 }
 

@@ -12,7 +12,6 @@
 #include "base/app_paths.h"
 #include "base/json_writer.h"
 #include "base/text.h"
-#include "catalogue/session_pane.h"
 #include "catalogue/timing_filters.h"
 #include "cli/cli_workspace.h"
 #include "cli/command_registry.h"
@@ -110,8 +109,7 @@ void Run(const FilterArgs& args) {
   }
   const std::string filters = args.filters ? zol::Replace(*args.filters, ";", "\r\n")
                                            : zol::ReadFiltersSetting(zol::GetIniFile(ws.appFolder));
-  zol::HeadlessSessionPane pane;
-  if (!zol::ApplyFilter(ws, pane, filters)) {
+  if (!zol::ApplyFilter(ws, filters)) {
     zol::cli::SetExitCode(1);
     return;
   }

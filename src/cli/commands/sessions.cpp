@@ -24,11 +24,11 @@ struct SessionsArgs {
   bool deleteUnreadable = false;
 };
 
-void EnterFile(zol::Workspace& ws, zol::SessionPane& pane, const std::string& path) {
+void EnterFile(zol::Workspace& ws, const std::string& path) {
   if (zol::TextEquals(zol::Right(path, 4), ".vbg")) {
-    zol::AddSessionFromVBG(ws, pane, path);
+    zol::AddSessionFromVBG(ws, path);
   } else {
-    zol::AddSessionGroup(ws, pane, path, false);
+    zol::AddSessionGroup(ws, path, false);
   }
 }
 
@@ -74,11 +74,10 @@ void Setup(CLI::App& app) {
     zol::cli::CliWorkspace cli(
         std::make_shared<zol::cli::CliPrompter>(args->yes ? zol::Answer::Yes : zol::Answer::No));
     cli.prompter().SetDeleteUnreadable(args->deleteUnreadable);
-    zol::HeadlessSessionPane pane;
-    for (const std::string& path : args->paths) EnterFile(cli.ws(), pane, path);
+    for (const std::string& path : args->paths) EnterFile(cli.ws(), path);
     if (args->load) {
       for (const zol::SessionListRow& row : zol::SessionListRows(cli.ws())) {
-        pane.CheckRow(cli.ws(), row.Key);
+        if (const auto key = zol::ParseRowKey(row.Key)) zol::TickRow(cli.ws(), *key, true);
       }
     }
     const std::vector<zol::SessionListRow> rows = zol::SessionListRows(cli.ws());
