@@ -16,12 +16,15 @@ MainToolbar::MainToolbar(QWidget* parent)
   setIconSize(QSize(24, 24));
   measures_->setExclusive(true);
 
-  Add("OPEN", tr("Profile"), tr("Profile project (select default plan in Options)"));
-  Add("CONSOLE", tr("Console"), tr("Open Zolmark instrumentation console"));
+  Actions& a = actions_;
+  a.profileProject =
+      Add("OPEN", tr("Profile"), tr("Profile project (select default plan in Options)"));
+  a.console = Add("CONSOLE", tr("Console"), tr("Open Zolmark instrumentation console"));
   addSeparator();
-  Add("ADDSESSION", tr("Load"), tr("Load sessions..."));
-  Add("SAVEMERGED", tr("Save Merged"), tr("Save merged sessions as one single session ..."));
-  Add("CLEAR", tr("Clear"), tr("Clear session pane"));
+  a.loadSessions = Add("ADDSESSION", tr("Load"), tr("Load sessions..."));
+  a.saveMerged =
+      Add("SAVEMERGED", tr("Save Merged"), tr("Save merged sessions as one single session ..."));
+  a.clear = Add("CLEAR", tr("Clear"), tr("Clear session pane"));
   addSeparator();
   const QString measureText[] = {tr("Total"), tr("Average"), tr("Child Total"), tr("Child Avg."),
                                  tr("Coverage")};
@@ -29,32 +32,28 @@ MainToolbar::MainToolbar(QWidget* parent)
                                 tr("Display total children time values"),
                                 tr("Display average children time values"),
                                 tr("Display coverage values")};
-  for (int m = 0; m < 5; ++m) {
-    QAction* a = Add(kMeasureKeys[m], measureText[m], measureTip[m]);
-    a->setCheckable(true);
-    measures_->addAction(a);
+  for (std::size_t m = 0; m < kMeasureCount; ++m) {
+    QAction* measure = Add(kMeasureKeys[m], measureText[m], measureTip[m]);
+    measure->setCheckable(true);
+    measures_->addAction(measure);
+    a.measures[m] = measure;
   }
   addSeparator();
-  Add("BACK", tr("Back"), tr("Back"))->setShortcut(QKeySequence::Back);
-  Add("FWD", tr("Forward"), tr("Forward"))->setShortcut(QKeySequence::Forward);
+  a.back = Add("BACK", tr("Back"), tr("Back"));
+  a.back->setShortcut(QKeySequence::Back);
+  a.forward = Add("FWD", tr("Forward"), tr("Forward"));
+  a.forward->setShortcut(QKeySequence::Forward);
   addSeparator();
-  Add("FILTERS", tr("Filters"), tr("Apply Filters"));
-  Add("OPTIONS", tr("Options"), tr("Options..."));
-  Add("ABOUT", tr("About"), tr("About the Zolmark Profiler..."));
-  Add("HELP", tr("Help"), tr("Help"))->setShortcut(QKeySequence::HelpContents);
+  a.filters = Add("FILTERS", tr("Filters"), tr("Apply Filters"));
+  a.options = Add("OPTIONS", tr("Options"), tr("Options..."));
+  a.about = Add("ABOUT", tr("About"), tr("About the Zolmark Profiler..."));
+  a.help = Add("HELP", tr("Help"), tr("Help"));
+  a.help->setShortcut(QKeySequence::HelpContents);
 
-  for (const char* key : {"OPEN", "ADDSESSION"}) {
-    auto* menu = new QMenu(this);
-    menu->setObjectName(QString("%1Menu").arg(key));
-    menus_[key] = menu;
-    QAction* a = buttons_[key];
-    a->setMenu(menu);
-    if (auto* b = qobject_cast<QToolButton*>(widgetForAction(a))) {
-      b->setPopupMode(QToolButton::MenuButtonPopup);
-    }
-  }
-  Button("BACK")->setEnabled(false);
-  Button("FWD")->setEnabled(false);
+  profileMenu_ = AddDropDown(a.profileProject);
+  loadMenu_ = AddDropDown(a.loadSessions);
+  a.back->setEnabled(false);
+  a.forward->setEnabled(false);
 }
 
 QAction* MainToolbar::Add(const std::string& key, const QString& text, const QString& tip) {
@@ -62,37 +61,40 @@ QAction* MainToolbar::Add(const std::string& key, const QString& text, const QSt
   a->setObjectName(QString::fromStdString(key));
   a->setToolTip(tip);
   a->setData(QString::fromStdString(key));
-  buttons_[key] = a;
-  const QString k = QString::fromStdString(key);
-  connect(a, &QAction::triggered, this, [this, k] { emit buttonClicked(k); });
+  byKey_[key] = a;
   return a;
 }
 
-QAction* MainToolbar::Button(const std::string& key) const {
-  const auto it = buttons_.find(key);
-  return it == buttons_.end() ? nullptr : it->second;
+QMenu* MainToolbar::AddDropDown(QAction* button) {
+  auto* menu = new QMenu(this);
+  menu->setObjectName(button->objectName() + "Menu");
+  button->setMenu(menu);
+  if (auto* b = qobject_cast<QToolButton*>(widgetForAction(button))) {
+    b->setPopupMode(QToolButton::MenuButtonPopup);
+  }
+  return menu;
 }
 
-QMenu* MainToolbar::DropDown(const std::string& key) const {
-  const auto it = menus_.find(key);
-  return it == menus_.end() ? nullptr : it->second;
+QAction* MainToolbar::Button(const std::string& key) const {
+  const auto it = byKey_.find(key);
+  return it == byKey_.end() ? nullptr : it->second;
 }
 
 void MainToolbar::PressMeasure(int measure) {
-  if (measure < 0 || measure > 4) return;
+  if (measure < 0 || measure >= static_cast<int>(kMeasureCount)) return;
   // No action runs: the window listens to "triggered", which a check made
   // here doesn't send; the group still hears of it and lets the others go.
-  Button(kMeasureKeys[measure])->setChecked(true);
+  actions_.measures[static_cast<std::size_t>(measure)]->setChecked(true);
 }
 
 void MainToolbar::SetInstrumenterInstalled(bool installed) {
   const QString missing = tr("\n(The Zolmark instrumenter is not installed.)");
-  Button("OPEN")->setToolTip(tr("Profile project (select default plan in Options)") +
-                             (installed ? QString() : missing));
-  Button("CONSOLE")->setToolTip(tr("Open Zolmark instrumentation console") +
-                                (installed ? QString() : missing));
-  Button("OPEN")->setText(installed ? tr("Profile") : tr("Profile (n/a)"));
-  Button("CONSOLE")->setText(installed ? tr("Console") : tr("Console (n/a)"));
+  actions_.profileProject->setToolTip(tr("Profile project (select default plan in Options)") +
+                                      (installed ? QString() : missing));
+  actions_.console->setToolTip(tr("Open Zolmark instrumentation console") +
+                               (installed ? QString() : missing));
+  actions_.profileProject->setText(installed ? tr("Profile") : tr("Profile (n/a)"));
+  actions_.console->setText(installed ? tr("Console") : tr("Console (n/a)"));
 }
 
 }  // namespace zol

@@ -1,11 +1,14 @@
 #pragma once
 
-// The main window's toolbar: its buttons by key with their
-// tooltips, the five measure buttons as one exclusive group, and the
-// drop-down menus of "OPEN" and "ADDSESSION", which the window fills each
-// time they open.
+// The main window's toolbar: its buttons with their tooltips, the five
+// measure buttons as one exclusive group, and the drop-down menus of
+// "Profile" and "Load", which the window fills each time they open. Each
+// button is an action of its own that the window connects to its slot; the
+// keys ("OPEN", "ADDSESSION", ...) are only the actions' object names, by
+// which tests and the help find them.
 
 #include <QToolBar>
+#include <array>
 #include <map>
 #include <string>
 
@@ -14,16 +17,38 @@ class QMenu;
 
 namespace zol {
 
+inline constexpr std::size_t kMeasureCount = 5;
+
 class MainToolbar : public QToolBar {
   Q_OBJECT
 
  public:
+  // The buttons, by what they do.
+  struct Actions {
+    QAction* profileProject = nullptr;  // "OPEN"
+    QAction* console = nullptr;         // "CONSOLE"
+    QAction* loadSessions = nullptr;    // "ADDSESSION"
+    QAction* saveMerged = nullptr;      // "SAVEMERGED"
+    QAction* clear = nullptr;           // "CLEAR"
+    // By DisplayInfoType: "TOTALTIME", "AVERAGETIME", "CHILDTOTALTIME",
+    // "CHILDAVERAGETIME", "COVERAGE".
+    std::array<QAction*, kMeasureCount> measures{};
+    QAction* back = nullptr;     // "BACK"
+    QAction* forward = nullptr;  // "FWD"
+    QAction* filters = nullptr;  // "FILTERS"
+    QAction* options = nullptr;  // "OPTIONS"
+    QAction* about = nullptr;    // "ABOUT"
+    QAction* help = nullptr;     // "HELP"
+  };
+
   explicit MainToolbar(QWidget* parent = nullptr);
 
-  // The button of `key`; nullptr for an unknown key.
+  const Actions& actions() const { return actions_; }
+  // The button whose key (object name) is `key`; nullptr for an unknown key.
   QAction* Button(const std::string& key) const;
-  // The drop-down of "OPEN" or "ADDSESSION".
-  QMenu* DropDown(const std::string& key) const;
+  // The drop-downs of the profile and load buttons.
+  QMenu* profileMenu() const { return profileMenu_; }
+  QMenu* loadMenu() const { return loadMenu_; }
   QActionGroup* Measures() const { return measures_; }
 
   // Presses the button of measure index `measure` (IndexOf(Measure)) without any
@@ -34,21 +59,20 @@ class MainToolbar : public QToolBar {
   // is absent.
   void SetInstrumenterInstalled(bool installed);
 
- signals:
-  // A button was pressed (for the measures: a measure was chosen).
-  void buttonClicked(const QString& key);
-
  private:
   QAction* Add(const std::string& key, const QString& text, const QString& tip);
+  QMenu* AddDropDown(QAction* button);
 
-  std::map<std::string, QAction*> buttons_;
-  std::map<std::string, QMenu*> menus_;
+  Actions actions_;
+  std::map<std::string, QAction*> byKey_;
+  QMenu* profileMenu_ = nullptr;
+  QMenu* loadMenu_ = nullptr;
   QActionGroup* measures_;
 };
 
 // The measure buttons' keys by measure index (IndexOf(Measure)).
-inline constexpr const char* kMeasureKeys[] = {"TOTALTIME", "AVERAGETIME", "CHILDTOTALTIME",
-                                               "CHILDAVERAGETIME", "COVERAGE"};
+inline constexpr const char* kMeasureKeys[kMeasureCount] = {
+    "TOTALTIME", "AVERAGETIME", "CHILDTOTALTIME", "CHILDAVERAGETIME", "COVERAGE"};
 
 inline constexpr char kInstrumenterMissing[] =
     "The Zolmark instrumenter is not installed on this computer.\n"

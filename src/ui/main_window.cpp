@@ -1,5 +1,5 @@
 // The main window: its widgets and their layout, the start (startUp) and
-// the end (shutDown) with the settings, the toolbar's dispatch, and files
+// the end (shutDown) with the settings, the toolbar's actions, and files
 // dropped on the window.
 
 #include "ui/main_window.h"
@@ -172,10 +172,7 @@ QWidget* MainWindow::BuildRightPane() {
 
 void MainWindow::ConnectWidgets() {
   connect(&selection_, &CurrentSelection::changed, this, &MainWindow::onSelectionChanged);
-  connect(toolbar_, &MainToolbar::buttonClicked, this, &MainWindow::OnToolbarButton);
-  connect(toolbar_->DropDown("OPEN"), &QMenu::aboutToShow, this, &MainWindow::FillOpenMenu);
-  connect(toolbar_->DropDown("ADDSESSION"), &QMenu::aboutToShow, this,
-          &MainWindow::FillAddSessionMenu);
+  connectToolbar();
   connect(tabs_, &QTabBar::currentChanged, this, [this] {
     if (!Busy()) RunGuarded(this, [this] { showCurrentPage(); });
   });
@@ -466,35 +463,53 @@ void MainWindow::dropEvent(QDropEvent* event) {
 
 // --- Toolbar ---
 
-void MainWindow::OnToolbarButton(const QString& keyText) {
-  if (Busy()) return;
-  const std::string key = keyText.toStdString();
-  RunGuarded(this, [&] {
-    for (int m = 0; m < 5; ++m) {
-      if (key == kMeasureKeys[m]) return SetMeasure(MeasureFromIndex(m));
-    }
-    if (key == "OPEN") return ProfileProject("");
-    if (key == "CONSOLE") {
-      if (!instrumenterInstalled_) {
-        return ws_.prompter().ShowMessage(kInstrumenterMissing, MessageKind::Information);
-      }
-      QProcess::startDetached(FindInstrumenter(), {"--console"});
-      return;
-    }
-    if (key == "ADDSESSION") return openSessionFile(false);
-    if (key == "SAVEMERGED") return SaveMergedSession();
-    if (key == "CLEAR") return removeAllSessions();
-    if (key == "BACK") return BrowseBack();
-    if (key == "FWD") return BrowseFwd();
-    if (key == "FILTERS") return ApplyFilters();
-    if (key == "OPTIONS") return ShowOptionsDialog();
-    if (key == "ABOUT") return ShowAbout();
-    if (key == "HELP") return ShowHelp();
+void MainWindow::connectAction(QAction* action, void (MainWindow::*slot)()) {
+  connect(action, &QAction::triggered, this, [this, slot] {
+    if (!Busy()) RunGuarded(this, [this, slot] { (this->*slot)(); });
   });
 }
 
-void MainWindow::FillOpenMenu() {
-  QMenu* menu = toolbar_->DropDown("OPEN");
+void MainWindow::connectToolbar() {
+  const MainToolbar::Actions& a = toolbar_->actions();
+  connectAction(a.profileProject, &MainWindow::profileProject);
+  connectAction(a.console, &MainWindow::openConsole);
+  connectAction(a.loadSessions, &MainWindow::openSessions);
+  connectAction(a.saveMerged, &MainWindow::saveMergedSession);
+  connectAction(a.clear, &MainWindow::removeAllSessions);
+  for (std::size_t m = 0; m < a.measures.size(); ++m) {
+    connect(a.measures[m], &QAction::triggered, this, [this, m] {
+      if (!Busy())
+        RunGuarded(this, [this, m] { SetMeasure(MeasureFromIndex(static_cast<int>(m))); });
+    });
+  }
+  connectAction(a.back, &MainWindow::browseBack);
+  connectAction(a.forward, &MainWindow::browseForward);
+  connectAction(a.filters, &MainWindow::applyFilters);
+  connectAction(a.options, &MainWindow::showOptionsDialog);
+  connectAction(a.about, &MainWindow::showAbout);
+  connectAction(a.help, &MainWindow::showHelp);
+  connect(toolbar_->profileMenu(), &QMenu::aboutToShow, this, &MainWindow::fillProfileMenu);
+  connect(toolbar_->loadMenu(), &QMenu::aboutToShow, this, &MainWindow::fillLoadMenu);
+}
+
+void MainWindow::profileProject() {
+  profileProjectFile("");
+}
+
+void MainWindow::openConsole() {
+  if (!instrumenterInstalled_) {
+    ws_.prompter().ShowMessage(kInstrumenterMissing, MessageKind::Information);
+    return;
+  }
+  QProcess::startDetached(FindInstrumenter(), {"--console"});
+}
+
+void MainWindow::openSessions() {
+  openSessionFile(false);
+}
+
+void MainWindow::fillProfileMenu() {
+  QMenu* menu = toolbar_->profileMenu();
   menu->clear();
   QAction* heading =
       menu->addAction(QString("==Profile with default plan (%1): ==").arg(Q(ws_.view.DefaultPlan)));
@@ -503,30 +518,30 @@ void MainWindow::FillOpenMenu() {
     if (file.empty()) continue;
     QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
     connect(a, &QAction::triggered, this,
-            [this, file] { RunGuarded(this, [&] { ProfileProject(file); }); });
+            [this, file] { RunGuarded(this, [&] { profileProjectFile(file); }); });
   }
 }
 
-void MainWindow::FillAddSessionMenu() {
-  QMenu* menu = toolbar_->DropDown("ADDSESSION");
+void MainWindow::fillLoadMenu() {
+  QMenu* menu = toolbar_->loadMenu();
   menu->clear();
   menu->addAction("========== Load a recent session: ===========")->setEnabled(false);
-  FillHistoryMenu(menu, "HistorySession");
+  fillHistoryMenu(menu, "HistorySession");
   menu->addAction("==== Load all sessions related to original projects: ====")->setEnabled(false);
-  FillHistoryMenu(menu, "HistoryProject");
+  fillHistoryMenu(menu, "HistoryProject");
 }
 
-void MainWindow::FillHistoryMenu(QMenu* menu, const char* history) {
+void MainWindow::fillHistoryMenu(QMenu* menu, const char* history) {
   for (const std::string& file : RetrieveFileHistory(ws_, history)) {
     if (file.empty()) continue;
     QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
     a->setData(QPath(file));
     a->setToolTip(QPath(file));
-    connect(a, &QAction::triggered, this, [this, a] { onToolbarMenuEntry(a->data().toString()); });
+    connect(a, &QAction::triggered, this, [this, a] { openRecentFile(a->data().toString()); });
   }
 }
 
-void MainWindow::onToolbarMenuEntry(const QString& entry) {
+void MainWindow::openRecentFile(const QString& entry) {
   if (Busy()) return;
   RunGuarded(this, [&] {
     BusyScope busy(*this);
@@ -542,7 +557,7 @@ void MainWindow::onToolbarMenuEntry(const QString& entry) {
   });
 }
 
-void MainWindow::ProfileProject(const std::string& project) {
+void MainWindow::profileProjectFile(const std::string& project) {
   if (!instrumenterInstalled_) {
     ws_.prompter().ShowMessage(kInstrumenterMissing, MessageKind::Information);
     return;
@@ -557,7 +572,7 @@ void MainWindow::ProfileProject(const std::string& project) {
   QProcess::startDetached(FindInstrumenter(), {"--plan", Q(ws_.view.DefaultPlan), QPath(file)});
 }
 
-void MainWindow::ShowOptionsDialog() {
+void MainWindow::showOptionsDialog() {
   StoreWindowPlace();
   OptionsDialog dialog(ws_.view, this);
   if (dialog.exec() != QDialog::Accepted) return;
@@ -567,7 +582,7 @@ void MainWindow::ShowOptionsDialog() {
   SaveOptions();
 }
 
-void MainWindow::ShowAbout() {
+void MainWindow::showAbout() {
   QMessageBox::about(
       this, tr("About the Zolmark Profiler"),
       tr("<h3>%1 %2</h3><p>The results browser of the Zolmark code profiler for Visual Basic 6 "
@@ -577,7 +592,7 @@ void MainWindow::ShowAbout() {
           .arg(kMessageTitle, kAppVersion, QPath(GetIniFile(ws_.appFolder)).toHtmlEscaped()));
 }
 
-void MainWindow::ShowHelp() {
+void MainWindow::showHelp() {
   // The topic of the page on display, as the help file names it.
   const QString topic = Q(helpTopic_).section("::/", 1);
   const QString tips =
@@ -596,7 +611,7 @@ void MainWindow::ShowHelp() {
           .arg(tips, topic));
 }
 
-void MainWindow::SaveMergedSession() {
+void MainWindow::saveMergedSession() {
   const QString file =
       QFileDialog::getSaveFileName(this, tr("Save merged sessions"), QString(), "Sessions (*.pfd)");
   if (file.isEmpty()) return;
@@ -606,7 +621,7 @@ void MainWindow::SaveMergedSession() {
   SyncTree();
 }
 
-void MainWindow::ApplyFilters() {
+void MainWindow::applyFilters() {
   BusyScope busy(*this);
   // Unticking and ticking the rows again moves the tree to each session in
   // turn; the user's own place is shown again with the new values.

@@ -119,8 +119,8 @@ class MainWindow : public QMainWindow, public NavView {
   void onGridClicked(int clickKind, int row, int column);
   // The measure buttons.
   void SetMeasure(Measure measure);
-  void BrowseBack();
-  void BrowseFwd();
+  void browseBack();
+  void browseForward();
 
   // Session pane actions.
   // The box of row `key` ticked or unticked by the user: the catalogue loads
@@ -191,21 +191,30 @@ class MainWindow : public QMainWindow, public NavView {
   // The menu bar: File, Edit, View and Help, with the usual shortcuts.
   void BuildMenuBar();
   // Appends the files of history `history` to `menu`, each loading its file.
-  void FillHistoryMenu(QMenu* menu, const char* history);
+  void fillHistoryMenu(QMenu* menu, const char* history);
   // Shows the scope tab at `index` (from 0), whichever tabs the strip holds.
   void ShowTabAt(int index);
 
-  // Toolbar.
-  void OnToolbarButton(const QString& key);
-  void FillOpenMenu();
-  void FillAddSessionMenu();
-  void onToolbarMenuEntry(const QString& entry);
-  void ProfileProject(const std::string& project);
-  void ShowOptionsDialog();
-  void ShowAbout();
-  void ShowHelp();
-  void SaveMergedSession();
-  void ApplyFilters();
+  // Actions of the toolbar and the menus. Each is connected to its own slot;
+  // while the window is busy a trigger is ignored, and a failure goes to the
+  // error capture.
+  void connectAction(QAction* action, void (MainWindow::*slot)());
+  void connectToolbar();
+  void fillProfileMenu();
+  void fillLoadMenu();
+  // A file of a recent list: sessions are entered and ticked, projects and
+  // project groups bring their sessions.
+  void openRecentFile(const QString& entry);
+  // Asks for a project and hands it to the instrumenter with the default plan.
+  void profileProject();
+  void profileProjectFile(const std::string& project);
+  void openConsole();
+  void openSessions();
+  void showOptionsDialog();
+  void showAbout();
+  void showHelp();
+  void saveMergedSession();
+  void applyFilters();
 
   // Views.
   void ShowGridTab();

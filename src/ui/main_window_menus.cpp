@@ -37,13 +37,13 @@ void MainWindow::BuildMenuBar() {
 
   QMenu* file = bar->addMenu(tr("&File"));
   file->setObjectName("fileMenu");
-  connect(AddAction(file, "openSessions", tr("&Open Sessions..."), QKeySequence::Open),
-          &QAction::triggered, this, [this] { OnToolbarButton("ADDSESSION"); });
+  connectAction(AddAction(file, "openSessions", tr("&Open Sessions..."), QKeySequence::Open),
+                &MainWindow::openSessions);
   QMenu* recentSessions = file->addMenu(tr("Recent &Sessions"));
   recentSessions->setObjectName("recentSessions");
   connect(recentSessions, &QMenu::aboutToShow, this, [this, recentSessions] {
     recentSessions->clear();
-    FillHistoryMenu(recentSessions, "HistorySession");
+    fillHistoryMenu(recentSessions, "HistorySession");
     if (recentSessions->isEmpty()) recentSessions->addAction(tr("(none)"))->setEnabled(false);
   });
   QMenu* recentProjects = file->addMenu(tr("Recent &Projects"));
@@ -51,22 +51,22 @@ void MainWindow::BuildMenuBar() {
   recentProjects->setToolTip(tr("Loads all sessions of an original project"));
   connect(recentProjects, &QMenu::aboutToShow, this, [this, recentProjects] {
     recentProjects->clear();
-    FillHistoryMenu(recentProjects, "HistoryProject");
+    fillHistoryMenu(recentProjects, "HistoryProject");
     if (recentProjects->isEmpty()) recentProjects->addAction(tr("(none)"))->setEnabled(false);
   });
   file->addSeparator();
-  connect(AddAction(file, "profileProject", tr("P&rofile Project...")), &QAction::triggered, this,
-          [this] { OnToolbarButton("OPEN"); });
-  connect(AddAction(file, "saveMerged", tr("Save &Merged Sessions..."), QKeySequence::Save),
-          &QAction::triggered, this, [this] { OnToolbarButton("SAVEMERGED"); });
+  connectAction(AddAction(file, "profileProject", tr("P&rofile Project...")),
+                &MainWindow::profileProject);
+  connectAction(AddAction(file, "saveMerged", tr("Save &Merged Sessions..."), QKeySequence::Save),
+                &MainWindow::saveMergedSession);
   QAction* exportTable =
       AddAction(file, "exportTable", tr("&Export Table..."), QKeySequence(Qt::CTRL | Qt::Key_E));
   connect(exportTable, &QAction::triggered, this, [this] {
     if (!Busy() && pages_->currentWidget() == gridPage_) RunGuarded(this, [this] { ExportGrid(); });
   });
   file->addSeparator();
-  connect(AddAction(file, "clearSessions", tr("&Clear Session Pane")), &QAction::triggered, this,
-          [this] { OnToolbarButton("CLEAR"); });
+  connectAction(AddAction(file, "clearSessions", tr("&Clear Session Pane")),
+                &MainWindow::removeAllSessions);
   file->addSeparator();
   connect(AddAction(file, "quit", tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q)),
           &QAction::triggered, this, &QWidget::close);
@@ -129,8 +129,8 @@ void MainWindow::BuildMenuBar() {
   nameTabs();
   connect(view, &QMenu::aboutToShow, this, nameTabs);
   view->addSeparator();
-  QAction* back = toolbar_->Button("BACK");
-  QAction* forward = toolbar_->Button("FWD");
+  QAction* back = toolbar_->actions().back;
+  QAction* forward = toolbar_->actions().forward;
   back->setShortcut(QKeySequence::Back);
   forward->setShortcut(QKeySequence::Forward);
   view->addAction(back);
@@ -138,9 +138,9 @@ void MainWindow::BuildMenuBar() {
 
   QMenu* help = bar->addMenu(tr("&Help"));
   help->setObjectName("helpMenu");
-  help->addAction(toolbar_->Button("HELP"));  // F1
-  connect(AddAction(help, "about", tr("&About the Zolmark Profiler...")), &QAction::triggered, this,
-          [this] { OnToolbarButton("ABOUT"); });
+  help->addAction(toolbar_->actions().help);  // F1
+  connectAction(AddAction(help, "about", tr("&About the Zolmark Profiler...")),
+                &MainWindow::showAbout);
 }
 
 void MainWindow::ShowTabAt(int index) {

@@ -459,19 +459,19 @@ void MainWindow::onSelectionChanged(const Selection& now, const Selection& befor
   title_->updateAnalysis(IndexOf(now.measure));
 }
 
-void MainWindow::BrowseBack() {
+void MainWindow::browseBack() {
   if (Busy()) return;
   if (const auto place = nav_.BrowseBack(*this)) ShowPlace(*place);
 }
 
-void MainWindow::BrowseFwd() {
+void MainWindow::browseForward() {
   if (Busy()) return;
   if (const auto place = nav_.BrowseFwd(*this)) ShowPlace(*place);
 }
 
 void MainWindow::EnableNavButtons(bool back, bool forward) {
-  toolbar_->Button("BACK")->setEnabled(back);
-  toolbar_->Button("FWD")->setEnabled(forward);
+  toolbar_->actions().back->setEnabled(back);
+  toolbar_->actions().forward->setEnabled(forward);
 }
 
 }  // namespace zol

@@ -17,11 +17,14 @@
 #include "base/app_paths.h"
 #include "base/ini_file.h"
 #include "grid/table.h"
+#include "ui/busy_scope.h"
 #include "ui/grid_page.h"
 #include "ui/grid_table_model.h"
 #include "ui/grid_view.h"
 #include "ui/main_toolbar.h"
 #include "ui/main_window.h"
+#include "ui/session_list_model.h"
+#include "ui/session_list_view.h"
 #include "ui/ui_test_support.h"
 
 namespace zol {
@@ -153,6 +156,20 @@ TEST(WindowMenus, TheTitleNamesTheSessionOnDisplay) {
   EXPECT_EQ(w.window->windowTitle(), "Compared Sessions - Zolmark Profiler");
   w.window->removeAllSessions();
   EXPECT_EQ(w.window->windowTitle(), "Zolmark Profiler");
+}
+
+TEST(WindowMenus, AnActionIsIgnoredWhileAnOperationRunsAndThenDoesItsOwnAct) {
+  DemoWindow w({"Monday.pfl", "Tuesday.pfl"});
+  const auto rows = [&] { return w.window->sessionList()->Model()->rowCount(); };
+  {
+    BusyScope busy(*w.window);
+    w.window->toolbar()->actions().clear->trigger();
+    Action(*w.window, "clearSessions")->trigger();
+    EXPECT_EQ(rows(), 2);
+  }
+  Action(*w.window, "clearSessions")->trigger();
+  EXPECT_EQ(rows(), 0);
+  EXPECT_EQ(w.window->Tree().Nodes().Count(), 0u);
 }
 
 TEST(WindowMenus, TheHelpTellsWhereTheMergedNodesAre) {
