@@ -8,12 +8,15 @@
 // selection on screen: the tree, the grids, the flow chart and the navigation
 // history hand it places as values, and the pages draw the one it holds.
 //
-// Loading a session runs on a worker thread (see SessionLoader): the window
-// keeps repainting and moving, the progress bar follows the load, and the
-// stop button and Esc end it; commands that would touch the catalogue are held
-// off until the result is in place. Other long operations still run on the
-// user-interface thread and let events run through the prompter. While either
-// is under way the window is "busy": clicks are ignored, and only the stop
+// A session the user ticks in the list loads on a worker thread (see
+// SessionLoader): the window keeps repainting and moving, the progress bar
+// follows the load, and the stop button and Esc end it; commands that would
+// touch the catalogue are held off until the result is in place, which is
+// then shown as any other change the catalogue reports. Operations that tick
+// rows as part of their work (files opened, names left by another program)
+// load through the catalogue on the user-interface thread, as the other long
+// operations do, letting events run through the prompter. While either is
+// under way the window is "busy": clicks are ignored, and only the stop
 // button and Esc are heard.
 
 #include <QMainWindow>

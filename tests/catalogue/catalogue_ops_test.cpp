@@ -7,6 +7,7 @@
 #include "base/ini_file.h"
 #include "catalogue/session_catalogue.h"
 #include "catalogue/session_list.h"
+#include "catalogue/session_load.h"
 #include "catalogue_fixture.h"
 #include "run_fixture.h"
 
@@ -70,6 +71,26 @@ TEST_F(CatalogueOpsTest, ATickLoadsOnceAndAnUntickKeepsTheValues) {
   EXPECT_TRUE(ws_->Session(1).Loaded) << "ticking again costs nothing";
   EXPECT_FALSE(TickRow(*ws_, {RowKind::Session, 9}, true));
   EXPECT_FALSE(TickRow(*ws_, {RowKind::Group, 1}, true));
+}
+
+TEST_F(CatalogueOpsTest, ALoadEndedElsewhereTicksTheRowOnlyWhenItIsIn) {
+  AddSession(*ws_, run_.log);
+  const RowKey k1{RowKind::Session, 1};
+  ws_->Session(0).Selected = ws_->Session(0).Loaded = true;
+
+  SessionLoad stopped = BeginSessionLoad(*ws_, 1);
+  RunSessionLoad(stopped, *prompter_, [] { return true; });
+  const bool stoppedLoaded = FinishSessionLoad(*ws_, std::move(stopped));
+  EXPECT_EQ(TickSessionAfterLoad(*ws_, 1, stoppedLoaded), (RowTick{k1, true, false}));
+  EXPECT_FALSE(ws_->Session(1).Selected);
+  EXPECT_FALSE(ws_->Session(0).Loaded) << "the merged data of the former ticks is stale";
+  EXPECT_TRUE(FileExist(run_.log)) << "a stopped load keeps the log";
+
+  SessionLoad load = BeginSessionLoad(*ws_, 1);
+  RunSessionLoad(load, *prompter_, [] { return false; });
+  const bool loaded = FinishSessionLoad(*ws_, std::move(load));
+  EXPECT_EQ(TickSessionAfterLoad(*ws_, 1, loaded), (RowTick{k1, true, true}));
+  EXPECT_TRUE(ws_->Session(1).Selected && ws_->Session(1).Loaded);
 }
 
 TEST_F(CatalogueOpsTest, ABulkChangeKeepsItsPartsInOrderAndTheFurthestReset) {
