@@ -25,13 +25,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Options {
+struct options {
   int lines = 200000;
   int repeat = 7;
 };
 
-Options ParseOptions(int argc, char** argv) {
-  Options o;
+options ParseOptions(int argc, char** argv) {
+  options o;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--lines" && i + 1 < argc) {
@@ -82,7 +82,7 @@ std::int32_t MakeSession(zol::Workspace& ws, int lines) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const Options o = ParseOptions(argc, argv);
+  const options o = ParseOptions(argc, argv);
   zol::Workspace ws(std::make_shared<zol::SilentPrompter>());
   const std::int32_t cs = MakeSession(ws, o.lines);
 

@@ -44,15 +44,15 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-struct Options {
+struct options {
   bool full = false;
   bool literal = false;
   int repeat = 2;
   std::string dir = "bench-data";
 };
 
-Options ParseOptions(int argc, char** argv) {
-  Options o;
+options ParseOptions(int argc, char** argv) {
+  options o;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--full") {
@@ -116,7 +116,7 @@ zol::testing::ProjectShape BenchProject() {
 }
 
 // The log of `millions` million probes, made unless the folder holds it.
-std::string EnsureLog(const Options& o, const zol::Project& project, int millions) {
+std::string EnsureLog(const options& o, const zol::Project& project, int millions) {
   const std::string path = o.dir + "/run_" + std::to_string(millions) + "M.pfl";
   const std::string done = path + ".complete";
   if (std::filesystem::exists(done)) return path;
@@ -195,7 +195,7 @@ LoadTimes BestLoad(int repeat, zol::Workspace& ws, std::int32_t cp, const std::s
 }  // namespace
 
 int main(int argc, char** argv) {
-  const Options o = ParseOptions(argc, argv);
+  const options o = ParseOptions(argc, argv);
   zol::Workspace ws;
   const std::int32_t cp = zol::testing::AddRandomProject(ws, BenchProject());
   std::vector<int> sizes = {1, 10};

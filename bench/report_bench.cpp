@@ -32,14 +32,14 @@ namespace fs = std::filesystem;
 using zol::bench::kStatementsPerProcedure;
 using zol::bench::Milliseconds;
 
-struct Options {
+struct options {
   int lines = 100000;
   int repeat = 3;
   std::string dir = "bench-data";
 };
 
-Options ParseOptions(int argc, char** argv) {
-  Options o;
+options ParseOptions(int argc, char** argv) {
+  options o;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--lines" && i + 1 < argc) {
@@ -57,7 +57,7 @@ Options ParseOptions(int argc, char** argv) {
 }
 
 // The project and its run, made once per size.
-std::string PrepareLog(const Options& o) {
+std::string PrepareLog(const options& o) {
   return zol::bench::PrepareBigRunLog(
       fs::absolute(fs::path(o.dir) / ("report-" + std::to_string(o.lines))), o.lines,
       std::max<std::int64_t>(2'000'000, o.lines * 20LL));
@@ -90,7 +90,7 @@ void Time(zol::Workspace& ws, const zol::ReportRequest& request, int repeat, con
 }  // namespace
 
 int main(int argc, char** argv) {
-  const Options o = ParseOptions(argc, argv);
+  const options o = ParseOptions(argc, argv);
   const std::string log = PrepareLog(o);
   const fs::path root = fs::path(log).parent_path().parent_path();
 

@@ -57,7 +57,7 @@ namespace fs = std::filesystem;
 using zol::bench::kStatementsPerProcedure;
 using zol::bench::Milliseconds;
 
-struct Options {
+struct options {
   std::vector<int> sizes;
   int lines = 0;  // the size being measured
   int moduleLines = 20000;
@@ -65,8 +65,8 @@ struct Options {
   std::string dir = "bench-data";
 };
 
-Options ParseOptions(int argc, char** argv) {
-  Options o;
+options ParseOptions(int argc, char** argv) {
+  options o;
   for (int i = 1; i < argc; ++i) {
     const std::string arg = argv[i];
     if (arg == "--lines" && i + 1 < argc) {
@@ -91,7 +91,7 @@ Options ParseOptions(int argc, char** argv) {
 }
 
 // The project and its run, made once per size.
-std::string PrepareLog(const Options& o) {
+std::string PrepareLog(const options& o) {
   // Five events a line are enough for nearly every procedure of the larger
   // projects to run several times; the smaller keep their two million.
   return zol::bench::PrepareBigRunLog(
@@ -100,7 +100,7 @@ std::string PrepareLog(const Options& o) {
 }
 
 // The project of two long modules and its run.
-std::string PrepareLongModuleLog(const Options& o) {
+std::string PrepareLongModuleLog(const options& o) {
   const int procedures = std::max(1, o.moduleLines / kStatementsPerProcedure);
   return zol::bench::PrepareBigRunLog(
       fs::absolute(fs::path(o.dir) / ("longmodule-" + std::to_string(o.moduleLines))),
@@ -139,10 +139,10 @@ bool InChild(Work work) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-int MeasureSize(int argc, char** argv, const Options& o, const std::string& log) {
+int MeasureSize(int argc, char** argv, const options& o, const std::string& log) {
   ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication app(argc, argv);
-  zol::InstallFontSubstitutions();
+  zol::installFontSubstitutions();
 
   zol::Workspace ws;
   ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
@@ -169,7 +169,7 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
   const char* names[] = {"", "Projects", "Modules", "Procedures", "Lines", "Source"};
   // Total time lists what ran; coverage lists every probed line and procedure.
   for (const zol::Measure measure : {zol::Measure::Total, zol::Measure::Coverage}) {
-    window.SetMeasure(measure);
+    window.setMeasure(measure);
     std::map<int, std::vector<double>> times;
     std::map<int, int> rows;
     for (int r = 0; r < o.repeat; ++r) {
@@ -189,7 +189,7 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
 
   // A click on each header of the Lines grid, twice, so that both orders
   // are timed.
-  window.SetMeasure(zol::Measure::Total);
+  window.setMeasure(zol::Measure::Total);
   window.pageTabs()->setCurrentIndex(3);
   QApplication::processEvents();
   zol::GridView* grid = window.gridPage()->Grid();
@@ -203,7 +203,7 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
   for (int r = 0; r < o.repeat; ++r) {
     for (int c = 1; c <= static_cast<int>(headers.size()); ++c) {
       const auto t0 = Clock::now();
-      grid->SortOn(c, false);
+      grid->sortOn(c, false);
       QApplication::processEvents();
       window.repaint();
       sorts[c].push_back(Milliseconds(t0));
@@ -222,10 +222,10 @@ int MeasureSize(int argc, char** argv, const Options& o, const std::string& log)
 
 // The window on the project of two long modules, the Source tab on display:
 // each click on a module's node builds, writes and shows its page.
-int MeasureLongModule(int argc, char** argv, const Options& o, const std::string& log) {
+int MeasureLongModule(int argc, char** argv, const options& o, const std::string& log) {
   ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication app(argc, argv);
-  zol::InstallFontSubstitutions();
+  zol::installFontSubstitutions();
 
   zol::Workspace ws;
   ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
@@ -244,12 +244,12 @@ int MeasureLongModule(int argc, char** argv, const Options& o, const std::string
   std::printf("source page of a long module (%d modules, %d lines, %d procedures in all):\n",
               p.ModulesNumber, p.LinesNumber, p.ProceduresNumber);
   for (const zol::Measure measure : {zol::Measure::Total, zol::Measure::Coverage}) {
-    window.SetMeasure(measure);
+    window.setMeasure(measure);
     std::vector<double> times;
     for (int r = 0; r < o.repeat; ++r) {
       for (const char* key : {"S1M2", "S1M1"}) {
         const auto t0 = Clock::now();
-        window.ClickTreeNode(key);
+        window.clickTreeNode(key);
         QApplication::processEvents();
         window.repaint();
         times.push_back(Milliseconds(t0));
@@ -268,7 +268,7 @@ int MeasureLongModule(int argc, char** argv, const Options& o, const std::string
 }  // namespace
 
 int main(int argc, char** argv) {
-  Options o = ParseOptions(argc, argv);
+  options o = ParseOptions(argc, argv);
   bool ok = true;
   for (const int size : o.sizes) {
     if (size == 0) continue;

@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "zol_draw_icon: can't make %s\n", argv[1]);
     return 1;
   }
-  const QIcon icon = zol::ZolIcon("SESSION");
+  const QIcon icon = zol::zolIcon("SESSION");
   for (int i = 2; i < argc; ++i) {
     const int size = QString::fromLocal8Bit(argv[i]).toInt();
     const QString file = out.filePath(QString::number(size) + ".png");

@@ -3,5 +3,5 @@
 #include "ui/app_main.h"
 
 int main(int argc, char** argv) {
-  return zol::RunProfiler(argc, argv);
+  return zol::runProfiler(argc, argv);
 }

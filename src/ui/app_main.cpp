@@ -32,7 +32,7 @@ struct CommandLine {
   QSize size;
 };
 
-CommandLine ParseCommandLine(const QApplication& app) {
+CommandLine parseCommandLine(const QApplication& app) {
   std::vector<std::string> words;
   for (const QString& a : app.arguments().mid(1)) words.push_back(a.toStdString());
   QCommandLineParser parser;
@@ -50,11 +50,11 @@ CommandLine ParseCommandLine(const QApplication& app) {
   parser.process(app);
 
   CommandLine cl;
-  cl.start.minimised = CommandLineHasNoShow(words);
+  cl.start.minimised = commandLineHasNoShow(words);
   for (const QString& f : parser.positionalArguments()) {
     // "noshow" is a word of the command line, not a file.
     if (f.contains("noshow", Qt::CaseInsensitive)) continue;
-    cl.start.files.push_back(FromQPath(QDir::current().absoluteFilePath(f)));
+    cl.start.files.push_back(fromQPath(QDir::current().absoluteFilePath(f)));
   }
   cl.start.selectKey = parser.value(select).toStdString();
   cl.start.tab = parser.value(tab).toInt();
@@ -67,12 +67,12 @@ CommandLine ParseCommandLine(const QApplication& app) {
 
 }  // namespace
 
-int RunProfiler(int argc, char** argv) {
+int runProfiler(int argc, char** argv) {
   QApplication app(argc, argv);
   QApplication::setApplicationName(kAppTitle);
   QApplication::setApplicationVersion(kAppVersion);
   QApplication::setOrganizationName("Zolmark");
-  const CommandLine cl = ParseCommandLine(app);
+  const CommandLine cl = parseCommandLine(app);
 
   std::string appFolder;
   try {
@@ -89,11 +89,11 @@ int RunProfiler(int argc, char** argv) {
   QLockFile lock(QPath(appFolder) + "/zolmark-profiler.lock");
   lock.setStaleLockTime(0);
   if (!lock.tryLock(0)) {
-    HandOverFiles(ini, cl.start.files, "");
+    handOverFiles(ini, cl.start.files, "");
     return 0;
   }
-  ClearCancelOperations(ini);
-  CleanOldRtfFolders(appFolder);
+  clearCancelOperations(ini);
+  cleanOldRtfFolders(appFolder);
   // The error capture as soon as this copy is the one that runs: a fault from here on leaves its
   // record.
   constexpr const char* kProgram = "zolmark-profiler";
@@ -101,7 +101,7 @@ int RunProfiler(int argc, char** argv) {
   std::optional<CrashRecord> lastCrash = TakeCrashRecord(crashFile);
   zolInitializeProtector(ReadProtectorSettings(ini, appFolder, kProgram), crashFile);
 
-  InstallFontSubstitutions();
+  installFontSubstitutions();
   Workspace ws;
   ws.appFolder = appFolder;
   ResetRtfPath(ws);
@@ -112,7 +112,7 @@ int RunProfiler(int argc, char** argv) {
     window->resize(cl.size.isValid() ? cl.size : QSize(1400, 900));
     window->show();
     QApplication::processEvents();
-    const QStringList files = SaveTabScreenshots(*window, cl.screenshotDir);
+    const QStringList files = saveTabScreenshots(*window, cl.screenshotDir);
     for (const QString& f : files) std::printf("%s\n", f.toLocal8Bit().constData());
     window->close();
     return files.isEmpty() ? 1 : 0;
@@ -121,8 +121,8 @@ int RunProfiler(int argc, char** argv) {
   PaneLiveView liveView(*window);
   LiveWindow live(ws, window.get(), liveView);
   QObject::connect(&live, &LiveWindow::acquiringChanged, window.get(),
-                   [w = window.get()](bool acquiring) { w->SetAutoLoadPaused(acquiring); });
-  if (const std::string fault = live.Start(); !fault.empty()) {
+                   [w = window.get()](bool acquiring) { w->setAutoLoadPaused(acquiring); });
+  if (const std::string fault = live.start(); !fault.empty()) {
     std::fprintf(stderr, "Live runs can't be received: %s\n", fault.c_str());
   }
   if (cl.start.minimised) {

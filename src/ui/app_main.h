@@ -14,6 +14,6 @@
 
 namespace zol {
 
-int RunProfiler(int argc, char** argv);
+int runProfiler(int argc, char** argv);
 
 }  // namespace zol

@@ -6,7 +6,7 @@
 
 namespace zol {
 
-QString ChartValueText(double value) {
+QString chartValueText(double value) {
   if (!std::isfinite(value)) return QString();
   const double magnitude = std::fabs(value);
   if (magnitude >= 1e6 || magnitude == 0) return QString::number(value, 'f', 0);
@@ -20,7 +20,7 @@ QString ChartValueText(double value) {
   return text;
 }
 
-void ChartLegendModel::SetEntries(std::vector<LegendEntry> entries) {
+void ChartLegendModel::setEntries(std::vector<LegendEntry> entries) {
   beginResetModel();
   entries_ = std::move(entries);
   total_ = 0;
@@ -50,11 +50,11 @@ QVariant ChartLegendModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       if (index.column() == kName) return e.Name;
-      if (index.column() == kValue) return ChartValueText(e.Value);
+      if (index.column() == kValue) return chartValueText(e.Value);
       return QString::number(Share(index.row()), 'f', 1) + "%";
     case Qt::ToolTipRole:
-      return PlainToolTip(QString("%1\n%2 (%3%)")
-                              .arg(e.Name, ChartValueText(e.Value))
+      return plainToolTip(QString("%1\n%2 (%3%)")
+                              .arg(e.Name, chartValueText(e.Value))
                               .arg(Share(index.row()), 0, 'f', 1));
     case Qt::DecorationRole:
       return index.column() == kName ? QVariant(e.Colour) : QVariant();

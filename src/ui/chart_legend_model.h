@@ -27,8 +27,8 @@ class ChartLegendModel : public QAbstractTableModel {
 
   using QAbstractTableModel::QAbstractTableModel;
 
-  void SetEntries(std::vector<LegendEntry> entries);
-  const std::vector<LegendEntry>& Entries() const { return entries_; }
+  void setEntries(std::vector<LegendEntry> entries);
+  const std::vector<LegendEntry>& entries() const { return entries_; }
   // The entry's share of the sum of all values, in percent (0 when the sum
   // is not positive).
   double Share(int row) const;
@@ -45,6 +45,6 @@ class ChartLegendModel : public QAbstractTableModel {
 
 // A chart value as the chart shows it: up to six significant digits, never
 // in exponent form.
-QString ChartValueText(double value);
+QString chartValueText(double value);
 
 }  // namespace zol

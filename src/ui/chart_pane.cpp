@@ -31,9 +31,9 @@ const QColor kSeriesColours[] = {QColor(0x2f, 0x6f, 0xd0), QColor(0xef, 0x8a, 0x
                                  QColor(0x8a, 0x4f, 0xc9), QColor(0x16, 0x9c, 0x9c),
                                  QColor(0x9c, 0x7a, 0x3c), QColor(0x60, 0x6a, 0x78)};
 
-QColor SeriesColour(std::size_t i) {
+QColor seriesColour(std::size_t i) {
   if (i < std::size(kSeriesColours)) return kSeriesColours[i];
-  return ChartPane::SliceColour(i, i + 1);
+  return ChartPane::sliceColour(i, i + 1);
 }
 
 QFont TitleFont() {
@@ -52,7 +52,7 @@ constexpr double kLabelledSlice = 0.04;
 
 }  // namespace
 
-QColor ChartPane::SliceColour(std::size_t i, std::size_t count) {
+QColor ChartPane::sliceColour(std::size_t i, std::size_t count) {
   // The eight series colours first; beyond them hues spread by the golden
   // angle, in three steps of lightness, so that neighbours always differ.
   if (count <= std::size(kSeriesColours)) return kSeriesColours[i % std::size(kSeriesColours)];
@@ -64,7 +64,7 @@ QColor ChartPane::SliceColour(std::size_t i, std::size_t count) {
                           static_cast<float>(kVal[band]));
 }
 
-QString ChartPane::ElideLabel(const QString& text, const QFontMetrics& metrics, int width) {
+QString ChartPane::elideLabel(const QString& text, const QFontMetrics& metrics, int width) {
   return metrics.elidedText(text, Qt::ElideMiddle, width);
 }
 
@@ -115,29 +115,29 @@ void ChartPane::Draw(const ChartDescription& d) {
   chart->setMargins(QMargins(4, 4, 4, 4));
   view_->setMinimumHeight(0);
   legend_->hide();
-  legendModel_->SetEntries({});
+  legendModel_->setEntries({});
   if (d.IsReset || d.ChartType == 0 || d.Items.empty()) {
-    DrawEmpty(chart, d);
+    drawEmpty(chart, d);
   } else if (d.ChartType == kChartTypePie2d) {
-    DrawPie(chart, d);
+    drawPie(chart, d);
   } else {
-    DrawBar(chart, d);
+    drawBar(chart, d);
   }
   QChart* old = view_->chart();
   view_->setChart(chart);
   delete old;
 }
 
-void ChartPane::DrawEmpty(QChart* chart, const ChartDescription& d) {
+void ChartPane::drawEmpty(QChart* chart, const ChartDescription& d) {
   // The caption and the notice on lines of their own.
-  QString title = PlainForRichText(kNoAvailableChart);
-  if (!d.Title.empty()) title = PlainForRichText(Q(d.Title)) + "<br>" + title;
+  QString title = plainForRichText(kNoAvailableChart);
+  if (!d.Title.empty()) title = plainForRichText(Q(d.Title)) + "<br>" + title;
   chart->setTitle(title);
   chart->legend()->hide();
 }
 
-void ChartPane::DrawPie(QChart* chart, const ChartDescription& d) {
-  chart->setTitle(PlainForRichText(Q(d.Title)));
+void ChartPane::drawPie(QChart* chart, const ChartDescription& d) {
+  chart->setTitle(plainForRichText(Q(d.Title)));
   auto* series = new QPieSeries();
   std::vector<LegendEntry> entries;
   double total = 0;
@@ -151,9 +151,9 @@ void ChartPane::DrawPie(QChart* chart, const ChartDescription& d) {
     const double value = item.Values.empty() ? 0.0 : item.Values.front();
     const QString name = Q(item.Name);
     const QColor colour =
-        item.Name == kOtherItem ? QColor(0xb8, 0xbe, 0xc8) : SliceColour(i, count);
+        item.Name == kOtherItem ? QColor(0xb8, 0xbe, 0xc8) : sliceColour(i, count);
     const double share = total > 0 && value > 0 ? value / total : 0;
-    QPieSlice* slice = series->append(PlainForRichText(name), value);
+    QPieSlice* slice = series->append(plainForRichText(name), value);
     slice->setColor(colour);
     slice->setBorderColor(Qt::white);
     // Large slices carry their share; every slice has its name, value and
@@ -162,8 +162,8 @@ void ChartPane::DrawPie(QChart* chart, const ChartDescription& d) {
     slice->setLabelVisible(share >= kLabelledSlice);
     slice->setLabelPosition(QPieSlice::LabelInsideNormal);
     slice->setLabelColor(Qt::white);
-    const QString tip = PlainToolTip(
-        QString("%1\n%2 (%3%)").arg(name, ChartValueText(value)).arg(share * 100, 0, 'f', 1));
+    const QString tip = plainToolTip(
+        QString("%1\n%2 (%3%)").arg(name, chartValueText(value)).arg(share * 100, 0, 'f', 1));
     connect(slice, &QPieSlice::hovered, this, [slice, tip](bool on) {
       slice->setExploded(on);
       if (on) {
@@ -177,21 +177,21 @@ void ChartPane::DrawPie(QChart* chart, const ChartDescription& d) {
   series->setPieSize(0.85);
   chart->addSeries(series);
   chart->legend()->hide();
-  legendModel_->SetEntries(std::move(entries));
+  legendModel_->setEntries(std::move(entries));
   legend_->show();
 }
 
-void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
+void ChartPane::drawBar(QChart* chart, const ChartDescription& d) {
   QString title = Q(d.Title);
   if (d.ScaledToMicroseconds) title += tr(" (values in microseconds)");
-  chart->setTitle(PlainForRichText(title));
+  chart->setTitle(plainForRichText(title));
   auto* series = new QHorizontalBarSeries();
   const std::size_t seriesCount = std::max<std::size_t>(1, d.SeriesNames.size());
   for (std::size_t s = 0; s < seriesCount; ++s) {
     const QString setName = s < d.SeriesNames.size() ? Q(d.SeriesNames[s]) : tr("Value");
-    auto* set = new QBarSet(PlainForRichText(setName));
-    set->setColor(SeriesColour(s));
-    set->setBorderColor(SeriesColour(s).darker(115));
+    auto* set = new QBarSet(plainForRichText(setName));
+    set->setColor(seriesColour(s));
+    set->setBorderColor(seriesColour(s).darker(115));
     for (const ChartRow& item : d.Items) set->append(s < item.Values.size() ? item.Values[s] : 0.0);
     series->append(set);
     // The whole name and the value under the pointer.
@@ -204,8 +204,8 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
       const double value = s < item.Values.size() ? item.Values[s] : 0.0;
       QString text = Q(item.Name) + "\n";
       if (seriesCount > 1) text += setName + ": ";
-      text += ChartValueText(value);
-      QToolTip::showText(QCursor::pos(), PlainToolTip(text));
+      text += chartValueText(value);
+      QToolTip::showText(QCursor::pos(), plainToolTip(text));
     });
   }
   const int n = static_cast<int>(d.Items.size());
@@ -219,11 +219,11 @@ void ChartPane::DrawBar(QChart* chart, const ChartDescription& d) {
   QStringList categories;
   for (int i = 0; i < n; ++i) {
     const QString label =
-        ElideLabel(Q(d.Items[static_cast<std::size_t>(i)].Name), metrics, labelWidth);
+        elideLabel(Q(d.Items[static_cast<std::size_t>(i)].Name), metrics, labelWidth);
     barLabels_ << label;
     // The axis refuses a name it already holds; equal names (two lines of
     // the same text) are told apart by invisible marks.
-    QString category = PlainForRichText(label);
+    QString category = plainForRichText(label);
     while (categories.contains(category)) category += QChar(0x200B);
     categories << category;
   }

@@ -32,24 +32,24 @@ class ChartPane : public QWidget {
   explicit ChartPane(QWidget* parent = nullptr);
 
   void Draw(const ChartDescription& chart);
-  const ChartDescription& Shown() const { return shown_; }
+  const ChartDescription& shown() const { return shown_; }
 
   QChartView* View() const { return view_; }
-  QScrollArea* Scroller() const { return scroller_; }
+  QScrollArea* scroller() const { return scroller_; }
   QTableView* Legend() const { return legend_; }
-  ChartLegendModel* LegendModel() const { return legendModel_; }
+  ChartLegendModel* legendModel() const { return legendModel_; }
   // The labels of the bar chart's categories, as drawn (after shortening).
-  const QStringList& BarLabels() const { return barLabels_; }
+  const QStringList& barLabels() const { return barLabels_; }
 
   // The colour of slice `i` of `count`: no two slices share one.
-  static QColor SliceColour(std::size_t i, std::size_t count);
+  static QColor sliceColour(std::size_t i, std::size_t count);
   // `text` shortened in the middle to `width` pixels of `metrics`.
-  static QString ElideLabel(const QString& text, const QFontMetrics& metrics, int width);
+  static QString elideLabel(const QString& text, const QFontMetrics& metrics, int width);
 
  private:
-  void DrawBar(QChart* chart, const ChartDescription& d);
-  void DrawPie(QChart* chart, const ChartDescription& d);
-  void DrawEmpty(QChart* chart, const ChartDescription& d);
+  void drawBar(QChart* chart, const ChartDescription& d);
+  void drawPie(QChart* chart, const ChartDescription& d);
+  void drawEmpty(QChart* chart, const ChartDescription& d);
 
   ChartDescription shown_;
   QScrollArea* scroller_;

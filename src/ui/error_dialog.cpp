@@ -16,7 +16,7 @@ namespace zol {
 namespace {
 
 // The core's texts use CR LF line ends; a label wants LF alone.
-QString Shown(const std::string& text) {
+QString shown(const std::string& text) {
   QString s = Q(text);
   s.replace("\r\n", "\n");
   return s;
@@ -32,7 +32,7 @@ ErrorDialog::ErrorDialog(const ErrorDialogState& state, QString reportFolder, QW
   setModal(true);
   reply_ = {ErrorDecision::Abort, state.circumstances};
 
-  errorText_ = new QLabel(Shown(state.message), this);
+  errorText_ = new QLabel(shown(state.message), this);
   errorText_->setObjectName("errorText");
   errorText_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   reportText_ = new QLabel(this);
@@ -56,12 +56,12 @@ ErrorDialog::ErrorDialog(const ErrorDialogState& state, QString reportFolder, QW
   look_ = makeButton("lookAtReport", "Look at report");
 
   if (state.hasReported) {
-    reportText_->setText(Shown(kErrorDialogReportedText));
+    reportText_->setText(shown(kErrorDialogReportedText));
     describe_->setPlainText(Q(state.circumstances));
     report_->setEnabled(false);
   } else {
-    reportText_->setText(Shown(kErrorDialogReportText));
-    describe_->setPlainText(Shown(kErrorDialogDescribePrompt));
+    reportText_->setText(shown(kErrorDialogReportText));
+    describe_->setPlainText(shown(kErrorDialogDescribePrompt));
   }
   look_->setEnabled(state.hasReported);
 
@@ -111,14 +111,14 @@ QPushButton* ErrorDialog::button(ErrorDecision d) const {
 }
 
 void ErrorDialog::choose(ErrorDecision d) {
-  reply_ = {d, ToCp1252(describe_->toPlainText())};
+  reply_ = {d, toCp1252(describe_->toPlainText())};
   accept();
 }
 
 // The dialog closes before the report is made, so that the notice and then
 // the mail program are not kept behind a window that stays on top.
 void ErrorDialog::startReport() {
-  reply_ = {ErrorDecision::Report, ToCp1252(describe_->toPlainText())};
+  reply_ = {ErrorDecision::Report, toCp1252(describe_->toPlainText())};
   accept();
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // The error dialog: what went wrong, and the ways on: end the program, try
-// the operation again, skip it, skip this error for good, or report it. Shown
+// the operation again, skip it, skip this error for good, or report it. shown
 // a second time after a report, thanking, with the report button off.
 
 #include <QDialog>

@@ -43,7 +43,7 @@ bool FlowLayout::hasHeightForWidth() const {
 }
 
 int FlowLayout::heightForWidth(int width) const {
-  return DoLayout(QRect(0, 0, width, 0), true);
+  return doLayout(QRect(0, 0, width, 0), true);
 }
 
 QSize FlowLayout::minimumSize() const {
@@ -59,10 +59,10 @@ QSize FlowLayout::sizeHint() const {
 
 void FlowLayout::setGeometry(const QRect& rect) {
   QLayout::setGeometry(rect);
-  DoLayout(rect, false);
+  doLayout(rect, false);
 }
 
-int FlowLayout::DoLayout(const QRect& rect, bool testOnly) const {
+int FlowLayout::doLayout(const QRect& rect, bool testOnly) const {
   const QMargins m = contentsMargins();
   const QRect area = rect.adjusted(m.left(), m.top(), -m.right(), -m.bottom());
   int x = area.x();

@@ -29,7 +29,7 @@ class FlowLayout : public QLayout {
   QSize sizeHint() const override;
 
  private:
-  int DoLayout(const QRect& rect, bool testOnly) const;
+  int doLayout(const QRect& rect, bool testOnly) const;
 
   QList<QLayoutItem*> items_;
   int spacing_;

@@ -26,7 +26,7 @@ FlowChartView::FlowChartView(QWidget* parent) : QWidget(parent) {
   resize(0, 0);
 }
 
-void FlowChartView::ShowChart(const Workspace& ws, FlowGraph graph, const FlowOptions& options,
+void FlowChartView::showChart(const Workspace& ws, FlowGraph graph, const FlowOptions& options,
                               Measure measure) {
   graph_ = std::move(graph);
   recording_ = std::make_unique<RecordingCanvas>(metrics_);
@@ -35,7 +35,7 @@ void FlowChartView::ShowChart(const Workspace& ws, FlowGraph graph, const FlowOp
   update();
 }
 
-void FlowChartView::ClearChart() {
+void FlowChartView::clearChart() {
   recording_.reset();
   graph_ = FlowGraph();
   layout_ = ChartLayout();
@@ -43,7 +43,7 @@ void FlowChartView::ClearChart() {
   update();
 }
 
-QRect FlowChartView::SelectedNodeRect() const {
+QRect FlowChartView::selectedNodeRect() const {
   if (graph_.SelectedNode == 0 || !graph_.Nodes.InRange(graph_.SelectedNode)) return {};
   const FlowNode& n = graph_.Nodes(graph_.SelectedNode);
   return QRect(n.x, n.Y, n.w, n.h);
@@ -76,7 +76,7 @@ void FlowChartView::mouseMoveEvent(QMouseEvent* event) {
 
 FlowPane::FlowPane(QWidget* parent) : QWidget(parent) {
   setObjectName("flowPage");
-  strip_ = MakeOptionStrip();
+  strip_ = makeOptionStrip();
   strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   chart_ = new FlowChartView;
   scroll_ = new QScrollArea(this);
@@ -105,7 +105,7 @@ FlowPane::FlowPane(QWidget* parent) : QWidget(parent) {
   connect(chart_, &FlowChartView::nodeClicked, this, &FlowPane::nodeClicked);
 }
 
-QWidget* FlowPane::MakeOptionStrip() {
+QWidget* FlowPane::makeOptionStrip() {
   auto* strip = new QWidget(this);
   strip->setObjectName("flowOptions");
   auto* row = new FlowLayout(strip);
@@ -150,7 +150,7 @@ QWidget* FlowPane::MakeOptionStrip() {
   return strip;
 }
 
-void FlowPane::SetOptions(const FlowOptions& given) {
+void FlowPane::setOptions(const FlowOptions& given) {
   const FlowOptions o = ClampFlowOptions(given);
   showing_ = true;
   horizontal_->setValue(o.HorizontalFlow);
@@ -163,7 +163,7 @@ void FlowPane::SetOptions(const FlowOptions& given) {
   showing_ = false;
 }
 
-FlowOptions FlowPane::Options() const {
+FlowOptions FlowPane::options() const {
   FlowOptions o;
   o.HorizontalFlow = horizontal_->value();
   o.VerticalFlow = vertical_->value();
@@ -174,17 +174,17 @@ FlowOptions FlowPane::Options() const {
   return ClampFlowOptions(o);
 }
 
-void FlowPane::ShowChart(const Workspace& ws, FlowGraph graph, Measure measure) {
+void FlowPane::showChart(const Workspace& ws, FlowGraph graph, Measure measure) {
   notice_->hide();
   scroll_->show();
-  chart_->ShowChart(ws, std::move(graph), Options(), measure);
-  EnsureVisible();
+  chart_->showChart(ws, std::move(graph), options(), measure);
+  ensureVisible();
   // The scroll bars take the new size when the events have run.
-  QTimer::singleShot(0, this, [this] { EnsureVisible(); });
+  QTimer::singleShot(0, this, [this] { ensureVisible(); });
 }
 
-void FlowPane::ShowNotice(const std::string& text) {
-  chart_->ClearChart();
+void FlowPane::showNotice(const std::string& text) {
+  chart_->clearChart();
   QString shown;
   const auto lines = Split(text, "\r\n");
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -196,12 +196,12 @@ void FlowPane::ShowNotice(const std::string& text) {
   notice_->show();
 }
 
-bool FlowPane::ShowsChart() const {
-  return chart_->Graph().HasChart();
+bool FlowPane::showsChart() const {
+  return chart_->graph().HasChart();
 }
 
-void FlowPane::EnsureVisible() {
-  const QRect box = chart_->SelectedNodeRect();
+void FlowPane::ensureVisible() {
+  const QRect box = chart_->selectedNodeRect();
   if (box.isEmpty()) return;
   scroll_->ensureVisible(box.center().x(), box.center().y(), box.width() / 2 + 40,
                          box.height() / 2 + 40);

@@ -34,13 +34,13 @@ class FlowChartView : public QWidget {
   explicit FlowChartView(QWidget* parent = nullptr);
 
   // Lays out and paints the graph (which keeps the boxes of its nodes).
-  void ShowChart(const Workspace& ws, FlowGraph graph, const FlowOptions& options, Measure measure);
-  void ClearChart();
+  void showChart(const Workspace& ws, FlowGraph graph, const FlowOptions& options, Measure measure);
+  void clearChart();
 
-  const FlowGraph& Graph() const { return graph_; }
-  const ChartLayout& Layout() const { return layout_; }
+  const FlowGraph& graph() const { return graph_; }
+  const ChartLayout& chartLayout() const { return layout_; }
   // The box of the selected node, empty when there is none.
-  QRect SelectedNodeRect() const;
+  QRect selectedNodeRect() const;
 
  signals:
   // A click on the node of `procedure`.
@@ -65,28 +65,28 @@ class FlowPane : public QWidget {
   explicit FlowPane(QWidget* parent = nullptr);
 
   FlowChartView* Chart() const { return chart_; }
-  QScrollArea* ScrollArea() const { return scroll_; }
-  QWidget* OptionStrip() const { return strip_; }
+  QScrollArea* scrollArea() const { return scroll_; }
+  QWidget* optionStrip() const { return strip_; }
 
   // Puts the settings into the controls, without a change signal.
-  void SetOptions(const FlowOptions& options);
-  FlowOptions Options() const;
+  void setOptions(const FlowOptions& options);
+  FlowOptions options() const;
 
   // Shows the chart and brings the selected procedure into view.
-  void ShowChart(const Workspace& ws, FlowGraph graph, Measure measure);
+  void showChart(const Workspace& ws, FlowGraph graph, Measure measure);
   // Shows a notice (lines separated by CR LF) in place of a chart; an empty
   // text leaves the page blank.
-  void ShowNotice(const std::string& text);
-  bool ShowsChart() const;
+  void showNotice(const std::string& text);
+  bool showsChart() const;
   // Scrolls so that the selected node is seen.
-  void EnsureVisible();
+  void ensureVisible();
 
  signals:
   void optionsChanged();
   void nodeClicked(int procedure);
 
  private:
-  QWidget* MakeOptionStrip();
+  QWidget* makeOptionStrip();
 
   QWidget* strip_ = nullptr;
   QSpinBox* horizontal_ = nullptr;

@@ -42,11 +42,11 @@ GridPage::GridPage(QWidget* parent)
   split_->addWidget(chart_);
   split_->setChildrenCollapsible(false);
   connect(split_, &QSplitter::splitterMoved, this, [this] {
-    ratio_ = GraphRatio();
+    ratio_ = graphRatio();
     emit graphRatioChanged(ratio_);
   });
 
-  strip_ = MakeOptionStrip();
+  strip_ = makeOptionStrip();
   // The strip wraps onto a second row on a narrow page.
   strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* layout = new QVBoxLayout(this);
@@ -54,10 +54,10 @@ GridPage::GridPage(QWidget* parent)
   layout->setSpacing(2);
   layout->addWidget(strip_);
   layout->addWidget(split_, 1);
-  SetGraphRatio(0.5);
+  setGraphRatio(0.5);
 }
 
-QWidget* GridPage::MakeOptionStrip() {
+QWidget* GridPage::makeOptionStrip() {
   auto* strip = new QWidget(this);
   strip->setObjectName("chartOptions");
   auto* row = new FlowLayout(strip);
@@ -115,8 +115,8 @@ QWidget* GridPage::MakeOptionStrip() {
   changedOnly_->setEnabled(false);
   row->addWidget(showDifferences_);
   row->addWidget(changedOnly_);
-  connect(showDifferences_, &QCheckBox::toggled, this, [this] { OnDifferencesChanged(); });
-  connect(changedOnly_, &QCheckBox::toggled, this, [this] { OnDifferencesChanged(); });
+  connect(showDifferences_, &QCheckBox::toggled, this, [this] { onDifferencesChanged(); });
+  connect(changedOnly_, &QCheckBox::toggled, this, [this] { onDifferencesChanged(); });
   search_ = new QLineEdit(strip);
   search_->setObjectName("gridSearch");
   search_->setPlaceholderText(tr("Find module, procedure, line..."));
@@ -125,37 +125,37 @@ QWidget* GridPage::MakeOptionStrip() {
   search_->setClearButtonEnabled(true);
   search_->setMinimumWidth(search_->fontMetrics().averageCharWidth() * 28);
   row->addWidget(search_);
-  connect(search_, &QLineEdit::textChanged, grid_, &GridView::SetSearch);
+  connect(search_, &QLineEdit::textChanged, grid_, &GridView::setSearch);
   connect(search_, &QLineEdit::returnPressed, grid_, [this] { grid_->setFocus(); });
   connect(save, &QPushButton::clicked, this, &GridPage::exportRequested);
   connect(excel, &QPushButton::clicked, this, &GridPage::viewInSpreadsheetRequested);
-  connect(typeGroup_, &QButtonGroup::idClicked, this, [this](int) { OnOptionChanged(false); });
-  connect(sortGroup_, &QButtonGroup::idClicked, this, [this](int) { OnOptionChanged(true); });
-  connect(maxItems_, &QSpinBox::valueChanged, this, [this](int) { OnOptionChanged(false); });
+  connect(typeGroup_, &QButtonGroup::idClicked, this, [this](int) { onOptionChanged(false); });
+  connect(sortGroup_, &QButtonGroup::idClicked, this, [this](int) { onOptionChanged(true); });
+  connect(maxItems_, &QSpinBox::valueChanged, this, [this](int) { onOptionChanged(false); });
   return strip;
 }
 
-void GridPage::FocusSearch() {
+void GridPage::focusSearch() {
   search_->setFocus(Qt::ShortcutFocusReason);
   search_->selectAll();
 }
 
-void GridPage::SetGraphOptions(const GraphOptions& options) {
+void GridPage::setGraphOptions(const GraphOptions& options) {
   options_ = options;
   settingOptions_ = true;
   if (QAbstractButton* b = typeGroup_->button(options.GraphType)) b->setChecked(true);
   if (QAbstractButton* b = sortGroup_->button(options.GraphSortKey)) b->setChecked(true);
   maxItems_->setValue(options.GraphMaxItems);
   settingOptions_ = false;
-  ApplyChartVisibility();
+  applyChartVisibility();
 }
 
-void GridPage::OnOptionChanged(bool sortOnly) {
+void GridPage::onOptionChanged(bool sortOnly) {
   if (settingOptions_) return;
   options_.GraphType = typeGroup_->checkedId();
   options_.GraphSortKey = sortGroup_->checkedId();
   options_.GraphMaxItems = maxItems_->value();
-  ApplyChartVisibility();
+  applyChartVisibility();
   if (sortOnly) {
     DoChartSortOnly(description_, options_.GraphSortKey);
   } else if (description_.IsReset && !arrays_.HasBarItems() && !arrays_.HasPieItems()) {
@@ -167,12 +167,12 @@ void GridPage::OnOptionChanged(bool sortOnly) {
   emit graphOptionsChanged();
 }
 
-void GridPage::ApplyChartVisibility() {
+void GridPage::applyChartVisibility() {
   chart_->setVisible(options_.GraphType != kGraphTypeNone);
-  if (options_.GraphType != kGraphTypeNone) SetGraphRatio(ratio_);
+  if (options_.GraphType != kGraphTypeNone) setGraphRatio(ratio_);
 }
 
-void GridPage::ShowBuild(GridBuild build, Tab activeTab, Measure measure) {
+void GridPage::showBuild(GridBuild build, Tab activeTab, Measure measure) {
   activeTab_ = activeTab;
   measure_ = measure;
   const bool comparable = build.Headers.SessionNames.size() >= 2;
@@ -185,31 +185,31 @@ void GridPage::ShowBuild(GridBuild build, Tab activeTab, Measure measure) {
   } else {
     compared_ = GridBuild();
   }
-  Present(std::move(build));
+  present(std::move(build));
 }
 
-void GridPage::OnDifferencesChanged() {
+void GridPage::onDifferencesChanged() {
   differences_.Show = showDifferences_->isChecked();
   differences_.ChangedOnly = changedOnly_->isChecked();
   changedOnly_->setEnabled(showDifferences_->isEnabled() && differences_.Show);
   if (compared_.Headers.SessionNames.size() < 2) return;
   GridBuild build = compared_;
   ShowDifferences(build, differences_);
-  Present(std::move(build));
+  present(std::move(build));
 }
 
-void GridPage::Present(GridBuild build) {
+void GridPage::present(GridBuild build) {
   const bool compared = !build.Headers.SessionNames.empty();
-  grid_->SetCompared(compared);
+  grid_->setCompared(compared);
   // The columns before the sessions' runs (module, procedure, line) stay in
   // view while the sessions' columns scroll.
-  grid_->SetFrozenColumns(compared ? build.Headers.FirstColumn : 0);
+  grid_->setFrozenColumns(compared ? build.Headers.FirstColumn : 0);
   UpdateChart(build, arrays_, description_, options_, activeTab_, measure_);
-  grid_->ShowTable(std::move(build.Grid));
+  grid_->showTable(std::move(build.Grid));
   if (compared) {
-    headers_->PrepareFakeHeaders(build.Headers);
+    headers_->prepareFakeHeaders(build.Headers);
   } else {
-    headers_->Release();
+    headers_->release();
   }
   if (options_.GraphType != kGraphTypeNone && build.Chart != ChartUpdate::None) {
     chart_->Draw(description_);
@@ -221,14 +221,14 @@ void GridPage::ResetChart(bool eraseArrays) {
   chart_->Draw(description_);
 }
 
-double GridPage::GraphRatio() const {
+double GridPage::graphRatio() const {
   const QList<int> sizes = split_->sizes();
   const int total = sizes.value(0) + sizes.value(1);
   return total > 0 ? static_cast<double>(sizes.value(0)) / total : ratio_;
 }
 
-void GridPage::SetGraphRatio(double ratio) {
-  ratio_ = ClampRatio(ratio);
+void GridPage::setGraphRatio(double ratio) {
+  ratio_ = clampRatio(ratio);
   const int total = 10000;
   split_->setSizes({static_cast<int>(total * ratio_), static_cast<int>(total * (1 - ratio_))});
 }

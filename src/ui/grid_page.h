@@ -33,13 +33,13 @@ class GridPage : public QWidget {
   GridView* Grid() const { return grid_; }
   ChartPane* Chart() const { return chart_; }
   SessionHeaderBar* Headers() const { return headers_; }
-  QWidget* OptionStrip() const { return strip_; }
+  QWidget* optionStrip() const { return strip_; }
   // The search over the grid's rows (Ctrl+F puts the cursor there).
-  QLineEdit* SearchBox() const { return search_; }
-  void FocusSearch();
+  QLineEdit* searchBox() const { return search_; }
+  void focusSearch();
 
   // Shows a build made for tab `activeTab` and `measure`.
-  void ShowBuild(GridBuild build, Tab activeTab, Measure measure);
+  void showBuild(GridBuild build, Tab activeTab, Measure measure);
   // The difference columns of compared grids ("Show differences", "Changed
   // only"); ticking a box shows the last compared build again with them.
   const DifferenceOptions& differenceOptions() const { return differences_; }
@@ -48,10 +48,10 @@ class GridPage : public QWidget {
   void ResetChart(bool eraseArrays);
 
   const GraphOptions& graphOptions() const { return options_; }
-  void SetGraphOptions(const GraphOptions& options);
+  void setGraphOptions(const GraphOptions& options);
 
-  double GraphRatio() const;
-  void SetGraphRatio(double ratio);
+  double graphRatio() const;
+  void setGraphRatio(double ratio);
 
  signals:
   void graphOptionsChanged();
@@ -60,13 +60,13 @@ class GridPage : public QWidget {
   void viewInSpreadsheetRequested();
 
  private:
-  QWidget* MakeOptionStrip();
-  void OnOptionChanged(bool sortOnly);
+  QWidget* makeOptionStrip();
+  void onOptionChanged(bool sortOnly);
   // GraphType 0 hides the chart and lets the grid fill the page.
-  void ApplyChartVisibility();
+  void applyChartVisibility();
   // Shows a build as it stands, with the chart it asks for.
-  void Present(GridBuild build);
-  void OnDifferencesChanged();
+  void present(GridBuild build);
+  void onDifferencesChanged();
 
   GridView* grid_;
   SessionHeaderBar* headers_;

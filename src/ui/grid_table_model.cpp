@@ -9,13 +9,13 @@
 
 namespace zol {
 
-QVariant GridColor(VbColor color) {
+QVariant gridColor(VbColor color) {
   if (color & 0x80000000u) return {};
   return QColor(static_cast<int>(color & 0xFF), static_cast<int>((color >> 8) & 0xFF),
                 static_cast<int>((color >> 16) & 0xFF));
 }
 
-QFont BarsFont() {
+QFont barsFont() {
   // A bar is a run of bold letters "l" of the grid's font, set close enough
   // that their strokes touch and read as one bar.
   static const QFont font = [] {
@@ -30,7 +30,7 @@ QFont BarsFont() {
   return font;
 }
 
-void GridTableModel::SetTable(Table table) {
+void GridTableModel::setTable(Table table) {
   beginResetModel();
   table_ = std::move(table);
   filtered_ = false;
@@ -42,12 +42,12 @@ void GridTableModel::SetTable(Table table) {
   endResetModel();
 }
 
-void GridTableModel::RowsReordered() {
+void GridTableModel::rowsReordered() {
   emit layoutAboutToBeChanged();
   emit layoutChanged();
 }
 
-void GridTableModel::ShowRows(std::vector<int> rows) {
+void GridTableModel::showRows(std::vector<int> rows) {
   beginResetModel();
   shown_.clear();
   for (const int r : rows) {
@@ -59,7 +59,7 @@ void GridTableModel::ShowRows(std::vector<int> rows) {
   endResetModel();
 }
 
-void GridTableModel::ShowAllRows() {
+void GridTableModel::showAllRows() {
   if (!filtered_) return;
   beginResetModel();
   filtered_ = false;
@@ -67,12 +67,12 @@ void GridTableModel::ShowAllRows() {
   endResetModel();
 }
 
-int GridTableModel::TableRow(int modelRow) const {
+int GridTableModel::tableRow(int modelRow) const {
   if (modelRow < 0 || modelRow >= rowCount()) return -1;
   return filtered_ ? shown_[static_cast<std::size_t>(modelRow)] : modelRow + 1;
 }
 
-int GridTableModel::ModelRow(int tableRow) const {
+int GridTableModel::modelRow(int tableRow) const {
   if (tableRow < 1 || tableRow > table_.RowCount()) return -1;
   if (!filtered_) return tableRow - 1;
   const auto at = std::lower_bound(shown_.begin(), shown_.end(), tableRow);
@@ -90,7 +90,7 @@ int GridTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant GridTableModel::data(const QModelIndex& index, int role) const {
-  const int tableRow = index.isValid() ? TableRow(index.row()) : -1;
+  const int tableRow = index.isValid() ? this->tableRow(index.row()) : -1;
   if (tableRow < 1 || index.column() >= table_.ColumnCount()) return {};
   const int column = index.column() + 1;
   // Only the cells on screen are asked for: their texts are made here.
@@ -99,9 +99,9 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
       return Q(table_.Text(tableRow, column));
     case Qt::ToolTipRole:
       if (column == barsColumn_) return {};
-      return PlainToolTip(Q(table_.Text(tableRow, column)));
+      return plainToolTip(Q(table_.Text(tableRow, column)));
     case Qt::FontRole:
-      if (column == barsColumn_) return BarsFont();
+      if (column == barsColumn_) return barsFont();
       if (table_.Bold(tableRow, column)) {
         QFont bold;
         bold.setBold(true);
@@ -109,7 +109,7 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
       }
       return {};
     case Qt::ForegroundRole:
-      return GridColor(table_.Color(tableRow, column));
+      return gridColor(table_.Color(tableRow, column));
     case Qt::TextAlignmentRole: {
       const Alignment a = table_.ColumnAt(column).Align;
       const Qt::Alignment h = a == Alignment::Right    ? Qt::AlignRight
@@ -120,7 +120,7 @@ QVariant GridTableModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       if (column == 1) {
         const std::string_view icon = table_.Icon(tableRow);
-        if (!icon.empty()) return ZolIcon(std::string(icon));
+        if (!icon.empty()) return zolIcon(std::string(icon));
       }
       return {};
     default:

@@ -20,25 +20,25 @@ class GridTableModel : public QAbstractTableModel {
   using QAbstractTableModel::QAbstractTableModel;
 
   // Takes a new table in place of the one shown.
-  void SetTable(Table table);
+  void setTable(Table table);
   const Table& table() const { return table_; }
   // For the sort and the column moves, which work on the table itself; call
-  // RowsReordered after a sort.
-  Table& MutableTable() { return table_; }
-  void RowsReordered();
+  // rowsReordered after a sort.
+  Table& mutableTable() { return table_; }
+  void rowsReordered();
 
-  // Shows only the table's rows `rows` (from 1, in table order); ShowAllRows
+  // Shows only the table's rows `rows` (from 1, in table order); showAllRows
   // shows every row again. A new table shows all of its rows.
-  void ShowRows(std::vector<int> rows);
-  void ShowAllRows();
-  bool Filtered() const { return filtered_; }
+  void showRows(std::vector<int> rows);
+  void showAllRows();
+  bool filtered() const { return filtered_; }
   // The table row (from 1) of a model row (from 0), and back; -1 for a table
   // row that isn't shown.
-  int TableRow(int modelRow) const;
-  int ModelRow(int tableRow) const;
+  int tableRow(int modelRow) const;
+  int modelRow(int tableRow) const;
 
   // The bars column (its header holds "Bars"), 0 for none.
-  int BarsColumn() const { return barsColumn_; }
+  int barsColumn() const { return barsColumn_; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -53,11 +53,11 @@ class GridTableModel : public QAbstractTableModel {
 };
 
 // The font of the bars column.
-QFont BarsFont();
+QFont barsFont();
 
 // A colour of the grids (red + 256 green + 65536 blue, or the standard text
 // colour) for Qt; nothing for the standard colour, so the theme's text colour
 // applies.
-QVariant GridColor(VbColor color);
+QVariant gridColor(VbColor color);
 
 }  // namespace zol

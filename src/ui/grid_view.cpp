@@ -44,7 +44,7 @@ FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(g
   setFrameShape(QFrame::NoFrame);
   setStyleSheet("QTableView#frozenColumns { border-right: 1px solid palette(mid); }");
   connect(horizontalHeader(), &QHeaderView::sectionClicked, grid,
-          [grid](int logical) { grid->SortOn(logical + 1, grid->Compared()); });
+          [grid](int logical) { grid->sortOn(logical + 1, grid->Compared()); });
   // Widths set here are the grid's widths; the columns hidden here (the ones
   // that scroll) keep theirs.
   connect(horizontalHeader(), &QHeaderView::sectionResized, grid,
@@ -65,12 +65,12 @@ void FrozenColumnsView::mousePressEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
   QTableView::mousePressEvent(event);
   if (event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) return;
-  grid_->PressAt(index, event->button());
+  grid_->pressAt(index, event->button());
 }
 
 void FrozenColumnsView::mouseDoubleClickEvent(QMouseEvent* event) {
   const QModelIndex index = indexAt(event->position().toPoint());
-  if (!grid_->DoubleClickAt(index, event->button())) QTableView::mouseDoubleClickEvent(event);
+  if (!grid_->doubleClickAt(index, event->button())) QTableView::mouseDoubleClickEvent(event);
 }
 
 void FrozenColumnsView::wheelEvent(QWheelEvent* event) {
@@ -101,18 +101,18 @@ GridView::GridView(QWidget* parent) : QTableView(parent), model_(new GridTableMo
   horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   horizontalHeader()->setSortIndicatorShown(true);
   connect(horizontalHeader(), &QHeaderView::sectionClicked, this,
-          [this](int logical) { SortOn(logical + 1, compared_); });
-  connect(horizontalHeader(), &QHeaderView::sectionMoved, this, &GridView::OnSectionMoved);
+          [this](int logical) { sortOn(logical + 1, compared_); });
+  connect(horizontalHeader(), &QHeaderView::sectionMoved, this, &GridView::onSectionMoved);
   frozen_ = new FrozenColumnsView(this);
   viewport()->stackUnder(frozen_);
   connect(horizontalHeader(), &QHeaderView::sectionResized, this,
           [this](int logical, int, int size) {
             if (frozenCount_ > 0 && frozen_->columnWidth(logical) != size)
               frozen_->setColumnWidth(logical, size);
-            UpdateFrozenGeometry();
+            updateFrozenGeometry();
           });
   connect(horizontalHeader(), &QHeaderView::sectionMoved, this, [this] {
-    if (frozenCount_ > 0) UpdateFrozenColumns();
+    if (frozenCount_ > 0) updateFrozenColumns();
   });
 
   singleClickTimer_.setSingleShot(true);
@@ -127,36 +127,36 @@ const Table& GridView::table() const {
   return model_->table();
 }
 
-int GridView::DoubleClickTime() {
+int GridView::doubleClickTime() {
   const int t = QApplication::styleHints()->mouseDoubleClickInterval();
   return t < 100 ? 500 : t;
 }
 
-void GridView::ShowTable(Table table) {
+void GridView::showTable(Table table) {
   setUpdatesEnabled(false);
   singleClickTimer_.stop();
   ftimDblClick_ = false;
-  model_->SetTable(std::move(table));
-  ApplyColumns();
-  ApplySearch();
-  UpdateFrozenColumns();
-  FitFrozenColumns(0.5);
+  model_->setTable(std::move(table));
+  applyColumns();
+  applySearch();
+  updateFrozenColumns();
+  fitFrozenColumns(0.5);
   horizontalHeader()->setSortIndicator(-1, Qt::DescendingOrder);
   frozen_->horizontalHeader()->setSortIndicator(-1, Qt::DescendingOrder);
   const Table& t = model_->table();
-  if (const int row = model_->ModelRow(t.SelectedRow); row >= 0) selectRow(row);
+  if (const int row = model_->modelRow(t.SelectedRow); row >= 0) selectRow(row);
   // A new table starts at its top left corner, whatever the last one showed.
   scrollToTop();
   horizontalScrollBar()->setValue(0);
   setUpdatesEnabled(true);
 }
 
-void GridView::SetFrozenColumns(int count) {
+void GridView::setFrozenColumns(int count) {
   frozenCount_ = std::max(0, count);
-  UpdateFrozenColumns();
+  updateFrozenColumns();
 }
 
-int GridView::FrozenWidth() const {
+int GridView::frozenWidth() const {
   if (frozenCount_ <= 0 || !frozen_->isVisibleTo(this)) return 0;
   int width = 0;
   const QHeaderView* header = horizontalHeader();
@@ -165,7 +165,7 @@ int GridView::FrozenWidth() const {
   return width;
 }
 
-void GridView::UpdateFrozenColumns() {
+void GridView::updateFrozenColumns() {
   const int columns = model_->columnCount();
   if (frozenCount_ <= 0 || frozenCount_ >= columns) {
     frozen_->hide();
@@ -185,14 +185,14 @@ void GridView::UpdateFrozenColumns() {
   }
   frozen_->horizontalHeader()->setFixedHeight(header->height());
   frozen_->show();
-  UpdateFrozenGeometry();
+  updateFrozenGeometry();
 }
 
-void GridView::FitFrozenColumns(double share) {
-  // Frozen columns wider than the page would leave no room for the columns
+void GridView::fitFrozenColumns(double share) {
+  // frozen columns wider than the page would leave no room for the columns
   // that scroll: the widest of them (the line's text) gives way.
   const int room = static_cast<int>(viewport()->width() * share);
-  int excess = FrozenWidth() - room;
+  int excess = frozenWidth() - room;
   if (excess <= 0 || room <= 0) return;
   QHeaderView* header = horizontalHeader();
   int widest = -1;
@@ -204,26 +204,26 @@ void GridView::FitFrozenColumns(double share) {
   header->resizeSection(widest, std::max(60, header->sectionSize(widest) - excess));
 }
 
-void GridView::UpdateFrozenGeometry() {
+void GridView::updateFrozenGeometry() {
   if (frozenCount_ <= 0 || !frozen_->isVisibleTo(this)) return;
   frozen_->horizontalHeader()->setFixedHeight(horizontalHeader()->height());
-  frozen_->setGeometry(frameWidth(), frameWidth(), FrozenWidth() + 1,
+  frozen_->setGeometry(frameWidth(), frameWidth(), frozenWidth() + 1,
                        viewport()->height() + horizontalHeader()->height());
 }
 
 void GridView::resizeEvent(QResizeEvent* event) {
   QTableView::resizeEvent(event);
-  if (event->size().width() < event->oldSize().width()) FitFrozenColumns(0.7);
-  UpdateFrozenGeometry();
+  if (event->size().width() < event->oldSize().width()) fitFrozenColumns(0.7);
+  updateFrozenGeometry();
 }
 
 void GridView::updateGeometries() {
   QTableView::updateGeometries();
-  UpdateFrozenGeometry();
+  updateFrozenGeometry();
 }
 
 void GridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
-  const int frozenWidth = FrozenWidth();
+  const int frozenWidth = this->frozenWidth();
   if (frozenWidth <= 0 || !index.isValid()) {
     QTableView::scrollTo(index, hint);
     return;
@@ -241,7 +241,7 @@ void GridView::scrollTo(const QModelIndex& index, ScrollHint hint) {
   if (left < frozenWidth) bar->setValue(bar->value() - (frozenWidth - left));
 }
 
-void GridView::ApplyColumns() {
+void GridView::applyColumns() {
   const Table& t = model_->table();
   QHeaderView* header = horizontalHeader();
   const QSignalBlocker block(header);
@@ -264,19 +264,19 @@ void GridView::ApplyColumns() {
   }
 }
 
-void GridView::OnSectionMoved() {
+void GridView::onSectionMoved() {
   // The table keeps the order the user gave the columns, for the export.
-  Table& t = model_->MutableTable();
+  Table& t = model_->mutableTable();
   QHeaderView* header = horizontalHeader();
   for (int visual = 0; visual < header->count(); ++visual) {
     t.SetPosition(header->logicalIndex(visual) + 1, visual + 1);
   }
 }
 
-void GridView::SortOn(int column, bool compared) {
+void GridView::sortOn(int column, bool compared) {
   if (model_->table().RowCount() == 0) return;
   setUpdatesEnabled(false);
-  Table& table = model_->MutableTable();
+  Table& table = model_->mutableTable();
   // The sort carries the selected row along: the highlight stays on the
   // same item, wherever it lands.
   const QModelIndexList selected = selectionModel()->selectedRows();
@@ -284,21 +284,21 @@ void GridView::SortOn(int column, bool compared) {
   const int highlighted = current.isValid() && selectionModel()->isRowSelected(current.row())
                               ? current.row()
                               : (selected.isEmpty() ? -1 : selected.front().row());
-  table.SelectedRow = std::max(0, model_->TableRow(highlighted));
+  table.SelectedRow = std::max(0, model_->tableRow(highlighted));
   const std::int32_t order = SortTable(table, memory_, column, kSortToggle, compared);
-  model_->RowsReordered();
-  ApplySearch();
+  model_->rowsReordered();
+  applySearch();
   const Qt::SortOrder shown = order == kSortAscending ? Qt::AscendingOrder : Qt::DescendingOrder;
   horizontalHeader()->setSortIndicator(column - 1, shown);
   frozen_->horizontalHeader()->setSortIndicator(column - 1, shown);
-  SelectTableRow();
+  selectTableRow();
   setUpdatesEnabled(true);
 }
 
-void GridView::SelectTableRow() {
+void GridView::selectTableRow() {
   const Table& t = model_->table();
   selectionModel()->clearSelection();
-  const int row = model_->ModelRow(t.SelectedRow);
+  const int row = model_->modelRow(t.SelectedRow);
   if (row < 0) return;
   const QModelIndex current = currentIndex();
   const QModelIndex index = model_->index(row, current.isValid() ? current.column() : 0);
@@ -307,12 +307,12 @@ void GridView::SelectTableRow() {
   scrollTo(index);
 }
 
-void GridView::GetHitTest(const QModelIndex& index, Qt::MouseButton button) {
+void GridView::getHitTest(const QModelIndex& index, Qt::MouseButton button) {
   hit_ = GridHit{};
-  hit_.Button = button;
+  hit_.button = button;
   if (!index.isValid()) return;
   const Table& t = model_->table();
-  hit_.Index = model_->TableRow(index.row());
+  hit_.Index = model_->tableRow(index.row());
   if (hit_.Index < 1) {
     hit_.Index = 0;
     return;
@@ -327,11 +327,11 @@ void GridView::mousePressEvent(QMouseEvent* event) {
   QTableView::mousePressEvent(event);
   // Ctrl and Shift gather rows (for a copy) without going anywhere.
   if (event->modifiers() & (Qt::ControlModifier | Qt::ShiftModifier)) return;
-  PressAt(index, event->button());
+  pressAt(index, event->button());
 }
 
-void GridView::PressAt(const QModelIndex& index, Qt::MouseButton button) {
-  GetHitTest(index, button);
+void GridView::pressAt(const QModelIndex& index, Qt::MouseButton button) {
+  getHitTest(index, button);
   if (hit_.Index == 0) return;
   if (button == Qt::RightButton) {
     singleClickTimer_.stop();
@@ -339,14 +339,14 @@ void GridView::PressAt(const QModelIndex& index, Qt::MouseButton button) {
     emit gridClicked(kRightClick, hit_.Index, hit_.SubIndex);
   } else if (button == Qt::LeftButton && !ftimDblClick_) {
     ftimDblClick_ = true;
-    singleClickTimer_.start(DoubleClickTime());
+    singleClickTimer_.start(doubleClickTime());
   }
 }
 
-bool GridView::DoubleClickAt(const QModelIndex& index, Qt::MouseButton button) {
+bool GridView::doubleClickAt(const QModelIndex& index, Qt::MouseButton button) {
   singleClickTimer_.stop();
   ftimDblClick_ = false;
-  GetHitTest(index, button);
+  getHitTest(index, button);
   if (button == Qt::LeftButton && hit_.Index > 0) {
     emit gridClicked(kDoubleClick, hit_.Index, hit_.SubIndex);
     return true;
@@ -355,7 +355,7 @@ bool GridView::DoubleClickAt(const QModelIndex& index, Qt::MouseButton button) {
 }
 
 void GridView::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (!DoubleClickAt(indexAt(event->position().toPoint()), event->button()))
+  if (!doubleClickAt(indexAt(event->position().toPoint()), event->button()))
     QTableView::mouseDoubleClickEvent(event);
 }
 
@@ -364,7 +364,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
   const QModelIndex current = currentIndex();
   if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && current.isValid()) {
     const int kind = (event->modifiers() & Qt::ShiftModifier) ? kDoubleClick : kSingleClick;
-    const int row = model_->TableRow(current.row());
+    const int row = model_->tableRow(current.row());
     if (row >= 1) emit gridClicked(kind, row, current.column() + 1);
     return;
   }
@@ -380,17 +380,17 @@ void GridView::keyPressEvent(QKeyEvent* event) {
 
 namespace zol {
 
-void GridView::SetSearch(const QString& words) {
+void GridView::setSearch(const QString& words) {
   if (words == search_) return;
   search_ = words;
-  ApplySearch();
-  UpdateFrozenColumns();
+  applySearch();
+  updateFrozenColumns();
 }
 
-void GridView::ApplySearch() {
-  const std::string words = ToCp1252(search_);
+void GridView::applySearch() {
+  const std::string words = toCp1252(search_);
   const bool any = words.find_first_not_of(" \t") != std::string::npos;
-  if (!any && !model_->Filtered()) return;
+  if (!any && !model_->filtered()) return;
   // A model reset forgets the columns' widths and places; the user's stay.
   QHeaderView* header = horizontalHeader();
   std::vector<int> sizes;
@@ -401,9 +401,9 @@ void GridView::ApplySearch() {
   }
   const int scroll = horizontalScrollBar()->value();
   if (any) {
-    model_->ShowRows(RowsMatching(model_->table(), words));
+    model_->showRows(RowsMatching(model_->table(), words));
   } else {
-    model_->ShowAllRows();
+    model_->showAllRows();
   }
   {
     const QSignalBlocker block(header);
@@ -417,16 +417,16 @@ void GridView::ApplySearch() {
   horizontalScrollBar()->setValue(scroll);
 }
 
-QString GridView::CopyText(bool whole) const {
+QString GridView::copyText(bool whole) const {
   std::vector<int> rows;
   if (whole) {
-    for (int r = 0; r < model_->rowCount(); ++r) rows.push_back(model_->TableRow(r));
+    for (int r = 0; r < model_->rowCount(); ++r) rows.push_back(model_->tableRow(r));
   } else {
     QModelIndexList selected = selectionModel()->selectedRows();
     if (selected.isEmpty() && currentIndex().isValid()) selected << currentIndex();
     std::sort(selected.begin(), selected.end(),
               [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); });
-    for (const QModelIndex& index : selected) rows.push_back(model_->TableRow(index.row()));
+    for (const QModelIndex& index : selected) rows.push_back(model_->tableRow(index.row()));
   }
   if (rows.empty()) return {};
   QString text = Q(ExportText(model_->table(), rows, false));
@@ -435,7 +435,7 @@ QString GridView::CopyText(bool whole) const {
 }
 
 void GridView::CopyToClipboard(bool whole) {
-  const QString text = CopyText(whole);
+  const QString text = copyText(whole);
   if (!text.isEmpty()) QApplication::clipboard()->setText(text);
 }
 

@@ -42,7 +42,7 @@ struct GridHit {
   int SubIndex = 0;  // column, from 1
   std::string ColumnText;
   std::string Text;
-  Qt::MouseButton Button = Qt::NoButton;
+  Qt::MouseButton button = Qt::NoButton;
 };
 
 class GridView : public QTableView {
@@ -51,46 +51,46 @@ class GridView : public QTableView {
  public:
   explicit GridView(QWidget* parent = nullptr);
 
-  GridTableModel* Model() const { return model_; }
+  GridTableModel* typedModel() const { return model_; }
   const Table& table() const;
 
   // Swaps in a newly built table: columns sized and placed as the table says,
   // its selected row selected. The view doesn't repaint until it is all done.
-  void ShowTable(Table table);
+  void showTable(Table table);
   // Sorts on column `column` (from 1) as a header click does. `compared`
   // keeps the colours of a compared grid.
-  void SortOn(int column, bool compared);
-  void SetCompared(bool compared) { compared_ = compared; }
+  void sortOn(int column, bool compared);
+  void setCompared(bool compared) { compared_ = compared; }
   bool Compared() const { return compared_; }
   SortMemory& Memory() { return memory_; }
 
   // Keeps the first `count` columns (in display order) in place while the
   // others scroll; 0 lets all of them scroll.
-  void SetFrozenColumns(int count);
-  int FrozenColumns() const { return frozenCount_; }
-  FrozenColumnsView* Frozen() const { return frozen_; }
+  void setFrozenColumns(int count);
+  int frozenColumns() const { return frozenCount_; }
+  FrozenColumnsView* frozen() const { return frozen_; }
   // The width the frozen columns take on the left of the viewport.
-  int FrozenWidth() const;
+  int frozenWidth() const;
 
   // The click chain, for a press or double click on the cell at `index`
   // (of this grid or of its frozen columns).
-  void PressAt(const QModelIndex& index, Qt::MouseButton button);
-  bool DoubleClickAt(const QModelIndex& index, Qt::MouseButton button);
+  void pressAt(const QModelIndex& index, Qt::MouseButton button);
+  bool doubleClickAt(const QModelIndex& index, Qt::MouseButton button);
 
   void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
   // Keeps only the rows whose module, procedure or line text holds every
   // word of `words` (all rows for none); new tables and sorts keep it.
-  void SetSearch(const QString& words);
-  const QString& Search() const { return search_; }
+  void setSearch(const QString& words);
+  const QString& search() const { return search_; }
   // The selected rows (or, `whole`, every row shown) with the headers, as
   // tab-separated lines: what the clipboard gets.
-  QString CopyText(bool whole) const;
+  QString copyText(bool whole) const;
   void CopyToClipboard(bool whole);
 
-  const GridHit& LastHit() const { return hit_; }
+  const GridHit& lastHit() const { return hit_; }
   // The double-click time, 500 ms when the system gives less than 100.
-  static int DoubleClickTime();
+  static int doubleClickTime();
 
  signals:
   // kind: 1 single click, 2 right click, 3 double click; row and column from 1.
@@ -104,19 +104,19 @@ class GridView : public QTableView {
   void updateGeometries() override;
 
  private:
-  void GetHitTest(const QModelIndex& index, Qt::MouseButton button);
+  void getHitTest(const QModelIndex& index, Qt::MouseButton button);
   // Shows the frozen columns over the leading ones, at their widths.
-  void UpdateFrozenColumns();
-  void UpdateFrozenGeometry();
+  void updateFrozenColumns();
+  void updateFrozenGeometry();
   // Narrows the widest frozen column so that the frozen ones take at most
   // `share` of the viewport's width.
-  void FitFrozenColumns(double share);
+  void fitFrozenColumns(double share);
   // The row the user had selected, selected again after a sort moved it.
-  void SelectTableRow();
+  void selectTableRow();
   // Applies the search to the table shown, keeping the columns as they are.
-  void ApplySearch();
-  void ApplyColumns();
-  void OnSectionMoved();
+  void applySearch();
+  void applyColumns();
+  void onSectionMoved();
 
   GridTableModel* model_;
   QTimer singleClickTimer_;

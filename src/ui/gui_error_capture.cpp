@@ -24,7 +24,7 @@ namespace {
 
 GuiErrorCapture* g_current = nullptr;
 
-QString Shown(const std::string& text) {
+QString shown(const std::string& text) {
   QString s = Q(text);
   s.replace("\r\n", "\n");
   return s;
@@ -32,7 +32,7 @@ QString Shown(const std::string& text) {
 
 // "void zol::MainWindow::openSessions(const QStringList&)" gives
 // {"MainWindow", "openSessions"}; a lambda names the function around it.
-std::pair<std::string, std::string> ModuleAndProcedure(const std::source_location& where) {
+std::pair<std::string, std::string> moduleAndProcedure(const std::source_location& where) {
   std::string name = where.function_name();
   name = name.substr(0, name.find('('));
   if (const std::size_t space = name.rfind(' '); space != std::string::npos) {
@@ -64,7 +64,7 @@ ErrorDialogReply GuiErrorPrompter::ShowErrorDialog(const ErrorDialogState& state
   const ErrorDialogReply reply = dialog.reply();
   if (reply.decision == ErrorDecision::Report) {
     QMessageBox::information(QApplication::activeWindow(), kMessageTitle,
-                             Shown(kErrorReportNotice));
+                             shown(kErrorReportNotice));
   }
   return reply;
 }
@@ -94,14 +94,14 @@ bool GuiErrorPrompter::OpenMail(const std::string& mailtoUrl) {
 }
 
 Answer GuiErrorPrompter::Ask(const std::string& text) {
-  return QMessageBox::question(QApplication::activeWindow(), kMessageTitle, Shown(text)) ==
+  return QMessageBox::question(QApplication::activeWindow(), kMessageTitle, shown(text)) ==
                  QMessageBox::Yes
              ? Answer::Yes
              : Answer::No;
 }
 
 void GuiErrorPrompter::ShowMessage(const std::string& text) {
-  QMessageBox::information(QApplication::activeWindow(), kMessageTitle, Shown(text));
+  QMessageBox::information(QApplication::activeWindow(), kMessageTitle, shown(text));
 }
 
 void GuiErrorPrompter::ClearClipboard() {
@@ -113,7 +113,7 @@ void GuiErrorPrompter::SetClipboardText(const std::string& text) {
 }
 
 std::string GuiErrorPrompter::ClipboardText() {
-  return ToCp1252(QApplication::clipboard()->text());
+  return toCp1252(QApplication::clipboard()->text());
 }
 
 bool GuiErrorPrompter::SaveScreenshot(const std::string& bmpFile) {
@@ -158,7 +158,7 @@ bool GuiErrorCapture::OfferCrashReport(const CrashRecord& crash) {
   return handler_.OfferCrashReport(crash, program_) != ErrorDecision::Abort;
 }
 
-void RunGuarded(QWidget* parent, const std::function<void()>& action, std::source_location where) {
+void runGuarded(QWidget* parent, const std::function<void()>& action, std::source_location where) {
   GuiErrorCapture* capture = GuiErrorCapture::Current();
   if (capture == nullptr) {
     try {
@@ -170,7 +170,7 @@ void RunGuarded(QWidget* parent, const std::function<void()>& action, std::sourc
     }
     return;
   }
-  const auto [module, procedure] = ModuleAndProcedure(where);
+  const auto [module, procedure] = moduleAndProcedure(where);
   const CallPlace place{capture->program(), module, procedure,
                         static_cast<std::int32_t>(where.line())};
   const std::string traceName = place.module + "." + place.procedure;
@@ -179,7 +179,7 @@ void RunGuarded(QWidget* parent, const std::function<void()>& action, std::sourc
   dump.module = [parent, module = place.module] {
     if (parent == nullptr) return;
     zolDumpVariable(module + ".objectName", parent->objectName().toStdString(), 0);
-    zolDumpVariable(module + ".windowTitle", ToCp1252(parent->windowTitle()), 0);
+    zolDumpVariable(module + ".windowTitle", toCp1252(parent->windowTitle()), 0);
     zolDumpVariable(module + ".isVisible", parent->isVisible(), 0);
   };
   dump.globals = [capture, window = QPointer<QWidget>(parent ? parent->window() : nullptr)] {

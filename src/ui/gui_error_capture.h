@@ -75,7 +75,7 @@ class GuiErrorCapture {
 // to the error dialog, whose answer runs it again, gives it up, or ends the
 // program at once. Without a GuiErrorCapture the failure is shown in a
 // message box.
-void RunGuarded(QWidget* parent, const std::function<void()>& action,
+void runGuarded(QWidget* parent, const std::function<void()>& action,
                 std::source_location where = std::source_location::current());
 
 }  // namespace zol

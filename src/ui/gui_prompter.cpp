@@ -14,7 +14,7 @@ namespace zol {
 
 namespace {
 
-QMessageBox::Icon IconOf(MessageKind kind) {
+QMessageBox::Icon iconOf(MessageKind kind) {
   switch (kind) {
     case MessageKind::Information:
       return QMessageBox::Information;
@@ -28,7 +28,7 @@ QMessageBox::Icon IconOf(MessageKind kind) {
   return QMessageBox::NoIcon;
 }
 
-Answer AnswerOf(int button) {
+Answer answerOf(int button) {
   if (button == QMessageBox::Yes) return Answer::Yes;
   if (button == QMessageBox::No) return Answer::No;
   return Answer::Cancel;
@@ -46,7 +46,7 @@ GuiPrompter::GuiPrompter(QWidget* parent, StatusArea* status, bool* abortFlag)
 }
 
 void GuiPrompter::ShowMessage(const std::string& text, MessageKind kind) {
-  QMessageBox box(IconOf(kind), kMessageTitle, Q(text), QMessageBox::Ok, parent_);
+  QMessageBox box(iconOf(kind), kMessageTitle, Q(text), QMessageBox::Ok, parent_);
   // Messages quote names and file paths; they are never markup.
   box.setTextFormat(Qt::PlainText);
   box.exec();
@@ -58,7 +58,7 @@ Answer GuiPrompter::Ask(const std::string& text, bool withCancel) {
                       (withCancel ? QMessageBox::Cancel : QMessageBox::NoButton),
                   parent_);
   box.setTextFormat(Qt::PlainText);
-  return AnswerOf(box.exec());
+  return answerOf(box.exec());
 }
 
 DontShowReply GuiPrompter::AskDontShowAgain(const std::string& title, const std::string& text) {
@@ -67,7 +67,7 @@ DontShowReply GuiPrompter::AskDontShowAgain(const std::string& title, const std:
   box.setTextFormat(Qt::PlainText);
   auto* dontShow = new QCheckBox(QObject::tr("Don't show this message again"), &box);
   box.setCheckBox(dontShow);
-  const Answer answer = AnswerOf(box.exec());
+  const Answer answer = answerOf(box.exec());
   return {answer, dontShow->isChecked()};
 }
 
@@ -80,7 +80,7 @@ void GuiPrompter::ShowProgress(bool visible) {
 void GuiPrompter::SetProgressText(const std::string& text) {
   if (!status_) return;
   status_->progressLabel()->setText(Q(text));
-  PumpPaintsNowAndThen();
+  pumpPaintsNowAndThen();
 }
 
 void GuiPrompter::SetProgressMax(long max) {
@@ -92,7 +92,7 @@ void GuiPrompter::SetProgressValue(long value) {
   QProgressBar* bar = status_->progressBar();
   if (!bar->isVisible() && value > 0) status_->ShowProgress(true);
   bar->setValue(std::min(Clamp(value), bar->maximum()));
-  PumpPaintsNowAndThen();
+  pumpPaintsNowAndThen();
 }
 
 void GuiPrompter::DoEvents() {
@@ -100,11 +100,11 @@ void GuiPrompter::DoEvents() {
   sincePump_.restart();
 }
 
-void GuiPrompter::RequestAbort() {
+void GuiPrompter::requestAbort() {
   if (abort_) *abort_ = true;
 }
 
-void GuiPrompter::PumpPaintsNowAndThen() {
+void GuiPrompter::pumpPaintsNowAndThen() {
   if (sincePump_.elapsed() < 40) return;
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   sincePump_.restart();

@@ -31,12 +31,12 @@ class GuiPrompter : public Prompter {
   void DoEvents() override;
 
   // The stop button or Esc: the operation under way is asked to stop.
-  void RequestAbort();
+  void requestAbort();
 
  private:
   // Repaints now and then while a loop moves the bar without letting events
   // run; user input waits for the loop's own DoEvents.
-  void PumpPaintsNowAndThen();
+  void pumpPaintsNowAndThen();
 
   QPointer<QWidget> parent_;
   QPointer<StatusArea> status_;

@@ -35,7 +35,7 @@ QPen Pen(const QColor& c, double w = 1.0) {
 }
 
 // A page with a folded corner.
-void Sheet(QPainter& p, const QRectF& r, const QColor& fill = kPaper) {
+void sheet(QPainter& p, const QRectF& r, const QColor& fill = kPaper) {
   QPainterPath path;
   const double fold = 3.5;
   path.moveTo(r.left(), r.top());
@@ -70,7 +70,7 @@ void Window(QPainter& p, const QRectF& r, const QColor& title) {
 }
 
 // A round badge with a letter: the procedure kinds.
-void Badge(QPainter& p, const QString& letter, const QColor& c) {
+void badge(QPainter& p, const QString& letter, const QColor& c) {
   p.setPen(Pen(c.darker(130), 0.9));
   p.setBrush(c);
   p.drawRoundedRect(QRectF(1.5, 1.5, 13, 13), 3.5, 3.5);
@@ -83,7 +83,7 @@ void Badge(QPainter& p, const QString& letter, const QColor& c) {
   p.drawText(QRectF(1.5, 1.0, 13, 13), Qt::AlignCenter, letter);
 }
 
-void Stopwatch(QPainter& p, const QPointF& c, double radius, const QColor& rim) {
+void stopwatch(QPainter& p, const QPointF& c, double radius, const QColor& rim) {
   p.setPen(Pen(kInk, 0.9));
   p.setBrush(rim);
   p.drawRect(QRectF(c.x() - 1.2, c.y() - radius - 2.2, 2.4, 1.8));
@@ -95,7 +95,7 @@ void Stopwatch(QPainter& p, const QPointF& c, double radius, const QColor& rim) 
   p.drawLine(c, QPointF(c.x() + radius * 0.5, c.y() + radius * 0.2));
 }
 
-void Arrow(QPainter& p, const QPointF& from, const QPointF& to, const QColor& c, double w = 1.6) {
+void arrow(QPainter& p, const QPointF& from, const QPointF& to, const QColor& c, double w = 1.6) {
   p.setPen(Pen(c, w));
   p.drawLine(from, to);
   const QLineF line(to, from);
@@ -119,7 +119,7 @@ void Plus(QPainter& p, const QPointF& c, const QColor& color) {
 }
 
 // A hierarchy of three boxes: the measures that count the children.
-void Hierarchy(QPainter& p, const QColor& c) {
+void hierarchy(QPainter& p, const QColor& c) {
   p.setPen(Pen(kInk, 0.9));
   p.drawLine(QPointF(4, 5), QPointF(4, 12));
   p.drawLine(QPointF(4, 8.5), QPointF(8, 8.5));
@@ -131,7 +131,7 @@ void Hierarchy(QPainter& p, const QColor& c) {
   p.drawRect(QRectF(8, 10.5, 4, 3));
 }
 
-void Letter(QPainter& p, const QRectF& r, const QString& text, const QColor& c, int px,
+void letter(QPainter& p, const QRectF& r, const QString& text, const QColor& c, int px,
             bool italic = false) {
   QFont f;
   f.setFamily("DejaVu Serif");
@@ -143,7 +143,7 @@ void Letter(QPainter& p, const QRectF& r, const QString& text, const QColor& c, 
   p.drawText(r, Qt::AlignCenter, text);
 }
 
-void Funnel(QPainter& p, const QColor& c) {
+void funnel(QPainter& p, const QColor& c) {
   QPainterPath path;
   path.moveTo(1.5, 2.5);
   path.lineTo(14.5, 2.5);
@@ -157,7 +157,7 @@ void Funnel(QPainter& p, const QColor& c) {
   p.drawPath(path);
 }
 
-void Gear(QPainter& p) {
+void gear(QPainter& p) {
   p.setPen(Qt::NoPen);
   p.setBrush(kGrey.darker(130));
   for (int i = 0; i < 8; ++i) {
@@ -172,14 +172,14 @@ void Gear(QPainter& p) {
   p.drawEllipse(QPointF(8, 8), 2.1, 2.1);
 }
 
-void Disc(QPainter& p, const QString& text, const QColor& c) {
+void disc(QPainter& p, const QString& text, const QColor& c) {
   p.setPen(Qt::NoPen);
   p.setBrush(c);
   p.drawEllipse(QPointF(8, 8), 7, 7);
-  Letter(p, QRectF(1, 1, 14, 14), text, Qt::white, 11);
+  letter(p, QRectF(1, 1, 14, 14), text, Qt::white, 11);
 }
 
-void Floppy(QPainter& p) {
+void floppy(QPainter& p) {
   p.setPen(Pen(kInk, 0.9));
   p.setBrush(kBlue);
   p.drawRoundedRect(QRectF(1.5, 1.5, 13, 13), 1.5, 1.5);
@@ -189,10 +189,10 @@ void Floppy(QPainter& p) {
   p.drawRect(QRectF(4, 9, 8, 5.5));
 }
 
-const std::map<std::string, Draw>& Drawings() {
+const std::map<std::string, Draw>& iconDrawings() {
   static const std::map<std::string, Draw> drawings = {
       // --- The tree and the title strip ---
-      {"SESSION", [](QPainter& p) { Stopwatch(p, QPointF(8, 9), 5.6, kBlue); }},
+      {"SESSION", [](QPainter& p) { stopwatch(p, QPointF(8, 9), 5.6, kBlue); }},
       {"GROUP",
        [](QPainter& p) {
          p.setPen(Pen(kInk, 0.9));
@@ -200,7 +200,7 @@ const std::map<std::string, Draw>& Drawings() {
          p.drawRoundedRect(QRectF(4.5, 1.5, 10, 8), 1.2, 1.2);
          p.setBrush(kLightBlue.darker(108));
          p.drawRoundedRect(QRectF(3, 3.5, 10, 8), 1.2, 1.2);
-         Stopwatch(p, QPointF(7, 10), 4.2, kBlue);
+         stopwatch(p, QPointF(7, 10), 4.2, kBlue);
        }},
       {"MERGE",
        [](QPainter& p) {
@@ -214,7 +214,7 @@ const std::map<std::string, Draw>& Drawings() {
          lower.cubicTo(6, 13, 6, 8, 10, 8);
          p.drawPath(upper);
          p.drawPath(lower);
-         Arrow(p, QPointF(9, 8), QPointF(14.5, 8), kGreen, 1.7);
+         arrow(p, QPointF(9, 8), QPointF(14.5, 8), kGreen, 1.7);
        }},
       {"COMPARE",
        [](QPainter& p) {
@@ -232,7 +232,7 @@ const std::map<std::string, Draw>& Drawings() {
       // control, user document, designer.
       {"TYPE1",
        [](QPainter& p) {
-         Sheet(p, QRectF(2.5, 1.5, 11, 13));
+         sheet(p, QRectF(2.5, 1.5, 11, 13));
          TextLines(p, 4.5, 11.5, 6, 4, kBlue);
        }},
       {"TYPE2",
@@ -274,7 +274,7 @@ const std::map<std::string, Draw>& Drawings() {
        }},
       {"TYPE9",
        [](QPainter& p) {
-         Sheet(p, QRectF(2.5, 1.5, 11, 13));
+         sheet(p, QRectF(2.5, 1.5, 11, 13));
          p.setPen(Pen(kTeal, 1.0));
          p.setBrush(Qt::NoBrush);
          p.drawEllipse(QPointF(8, 9.5), 3.5, 3.5);
@@ -297,11 +297,11 @@ const std::map<std::string, Draw>& Drawings() {
          p.drawLine(QPointF(9, 2.5), QPointF(14, 7.5));
        }},
       // Procedure kinds: function, sub, property; others are plain.
-      {"PROC1", [](QPainter& p) { Badge(p, "F", kPurple); }},
-      {"PROC2", [](QPainter& p) { Badge(p, "S", kTeal); }},
-      {"PROC3", [](QPainter& p) { Badge(p, "P", kOrange); }},
-      {"PROC0", [](QPainter& p) { Badge(p, "?", kGrey); }},
-      {"PROC98", [](QPainter& p) { Badge(p, "D", kGrey); }},
+      {"PROC1", [](QPainter& p) { badge(p, "F", kPurple); }},
+      {"PROC2", [](QPainter& p) { badge(p, "S", kTeal); }},
+      {"PROC3", [](QPainter& p) { badge(p, "P", kOrange); }},
+      {"PROC0", [](QPainter& p) { badge(p, "?", kGrey); }},
+      {"PROC98", [](QPainter& p) { badge(p, "D", kGrey); }},
       {"GRAPHMORE",
        [](QPainter& p) {
          p.setPen(Pen(kInk, 0.9));
@@ -332,12 +332,12 @@ const std::map<std::string, Draw>& Drawings() {
        }},
       {"ADDSESSION",
        [](QPainter& p) {
-         Stopwatch(p, QPointF(7, 9), 5.2, kBlue);
+         stopwatch(p, QPointF(7, 9), 5.2, kBlue);
          Plus(p, QPointF(12, 12), kGreen);
        }},
       {"SAVEMERGED",
        [](QPainter& p) {
-         Floppy(p);
+         floppy(p);
          p.setPen(Pen(kGreen.darker(110), 1.3));
          p.setBrush(Qt::NoBrush);
          p.drawLine(QPointF(5, 10.5), QPointF(8, 12.5));
@@ -355,23 +355,23 @@ const std::map<std::string, Draw>& Drawings() {
        }},
       {"TOTALTIME",
        [](QPainter& p) {
-         Stopwatch(p, QPointF(8, 9), 5.8, kBlue);
-         Letter(p, QRectF(5, 5.5, 11, 11), QString(QChar(0x03A3)), kRed, 8);
+         stopwatch(p, QPointF(8, 9), 5.8, kBlue);
+         letter(p, QRectF(5, 5.5, 11, 11), QString(QChar(0x03A3)), kRed, 8);
        }},
       {"AVERAGETIME",
        [](QPainter& p) {
-         Stopwatch(p, QPointF(8, 9), 5.8, kBlue);
-         Letter(p, QRectF(5, 5.5, 11, 11), QString(QChar(0x00D8)), kRed, 8);
+         stopwatch(p, QPointF(8, 9), 5.8, kBlue);
+         letter(p, QRectF(5, 5.5, 11, 11), QString(QChar(0x00D8)), kRed, 8);
        }},
       {"CHILDTOTALTIME",
        [](QPainter& p) {
-         Hierarchy(p, kBlue);
-         Letter(p, QRectF(7, 0, 9, 8), QString(QChar(0x03A3)), kRed, 8);
+         hierarchy(p, kBlue);
+         letter(p, QRectF(7, 0, 9, 8), QString(QChar(0x03A3)), kRed, 8);
        }},
       {"CHILDAVERAGETIME",
        [](QPainter& p) {
-         Hierarchy(p, kBlue);
-         Letter(p, QRectF(7, 0, 9, 8), QString(QChar(0x00D8)), kRed, 8);
+         hierarchy(p, kBlue);
+         letter(p, QRectF(7, 0, 9, 8), QString(QChar(0x00D8)), kRed, 8);
        }},
       {"COVERAGE",
        [](QPainter& p) {
@@ -383,12 +383,12 @@ const std::map<std::string, Draw>& Drawings() {
          p.setBrush(kPaper);
          p.drawEllipse(QPointF(8, 8), 2.5, 2.5);
        }},
-      {"BACK", [](QPainter& p) { Arrow(p, QPointF(14, 8), QPointF(2.5, 8), kBlue, 2.2); }},
-      {"FWD", [](QPainter& p) { Arrow(p, QPointF(2, 8), QPointF(13.5, 8), kBlue, 2.2); }},
-      {"FILTERS", [](QPainter& p) { Funnel(p, kOrange); }},
-      {"OPTIONS", [](QPainter& p) { Gear(p); }},
-      {"ABOUT", [](QPainter& p) { Disc(p, "i", kBlue); }},
-      {"HELP", [](QPainter& p) { Disc(p, "?", kGreen); }},
+      {"BACK", [](QPainter& p) { arrow(p, QPointF(14, 8), QPointF(2.5, 8), kBlue, 2.2); }},
+      {"FWD", [](QPainter& p) { arrow(p, QPointF(2, 8), QPointF(13.5, 8), kBlue, 2.2); }},
+      {"FILTERS", [](QPainter& p) { funnel(p, kOrange); }},
+      {"OPTIONS", [](QPainter& p) { gear(p); }},
+      {"ABOUT", [](QPainter& p) { disc(p, "i", kBlue); }},
+      {"HELP", [](QPainter& p) { disc(p, "?", kGreen); }},
   };
   return drawings;
 }
@@ -406,11 +406,11 @@ QPixmap Render(const Draw& draw, int size) {
 
 }  // namespace
 
-bool HasZolIcon(const std::string& key) {
-  return Drawings().count(key) != 0;
+bool hasZolIcon(const std::string& key) {
+  return iconDrawings().count(key) != 0;
 }
 
-QIcon ZolIcon(const std::string& keyIn) {
+QIcon zolIcon(const std::string& keyIn) {
   // The grids name module icons the other way round: "5TYPE" for "TYPE5".
   std::string key = keyIn;
   if (key.size() > 4 && key.compare(key.size() - 4, 4, "TYPE") == 0 &&
@@ -421,7 +421,7 @@ QIcon ZolIcon(const std::string& keyIn) {
   const QString name = QString::fromStdString(key);
   if (auto it = cache.constFind(name); it != cache.constEnd()) return *it;
   QIcon icon;
-  const auto& drawings = Drawings();
+  const auto& drawings = iconDrawings();
   auto found = drawings.find(key);
   // A procedure kind without a drawing of its own looks like an unknown one.
   if (found == drawings.end() && key.rfind("PROC", 0) == 0) found = drawings.find("PROC0");
@@ -433,9 +433,9 @@ QIcon ZolIcon(const std::string& keyIn) {
   return icon;
 }
 
-QStringList ZolIconKeys() {
+QStringList zolIconKeys() {
   QStringList keys;
-  for (const auto& [key, draw] : Drawings()) keys << QString::fromStdString(key);
+  for (const auto& [key, draw] : iconDrawings()) keys << QString::fromStdString(key);
   return keys;
 }
 

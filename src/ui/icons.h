@@ -13,12 +13,12 @@
 namespace zol {
 
 // The icon of `key`; an empty icon for a key without a drawing.
-QIcon ZolIcon(const std::string& key);
+QIcon zolIcon(const std::string& key);
 
 // Whether `key` has a drawing of its own.
-bool HasZolIcon(const std::string& key);
+bool hasZolIcon(const std::string& key);
 
 // Every key with a drawing, for the icon sheet.
-QStringList ZolIconKeys();
+QStringList zolIconKeys();
 
 }  // namespace zol

@@ -14,7 +14,7 @@ namespace zol {
 namespace {
 
 // A round lamp: green while the thread runs, grey once it has ended.
-QIcon Lamp(bool on) {
+QIcon lamp(bool on) {
   QPixmap pixmap(16, 16);
   pixmap.fill(Qt::transparent);
   QPainter painter(&pixmap);
@@ -63,7 +63,7 @@ LiveWindow::~LiveWindow() {
   receiver_->Close();
 }
 
-std::string LiveWindow::Start() {
+std::string LiveWindow::start() {
   try {
     receiver_->Open();
   } catch (const ReceiverError& e) {
@@ -102,7 +102,7 @@ void LiveWindow::showRows() {
       item->setData(Qt::UserRole, QString::fromStdString(row.Key));
     }
     QListWidgetItem* item = threads_->item(static_cast<int>(i));
-    item->setIcon(Lamp(row.On));
+    item->setIcon(lamp(row.On));
     item->setData(Qt::UserRole + 1, row.On);
   }
 }

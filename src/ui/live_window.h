@@ -52,7 +52,7 @@ class LiveWindow : public QWidget {
 
   // Opens the socket and the rendezvous. Returns the failure's text, or
   // nothing when the receiver is up.
-  std::string Start();
+  std::string start();
 
   const EventStore& store() const { return store_; }
   const LiveReceiver& receiver() const { return *receiver_; }

@@ -50,14 +50,14 @@ MainToolbar::MainToolbar(QWidget* parent)
   a.help = Add("HELP", tr("Help"), tr("Help"));
   a.help->setShortcut(QKeySequence::HelpContents);
 
-  profileMenu_ = AddDropDown(a.profileProject);
-  loadMenu_ = AddDropDown(a.loadSessions);
+  profileMenu_ = addDropDown(a.profileProject);
+  loadMenu_ = addDropDown(a.loadSessions);
   a.back->setEnabled(false);
   a.forward->setEnabled(false);
 }
 
 QAction* MainToolbar::Add(const std::string& key, const QString& text, const QString& tip) {
-  QAction* a = addAction(ZolIcon(key), text);
+  QAction* a = addAction(zolIcon(key), text);
   a->setObjectName(QString::fromStdString(key));
   a->setToolTip(tip);
   a->setData(QString::fromStdString(key));
@@ -65,7 +65,7 @@ QAction* MainToolbar::Add(const std::string& key, const QString& text, const QSt
   return a;
 }
 
-QMenu* MainToolbar::AddDropDown(QAction* button) {
+QMenu* MainToolbar::addDropDown(QAction* button) {
   auto* menu = new QMenu(this);
   menu->setObjectName(button->objectName() + "Menu");
   button->setMenu(menu);
@@ -75,19 +75,19 @@ QMenu* MainToolbar::AddDropDown(QAction* button) {
   return menu;
 }
 
-QAction* MainToolbar::Button(const std::string& key) const {
+QAction* MainToolbar::button(const std::string& key) const {
   const auto it = byKey_.find(key);
   return it == byKey_.end() ? nullptr : it->second;
 }
 
-void MainToolbar::PressMeasure(int measure) {
+void MainToolbar::pressMeasure(int measure) {
   if (measure < 0 || measure >= static_cast<int>(kMeasureCount)) return;
   // No action runs: the window listens to "triggered", which a check made
   // here doesn't send; the group still hears of it and lets the others go.
   actions_.measures[static_cast<std::size_t>(measure)]->setChecked(true);
 }
 
-void MainToolbar::SetInstrumenterInstalled(bool installed) {
+void MainToolbar::setInstrumenterInstalled(bool installed) {
   const QString missing = tr("\n(The Zolmark instrumenter is not installed.)");
   actions_.profileProject->setToolTip(tr("Profile project (select default plan in Options)") +
                                       (installed ? QString() : missing));

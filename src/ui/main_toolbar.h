@@ -45,23 +45,23 @@ class MainToolbar : public QToolBar {
 
   const Actions& actions() const { return actions_; }
   // The button whose key (object name) is `key`; nullptr for an unknown key.
-  QAction* Button(const std::string& key) const;
+  QAction* button(const std::string& key) const;
   // The drop-downs of the profile and load buttons.
   QMenu* profileMenu() const { return profileMenu_; }
   QMenu* loadMenu() const { return loadMenu_; }
-  QActionGroup* Measures() const { return measures_; }
+  QActionGroup* measures() const { return measures_; }
 
   // Presses the button of measure index `measure` (IndexOf(Measure)) without any
   // action running.
-  void PressMeasure(int measure);
+  void pressMeasure(int measure);
 
   // The buttons whose action needs the separate instrumenter say so when it
   // is absent.
-  void SetInstrumenterInstalled(bool installed);
+  void setInstrumenterInstalled(bool installed);
 
  private:
   QAction* Add(const std::string& key, const QString& text, const QString& tip);
-  QMenu* AddDropDown(QAction* button);
+  QMenu* addDropDown(QAction* button);
 
   Actions actions_;
   std::map<std::string, QAction*> byKey_;

@@ -71,7 +71,7 @@ constexpr const char* kTabIcons[kTabCount] = {"SESSION", "TYPE1", "PROC2",
 
 // The instrumenter of the suite, when it is installed beside this program or
 // on the path.
-QString FindInstrumenter() {
+QString findInstrumenter() {
   const QString name = "zolmark-instrumenter";
   const QString beside = QCoreApplication::applicationDirPath() + "/" + name;
   if (QFileInfo(beside).isExecutable()) return beside;
@@ -82,20 +82,20 @@ QString FindInstrumenter() {
 
 MainWindow::MainWindow(Workspace& ws, const StartOptions& start)
     : ws_(ws),
-      tree_(ws, GuiProjectTree::Hooks{[this] { SyncTree(); }, [this] { onTreeClicked(); },
-                                      [this] { ClearViews(); }}) {
+      tree_(ws, GuiProjectTree::Hooks{[this] { syncTree(); }, [this] { onTreeClicked(); },
+                                      [this] { clearViews(); }}) {
   setObjectName("mainWindow");
   // A child of the window, so that the error capture finds what was on screen.
   selection_.setParent(this);
   selection_.setObjectName("currentSelection");
   setWindowTitle(kMessageTitle);
-  setWindowIcon(ZolIcon("SESSION"));
+  setWindowIcon(zolIcon("SESSION"));
   setAcceptDrops(true);
-  BuildWidgets();
+  buildWidgets();
   prompter_ = std::make_shared<GuiPrompter>(this, status_, &ws_.abort);
   ws_.SetPrompter(prompter_);
-  ConnectWidgets();
-  BuildMenuBar();
+  connectWidgets();
+  buildMenuBar();
   qApp->installEventFilter(this);
   startUp(start);
 }
@@ -106,15 +106,15 @@ MainWindow::~MainWindow() {
   ws_.SetPrompter(std::make_shared<SilentPrompter>());
 }
 
-// --- Layout ---
+// --- chartLayout ---
 
-void MainWindow::BuildWidgets() {
+void MainWindow::buildWidgets() {
   toolbar_ = new MainToolbar(this);
   addToolBar(Qt::TopToolBarArea, toolbar_);
   mainSplitter_ = new QSplitter(Qt::Horizontal, this);
   mainSplitter_->setObjectName("mainSplitter");
-  mainSplitter_->addWidget(BuildLeftPane());
-  mainSplitter_->addWidget(BuildRightPane());
+  mainSplitter_->addWidget(buildLeftPane());
+  mainSplitter_->addWidget(buildRightPane());
   mainSplitter_->setChildrenCollapsible(false);
   setCentralWidget(mainSplitter_);
   status_ = new StatusArea(this);
@@ -123,14 +123,14 @@ void MainWindow::BuildWidgets() {
   gridMenu_ = new QMenu(this);
   gridMenu_->setObjectName("gridMenu");
   gridMenu_
-      ->addAction(ZolIcon("TYPE5"), tr("View in Source"), this, [this] { ViewIn(Tab::Source); })
+      ->addAction(zolIcon("TYPE5"), tr("View in Source"), this, [this] { viewIn(Tab::Source); })
       ->setObjectName("viewInSource");
   gridMenu_
-      ->addAction(ZolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { ViewIn(Tab::Flow); })
+      ->addAction(zolIcon("GRAPHMORE"), tr("View in Flow"), this, [this] { viewIn(Tab::Flow); })
       ->setObjectName("viewInFlow");
 }
 
-QWidget* MainWindow::BuildLeftPane() {
+QWidget* MainWindow::buildLeftPane() {
   leftSplitter_ = new QSplitter(Qt::Vertical, this);
   leftSplitter_->setObjectName("leftSplitter");
   treeView_ = new ProjectTreeView(tree_, leftSplitter_);
@@ -142,7 +142,7 @@ QWidget* MainWindow::BuildLeftPane() {
   return leftSplitter_;
 }
 
-QWidget* MainWindow::BuildRightPane() {
+QWidget* MainWindow::buildRightPane() {
   auto* right = new QWidget(this);
   auto* layout = new QVBoxLayout(right);
   layout->setContentsMargins(0, 0, 0, 0);
@@ -152,7 +152,7 @@ QWidget* MainWindow::BuildRightPane() {
   tabs_->setObjectName("pageTabs");
   tabs_->setDrawBase(true);
   tabs_->setExpanding(false);
-  for (int i = 0; i < kTabCount; ++i) tabs_->addTab(ZolIcon(kTabIcons[i]), tr(kTabNames[i]));
+  for (int i = 0; i < kTabCount; ++i) tabs_->addTab(zolIcon(kTabIcons[i]), tr(kTabNames[i]));
   pages_ = new QStackedWidget(right);
   gridPage_ = new GridPage(pages_);
   sourcePane_ = new SourcePane(pages_);
@@ -160,7 +160,7 @@ QWidget* MainWindow::BuildRightPane() {
   pages_->addWidget(gridPage_);
   pages_->addWidget(sourcePane_);
   pages_->addWidget(flowPane_);
-  reportsTabIndex_ = tabs_->addTab(ZolIcon("SAVEMERGED"), tr("Reports"));
+  reportsTabIndex_ = tabs_->addTab(zolIcon("SAVEMERGED"), tr("Reports"));
   reportPane_ = new ReportPane(ws_, pages_);
   reportPane_->currentSelection = [this] { return selection_.get(); };
   pages_->addWidget(reportPane_);
@@ -170,21 +170,21 @@ QWidget* MainWindow::BuildRightPane() {
   return right;
 }
 
-void MainWindow::ConnectWidgets() {
+void MainWindow::connectWidgets() {
   connect(&selection_, &CurrentSelection::changed, this, &MainWindow::onSelectionChanged);
   connectToolbar();
   connect(tabs_, &QTabBar::currentChanged, this, [this] {
-    if (!Busy()) RunGuarded(this, [this] { showCurrentPage(); });
+    if (!busy()) runGuarded(this, [this] { showCurrentPage(); });
   });
   connect(treeView_, &ProjectTreeView::nodeClicked, this,
-          [this](const QString& key) { ClickTreeNode(key.toStdString()); });
+          [this](const QString& key) { clickTreeNode(key.toStdString()); });
 
   // The list's ticks and names go through the catalogue; the list is rebuilt
   // afterwards, never edited in place.
   connect(
       sessionModel_, &SessionListModel::checkToggled, this,
       [this](const QString& key, bool checked) {
-        RunGuarded(this, [&] { onSessionTicked(key.toStdString(), checked); });
+        runGuarded(this, [&] { onSessionTicked(key.toStdString(), checked); });
       },
       Qt::QueuedConnection);
   connect(
@@ -192,7 +192,7 @@ void MainWindow::ConnectWidgets() {
       [this](const QString& key, const QString& name) { renameSession(key.toStdString(), name); },
       Qt::QueuedConnection);
   connect(sessionList_, &SessionListView::sortRequested, this, [this](int column) {
-    sessionSort_.Click(column);
+    sessionSort_.click(column);
     options_.Active_lvwSessions_Column = sessionSort_.Column;
     refreshSessionList();
   });
@@ -209,7 +209,7 @@ void MainWindow::ConnectWidgets() {
           &MainWindow::destroyAllSessions);
 
   connect(gridPage_->Grid(), &GridView::gridClicked, this, [this](int kind, int row, int column) {
-    RunGuarded(this, [&] { onGridClicked(kind, row, column); });
+    runGuarded(this, [&] { onGridClicked(kind, row, column); });
   });
   connect(gridPage_, &GridPage::graphOptionsChanged, this, [this] {
     try {
@@ -221,26 +221,26 @@ void MainWindow::ConnectWidgets() {
   connect(gridPage_, &GridPage::graphRatioChanged, this, [this](double ratio) {
     options_.Y_ratio_Graph = ratio;
     try {
-      SaveGraphRatio(ratio, GetIniFile(ws_.appFolder));
+      saveGraphRatio(ratio, GetIniFile(ws_.appFolder));
     } catch (const std::exception&) {
     }
   });
   connect(gridPage_, &GridPage::exportRequested, this,
-          [this] { RunGuarded(this, [this] { ExportGrid(); }); });
+          [this] { runGuarded(this, [this] { exportGrid(); }); });
   connect(gridPage_, &GridPage::viewInSpreadsheetRequested, this,
-          [this] { RunGuarded(this, [this] { ViewGridInSpreadsheet(); }); });
+          [this] { runGuarded(this, [this] { viewGridInSpreadsheet(); }); });
 
-  sourcePane_->Browser()->beforeNavigate = [this](const std::string& url) {
-    return OnSourceLink(url);
+  sourcePane_->browser()->beforeNavigate = [this](const std::string& url) {
+    return onSourceLink(url);
   };
-  connect(sourcePane_, &SourcePane::optionsChanged, this, &MainWindow::OnSourceOptionsChanged);
-  connect(sourcePane_, &SourcePane::fontChanged, this, &MainWindow::OnSourceFontChanged);
-  connect(flowPane_, &FlowPane::optionsChanged, this, &MainWindow::OnFlowOptionsChanged);
+  connect(sourcePane_, &SourcePane::optionsChanged, this, &MainWindow::onSourceOptionsChanged);
+  connect(sourcePane_, &SourcePane::fontChanged, this, &MainWindow::onSourceFontChanged);
+  connect(flowPane_, &FlowPane::optionsChanged, this, &MainWindow::onFlowOptionsChanged);
   connect(flowPane_, &FlowPane::nodeClicked, this,
-          [this](int procedure) { OnFlowNodeClicked(procedure); });
+          [this](int procedure) { onFlowNodeClicked(procedure); });
 
-  connect(mainSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
-  connect(leftSplitter_, &QSplitter::splitterMoved, this, &MainWindow::StoreRatios);
+  connect(mainSplitter_, &QSplitter::splitterMoved, this, &MainWindow::storeRatios);
+  connect(leftSplitter_, &QSplitter::splitterMoved, this, &MainWindow::storeRatios);
   connect(status_, &StatusArea::cancelRequested, this, &MainWindow::requestStop);
   loader_ = new SessionLoader(this);
   connect(loader_, &SessionLoader::progressed, this, &MainWindow::showLoadProgress);
@@ -252,10 +252,10 @@ void MainWindow::ConnectWidgets() {
   // it stops while it is up.
   autoLoadTimer_.setParent(this);
   connect(&autoLoadTimer_, &QTimer::timeout, this,
-          [this] { RunGuarded(this, [this] { autoLoadSessions(); }); });
+          [this] { runGuarded(this, [this] { autoLoadSessions(); }); });
 }
 
-// --- Start and end ---
+// --- start and end ---
 
 void MainWindow::startUp(const StartOptions& start) {
   saveSettings_ = start.saveSettings;
@@ -266,8 +266,8 @@ void MainWindow::startUp(const StartOptions& start) {
   const auto size = ParseNumberText(VBGetPrivateProfileString(kSection, "FontSizeHTML", "10", ini));
   SetFontHTML(ws_, QtFontMetrics(), font,
               size && *size >= 6 && *size <= 36 ? static_cast<std::int32_t>(*size) : 10);
-  sourcePane_->ShowFont(ws_.view.FontHTML, ws_.view.FontSizeHTML);
-  LoadOptions();
+  sourcePane_->showFont(ws_.view.FontHTML, ws_.view.FontSizeHTML);
+  loadOptions();
   if (start.tab >= 1 && start.tab <= kTabCount) {
     Selection sel = selection_.get();
     sel.tab = TabFromIndex(start.tab);
@@ -275,14 +275,14 @@ void MainWindow::startUp(const StartOptions& start) {
   }
   const Selection& sel = selection_.get();
 
-  instrumenterInstalled_ = !FindInstrumenter().isEmpty();
-  toolbar_->SetInstrumenterInstalled(instrumenterInstalled_);
-  toolbar_->PressMeasure(IndexOf(sel.measure));
+  instrumenterInstalled_ = !findInstrumenter().isEmpty();
+  toolbar_->setInstrumenterInstalled(instrumenterInstalled_);
+  toolbar_->pressMeasure(IndexOf(sel.measure));
   title_->updateAnalysis(IndexOf(sel.measure));
 
   // A blank grid stands ready before any session is picked.
   SortMemory blankSort;
-  gridPage_->ShowBuild(ShowLines(ws_, sel, blankSort, true), Tab::Lines, sel.measure);
+  gridPage_->showBuild(ShowLines(ws_, sel, blankSort, true), Tab::Lines, sel.measure);
   gridPage_->ResetChart(true);
   sessionSort_.Column = options_.Active_lvwSessions_Column;
   refreshSessionList();
@@ -293,33 +293,33 @@ void MainWindow::startUp(const StartOptions& start) {
   }
   // The source page's options stand ready even when the page shown first is
   // another.
-  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))]);
+  sourcePane_->showOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))]);
   showCurrentPage();
-  ApplyWindowPlace();
+  applyWindowPlace();
   if (start.minimised) setWindowState(windowState() | Qt::WindowMinimized);
   autoLoadTimer_.start();
   openStartFiles(start);
 }
 
-void MainWindow::LoadOptions() {
+void MainWindow::loadOptions() {
   const std::string ini = GetIniFile(ws_.appFolder);
-  options_ = LoadWindowOptions(ini);
+  options_ = loadWindowOptions(ini);
   Selection sel = selection_.get();
   sel.measure = MeasureFromIndex(options_.DisplayInfoType);
   sel.tab = options_.Active_tbsTab >= 1 && options_.Active_tbsTab <= kTabCount
                 ? static_cast<Tab>(options_.Active_tbsTab)
                 : Tab::Procedures;
   selection_.set(sel);
-  LoadViewSettings(ws_.view, ini);
+  loadViewSettings(ws_.view, ini);
   LoadColors(ws_, false, ini);
   LoadOptionsHtml(ws_, ini);
-  flowPane_->SetOptions(LoadFlowOptions(ini));
-  reportPane_->LoadOptions(ini);
-  gridPage_->SetGraphOptions(LoadGraphOptions(ini));
-  gridPage_->SetGraphRatio(options_.Y_ratio_Graph);
+  flowPane_->setOptions(LoadFlowOptions(ini));
+  reportPane_->loadOptions(ini);
+  gridPage_->setGraphOptions(LoadGraphOptions(ini));
+  gridPage_->setGraphRatio(options_.Y_ratio_Graph);
 }
 
-void MainWindow::ApplyWindowPlace() {
+void MainWindow::applyWindowPlace() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   const QRect room = screen ? screen->availableGeometry() : QRect(0, 0, 1280, 800);
   const int w = std::max(640, room.width() * (options_.Width > 0 ? options_.Width : 750) / 1000);
@@ -328,24 +328,24 @@ void MainWindow::ApplyWindowPlace() {
   move(room.left() + room.width() * options_.Left / 1000,
        room.top() + room.height() * options_.Top / 1000);
   if (options_.WindowState == 2) setWindowState(Qt::WindowMaximized);
-  ApplyRatios();
+  applyRatios();
 }
 
-void MainWindow::ApplyRatios() {
+void MainWindow::applyRatios() {
   const int total = 10000;
   mainSplitter_->setSizes({int(total * options_.X_ratio), int(total * (1 - options_.X_ratio))});
   // Y_ratio is the tree's share of the left pane, read and saved alike.
   leftSplitter_->setSizes({int(total * options_.Y_ratio), int(total * (1 - options_.Y_ratio))});
 }
 
-void MainWindow::StoreRatios() {
+void MainWindow::storeRatios() {
   // The first pane's share of each splitter: the left pane's width, the
   // tree's height. A splitter that has no room yet (window never shown)
   // keeps the ratio it was given.
   auto share = [](const QSplitter* split, double& ratio) {
     const QList<int> s = split->sizes();
     if (split->isVisible() && s.value(0) > 0 && s.value(1) > 0)
-      ratio = ClampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
+      ratio = clampRatio(double(s.value(0)) / (s.value(0) + s.value(1)));
   };
   share(mainSplitter_, options_.X_ratio);
   share(leftSplitter_, options_.Y_ratio);
@@ -353,10 +353,10 @@ void MainWindow::StoreRatios() {
 
 void MainWindow::showEvent(QShowEvent* event) {
   QMainWindow::showEvent(event);
-  ApplyRatios();
+  applyRatios();
 }
 
-void MainWindow::StoreWindowPlace() {
+void MainWindow::storeWindowPlace() {
   const QScreen* screen = QGuiApplication::primaryScreen();
   const QRect room = screen ? screen->availableGeometry() : QRect(0, 0, 1280, 800);
   options_.WindowState = isMinimized() ? 1 : isMaximized() ? 2 : 0;
@@ -368,18 +368,18 @@ void MainWindow::StoreWindowPlace() {
   options_.Height = g.height() * 1000 / room.height();
 }
 
-void MainWindow::SaveOptions() {
-  StoreWindowPlace();
-  StoreRatios();
+void MainWindow::saveOptions() {
+  storeWindowPlace();
+  storeRatios();
   options_.DisplayInfoType = IndexOf(selection_.get().measure);
   options_.Active_tbsTab = IndexOf(selection_.get().tab);
   const std::string ini = GetIniFile(ws_.appFolder);
   try {
-    SaveWindowOptions(options_, ini);
-    SaveViewSettings(ws_.view, ini);
+    saveWindowOptions(options_, ini);
+    saveViewSettings(ws_.view, ini);
     SaveGraphOptions(gridPage_->graphOptions(), ini);
-    SaveFlowOptions(flowPane_->Options(), ini);
-    reportPane_->SaveOptions(ini);
+    SaveFlowOptions(flowPane_->options(), ini);
+    reportPane_->saveOptions(ini);
   } catch (const std::exception& e) {
     ws_.prompter().ShowMessage(std::string("The settings could not be saved: ") + e.what(),
                                MessageKind::Exclamation);
@@ -387,7 +387,7 @@ void MainWindow::SaveOptions() {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (Busy()) {
+  if (busy()) {
     // An operation is under way: it is asked to stop, and the window stays.
     requestStop();
     event->ignore();
@@ -400,15 +400,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::shutDown() {
   closing_ = true;
   autoLoadTimer_.stop();
-  if (saveSettings_) SaveOptions();
+  if (saveSettings_) saveOptions();
   KillRtfPath(ws_);
   ws_.tempFiles.DeleteTempFiles();
 }
 
-// --- Busy state ---
+// --- busy state ---
 
 void MainWindow::requestStop() {
-  prompter_->RequestAbort();
+  prompter_->requestAbort();
   if (loading()) loader_->requestStop();
 }
 
@@ -421,7 +421,7 @@ void MainWindow::setBusy(bool busy) {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
-  if (!Busy()) return false;
+  if (!busy()) return false;
   switch (event->type()) {
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonRelease:
@@ -437,7 +437,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
   auto* widget = qobject_cast<QWidget*>(watched);
   // Dialogs that the operation itself shows (its messages) take input.
   if (!widget || widget->window() != this) return false;
-  if (widget == status_->CancelButton()) return false;
+  if (widget == status_->cancelButton()) return false;
   if (event->type() == QEvent::KeyPress &&
       static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
     requestStop();
@@ -448,24 +448,24 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 // --- Files dropped on the window ---
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!Busy() && event->mimeData()->hasUrls()) event->acceptProposedAction();
+  if (!busy() && event->mimeData()->hasUrls()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  if (Busy()) return;
+  if (busy()) return;
   std::vector<std::string> files;
   for (const QUrl& url : event->mimeData()->urls()) {
-    if (url.isLocalFile()) files.push_back(FromQPath(url.toLocalFile()));
+    if (url.isLocalFile()) files.push_back(fromQPath(url.toLocalFile()));
   }
   event->acceptProposedAction();
-  RunGuarded(this, [&] { addSessionFiles(files); });
+  runGuarded(this, [&] { addSessionFiles(files); });
 }
 
 // --- Toolbar ---
 
 void MainWindow::connectAction(QAction* action, void (MainWindow::*slot)()) {
   connect(action, &QAction::triggered, this, [this, slot] {
-    if (!Busy()) RunGuarded(this, [this, slot] { (this->*slot)(); });
+    if (!busy()) runGuarded(this, [this, slot] { (this->*slot)(); });
   });
 }
 
@@ -478,8 +478,8 @@ void MainWindow::connectToolbar() {
   connectAction(a.clear, &MainWindow::removeAllSessions);
   for (std::size_t m = 0; m < a.measures.size(); ++m) {
     connect(a.measures[m], &QAction::triggered, this, [this, m] {
-      if (!Busy())
-        RunGuarded(this, [this, m] { SetMeasure(MeasureFromIndex(static_cast<int>(m))); });
+      if (!busy())
+        runGuarded(this, [this, m] { setMeasure(MeasureFromIndex(static_cast<int>(m))); });
     });
   }
   connectAction(a.back, &MainWindow::browseBack);
@@ -501,7 +501,7 @@ void MainWindow::openConsole() {
     ws_.prompter().ShowMessage(kInstrumenterMissing, MessageKind::Information);
     return;
   }
-  QProcess::startDetached(FindInstrumenter(), {"--console"});
+  QProcess::startDetached(findInstrumenter(), {"--console"});
 }
 
 void MainWindow::openSessions() {
@@ -518,7 +518,7 @@ void MainWindow::fillProfileMenu() {
     if (file.empty()) continue;
     QAction* a = menu->addAction(QPath(GetFileName(file)) + " < " + QPath(GetPath(file)));
     connect(a, &QAction::triggered, this,
-            [this, file] { RunGuarded(this, [&] { profileProjectFile(file); }); });
+            [this, file] { runGuarded(this, [&] { profileProjectFile(file); }); });
   }
 }
 
@@ -542,10 +542,10 @@ void MainWindow::fillHistoryMenu(QMenu* menu, const char* history) {
 }
 
 void MainWindow::openRecentFile(const QString& entry) {
-  if (Busy()) return;
-  RunGuarded(this, [&] {
+  if (busy()) return;
+  runGuarded(this, [&] {
     BusyScope busy(*this);
-    const std::string file = FromQPath(entry);
+    const std::string file = fromQPath(entry);
     const QString lower = entry.toLower();
     if (lower.endsWith(".pfl") || lower.endsWith(".pfd")) {
       const CatalogueChange change = AddSession(ws_, file, true);
@@ -564,22 +564,22 @@ void MainWindow::profileProjectFile(const std::string& project) {
   }
   std::string file = project;
   if (file.empty()) {
-    file = FromQPath(QFileDialog::getOpenFileName(this, tr("Profile project"), QString(),
+    file = fromQPath(QFileDialog::getOpenFileName(this, tr("Profile project"), QString(),
                                                   "VB6 Projects (*.vbp *.vbg)"));
   }
   if (file.empty()) return;
   AddToFileHistory(ws_, file, "ProfileProjects");
-  QProcess::startDetached(FindInstrumenter(), {"--plan", Q(ws_.view.DefaultPlan), QPath(file)});
+  QProcess::startDetached(findInstrumenter(), {"--plan", Q(ws_.view.DefaultPlan), QPath(file)});
 }
 
 void MainWindow::showOptionsDialog() {
-  StoreWindowPlace();
+  storeWindowPlace();
   OptionsDialog dialog(ws_.view, this);
   if (dialog.exec() != QDialog::Accepted) return;
   ws_.view = dialog.Result();
   tree_.UpdateColors(selection_.get().measure);
-  SyncTree();
-  SaveOptions();
+  syncTree();
+  saveOptions();
 }
 
 void MainWindow::showAbout() {
@@ -616,9 +616,9 @@ void MainWindow::saveMergedSession() {
       QFileDialog::getSaveFileName(this, tr("Save merged sessions"), QString(), "Sessions (*.pfd)");
   if (file.isEmpty()) return;
   BusyScope busy(*this);
-  zol::SaveMergedSession(ws_, FromQPath(file), &tree_);
+  zol::SaveMergedSession(ws_, fromQPath(file), &tree_);
   refreshSessionList();
-  SyncTree();
+  syncTree();
 }
 
 void MainWindow::applyFilters() {
@@ -631,10 +631,10 @@ void MainWindow::applyFilters() {
     if (tree_.Nodes().Find(place)) tree_.NodeClicked(place);
   }
   refreshSessionList();
-  SyncTree();
+  syncTree();
 }
 
-void MainWindow::SetAutoLoadPaused(bool paused) {
+void MainWindow::setAutoLoadPaused(bool paused) {
   if (paused) {
     autoLoadTimer_.stop();
   } else {

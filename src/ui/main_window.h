@@ -89,7 +89,7 @@ class MainWindow : public QMainWindow, public NavView {
   // The selection on screen.
   const Selection& selection() const { return selection_.get(); }
   CurrentSelection& currentSelection() { return selection_; }
-  const NavHistory& Nav() const { return nav_; }
+  const NavHistory& nav() const { return nav_; }
 
   // Widgets, for the tests and the screenshots.
   MainToolbar* toolbar() const { return toolbar_; }
@@ -102,9 +102,9 @@ class MainWindow : public QMainWindow, public NavView {
   ReportPane* reportPane() const { return reportPane_; }
   TitleStripWidget* Title() const { return title_; }
   StatusArea* statusArea() const { return status_; }
-  const std::string& LastDisplay() const { return lastPage_; }
+  const std::string& lastDisplay() const { return lastPage_; }
   // The place the context menu of a grid row or a source statement is about.
-  const ClickTarget& MenuTarget() const { return menuTarget_; }
+  const ClickTarget& menuTarget() const { return menuTarget_; }
 
   // Whether a page drawn is a place to come back to: a step through the
   // navigation history shows a recorded place without recording it again.
@@ -114,14 +114,14 @@ class MainWindow : public QMainWindow, public NavView {
   // draw the selection.
   void showCurrentPage(NavRecord record = NavRecord::Yes);
   // Selects scope tab `tab`, which draws its page.
-  void SelectScopeTab(Tab tab, NavRecord record = NavRecord::Yes);
+  void selectScopeTab(Tab tab, NavRecord record = NavRecord::Yes);
   // A click on the tree node `key`, as the user makes it.
-  void ClickTreeNode(const std::string& key);
+  void clickTreeNode(const std::string& key);
   // A click of kind 1 (single), 2 (right) or 3 (double) on a grid cell, row
   // and column from 1, as the grid's click chain reports it.
   void onGridClicked(int clickKind, int row, int column);
   // The measure buttons.
-  void SetMeasure(Measure measure);
+  void setMeasure(Measure measure);
   void browseBack();
   void browseForward();
 
@@ -156,15 +156,15 @@ class MainWindow : public QMainWindow, public NavView {
   // The wait cursor and held-off input, on or off; calls nest.
   void setBusy(bool busy);
 
-  // Saves the settings (SaveOptions and the chart options).
-  void SaveOptions();
+  // Saves the settings (saveOptions and the chart options).
+  void saveOptions();
   // While a live run is received, session files left by other programs wait.
-  void SetAutoLoadPaused(bool paused);
+  void setAutoLoadPaused(bool paused);
 
   // --- NavView ---
   void EnableNavButtons(bool back, bool forward) override;
 
-  bool Busy() const { return busy_ > 0 || loading(); }
+  bool busy() const { return busy_ > 0 || loading(); }
   // A session is being loaded on a worker thread.
   bool loading() const;
   // Runs `then` once no session is being loaded: at once when none is.
@@ -178,25 +178,25 @@ class MainWindow : public QMainWindow, public NavView {
   void showEvent(QShowEvent* event) override;
 
  private:
-  // Layout and start.
-  void BuildWidgets();
-  QWidget* BuildLeftPane();
-  QWidget* BuildRightPane();
-  void ConnectWidgets();
+  // chartLayout and start.
+  void buildWidgets();
+  QWidget* buildLeftPane();
+  QWidget* buildRightPane();
+  void connectWidgets();
   void startUp(const StartOptions& start);
-  void LoadOptions();
-  void ApplyWindowPlace();
-  void StoreWindowPlace();
-  void ApplyRatios();
-  void StoreRatios();
+  void loadOptions();
+  void applyWindowPlace();
+  void storeWindowPlace();
+  void applyRatios();
+  void storeRatios();
   void shutDown();
 
   // The menu bar: File, Edit, View and Help, with the usual shortcuts.
-  void BuildMenuBar();
+  void buildMenuBar();
   // Appends the files of history `history` to `menu`, each loading its file.
   void fillHistoryMenu(QMenu* menu, const char* history);
   // Shows the scope tab at `index` (from 0), whichever tabs the strip holds.
-  void ShowTabAt(int index);
+  void showTabAt(int index);
 
   // Actions of the toolbar and the menus. Each is connected to its own slot;
   // while the window is busy a trigger is ignored, and a failure goes to the
@@ -220,33 +220,33 @@ class MainWindow : public QMainWindow, public NavView {
   void applyFilters();
 
   // Views.
-  void ShowGridTab();
+  void showGridTab();
   void updateSourceView(const Selection& sel);
   void UpdateTitle();
   // Draws the call graph around the selection on the Flow page; a procedure
   // chosen there becomes the selected one.
   void drawFlowPage();
-  void OnFlowNodeClicked(std::int32_t procedure);
-  void OnFlowOptionsChanged();
-  void ClearViews();
-  void ShowPopupMenu();
-  void ViewIn(Tab tab);
+  void onFlowNodeClicked(std::int32_t procedure);
+  void onFlowOptionsChanged();
+  void clearViews();
+  void showPopupMenu();
+  void viewIn(Tab tab);
   // Moves the tree to the node of `place` without a click, and makes the
   // place the selection (the node's, or the place itself where the tree has
   // no node for it).
-  void MoveTreeTo(const Selection& place);
+  void moveTreeTo(const Selection& place);
   // A node was clicked: its place becomes the selection, and the page shows
   // it (the Reports page reads it only at "GO!").
   void onTreeClicked();
   // Shows a place of the navigation history without recording it again.
-  void ShowPlace(const Selection& place);
+  void showPlace(const Selection& place);
   // What hangs on the measure follows it: toolbar, tree colours, title.
   void onSelectionChanged(const Selection& now, const Selection& before);
-  bool OnSourceLink(const std::string& url);
-  void OnSourceOptionsChanged();
-  void OnSourceFontChanged(const QString& family, int size);
-  void ExportGrid();
-  void ViewGridInSpreadsheet();
+  bool onSourceLink(const std::string& url);
+  void onSourceOptionsChanged();
+  void onSourceFontChanged(const QString& family, int size);
+  void exportGrid();
+  void viewGridInSpreadsheet();
 
   // Sessions.
   // Starts loading Session(cs) on a worker thread.
@@ -261,13 +261,13 @@ class MainWindow : public QMainWindow, public NavView {
   // The tree's side of one row ticked or unticked by the catalogue.
   void showRowTick(const RowTick& tick);
   // Whether the views show the values of Session(cs) itself.
-  bool ShowsSession(std::int32_t cs) const;
+  bool showsSession(std::int32_t cs) const;
   // Enters one file as addSessionFiles does, without showing the change.
   CatalogueChange enterFile(const std::string& file);
-  void SyncTree();
+  void syncTree();
   // Puts every ticked session and group back into the tree, after a removal
   // emptied it.
-  void RebuildTreeFromTicks();
+  void rebuildTreeFromTicks();
 
   Workspace& ws_;
   std::shared_ptr<GuiPrompter> prompter_;

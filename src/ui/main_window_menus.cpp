@@ -32,7 +32,7 @@ QAction* AddAction(QMenu* menu, const char* name, const QString& text,
 
 }  // namespace
 
-void MainWindow::BuildMenuBar() {
+void MainWindow::buildMenuBar() {
   QMenuBar* bar = menuBar();
 
   QMenu* file = bar->addMenu(tr("&File"));
@@ -62,7 +62,7 @@ void MainWindow::BuildMenuBar() {
   QAction* exportTable =
       AddAction(file, "exportTable", tr("&Export Table..."), QKeySequence(Qt::CTRL | Qt::Key_E));
   connect(exportTable, &QAction::triggered, this, [this] {
-    if (!Busy() && pages_->currentWidget() == gridPage_) RunGuarded(this, [this] { ExportGrid(); });
+    if (!busy() && pages_->currentWidget() == gridPage_) runGuarded(this, [this] { exportGrid(); });
   });
   file->addSeparator();
   connectAction(AddAction(file, "clearSessions", tr("&Clear Session Pane")),
@@ -89,7 +89,7 @@ void MainWindow::BuildMenuBar() {
   edit->addSeparator();
   connect(AddAction(edit, "find", tr("&Find..."), QKeySequence::Find), &QAction::triggered, this,
           [this] {
-            if (pages_->currentWidget() == gridPage_) gridPage_->FocusSearch();
+            if (pages_->currentWidget() == gridPage_) gridPage_->focusSearch();
           });
   connect(edit, &QMenu::aboutToShow, this, [this, copyRows, copyTable, exportTable] {
     const bool grid = pages_->currentWidget() == gridPage_;
@@ -109,14 +109,14 @@ void MainWindow::BuildMenuBar() {
   QMenu* view = bar->addMenu(tr("&View"));
   view->setObjectName("viewMenu");
   // The measures are the toolbar's own buttons: one choice, in step.
-  for (QAction* measure : toolbar_->Measures()->actions()) view->addAction(measure);
+  for (QAction* measure : toolbar_->measures()->actions()) view->addAction(measure);
   view->addSeparator();
   QList<QAction*> tabActions;
   for (int i = 0; i < kTabShortcuts; ++i) {
     QAction* a = view->addAction(QString());
     a->setObjectName(QString("showTab%1").arg(i + 1));
     a->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + i)));
-    connect(a, &QAction::triggered, this, [this, i] { ShowTabAt(i); });
+    connect(a, &QAction::triggered, this, [this, i] { showTabAt(i); });
     tabActions << a;
   }
   auto nameTabs = [this, tabActions] {
@@ -143,8 +143,8 @@ void MainWindow::BuildMenuBar() {
                 &MainWindow::showAbout);
 }
 
-void MainWindow::ShowTabAt(int index) {
-  if (Busy() || index < 0 || index >= tabs_->count()) return;
+void MainWindow::showTabAt(int index) {
+  if (busy() || index < 0 || index >= tabs_->count()) return;
   // A change of tab draws its page (showCurrentPage).
   tabs_->setCurrentIndex(index);
 }

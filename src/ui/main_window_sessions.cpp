@@ -44,13 +44,13 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
     return;
   }
   BusyScope busy(*this);
-  sessionList_->SelectKey(key);
+  sessionList_->selectKey(key);
   tree_.RemoveMergeRoots();
   if (checked && row->kind == RowKind::Session && ws_.Session.InRange(row->index) &&
       !ws_.Session(row->index).Loaded) {
     // The load runs on the worker; the tick is shown when it is in
     // (finishLoad). The merged and compared nodes, gone above, come back then.
-    SyncTree();
+    syncTree();
     startLoad(row->index);
     return;
   }
@@ -60,7 +60,7 @@ void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   if (!tick) return;
   showRowTick(*tick);
   refreshSessionList();
-  SyncTree();
+  syncTree();
 }
 
 void MainWindow::showRowTick(const RowTick& tick) {
@@ -71,7 +71,7 @@ void MainWindow::showRowTick(const RowTick& tick) {
       tree_.SelectSession(n, "", false);
     } else if (!tick.wanted) {
       tree_.UnSelectSession(n);
-      if (ShowsSession(n)) ClearViews();
+      if (showsSession(n)) clearViews();
     }
   } else if (tick.ticked) {
     tree_.SelectSessionGroup(n, false);
@@ -89,7 +89,7 @@ void MainWindow::showCatalogueChange(const CatalogueChange& change) {
     // The tree is emptied with the views and rebuilt below from the ticks
     // that remain. Nothing is selected until a node is clicked again; the
     // page and the measure stay as the user set them.
-    ClearViews();
+    clearViews();
     Selection nothing = selection_.get().at(0, 0);
     nothing.session = SessionRef::none();
     nothing.project = 0;
@@ -104,16 +104,16 @@ void MainWindow::showCatalogueChange(const CatalogueChange& change) {
     const bool entered =
         std::find(change.added.begin(), change.added.end(), tick.row) != change.added.end();
     if (!entered) {
-      sessionList_->SelectKey(RowKeyText(tick.row));
+      sessionList_->selectKey(RowKeyText(tick.row));
       prompter_->DoEvents();
     }
     showRowTick(tick);
     refreshSessionList();
   }
-  if (change.viewReset == ViewReset::ValuesChanged) ClearViews();
-  if (viewsGone) RebuildTreeFromTicks();
+  if (change.viewReset == ViewReset::ValuesChanged) clearViews();
+  if (viewsGone) rebuildTreeFromTicks();
   refreshSessionList();
-  SyncTree();
+  syncTree();
 }
 
 // --- Loading on a worker thread ---
@@ -155,7 +155,7 @@ void MainWindow::finishLoad() {
   QApplication::restoreOverrideCursor();
   status_->ShowProgress(false);
   status_->progressLabel()->clear();
-  RunGuarded(this, [this] {
+  runGuarded(this, [this] {
     SessionLoad load = loader_->takeResult();
     const std::int32_t cs = load.cs;
     for (const auto& [text, kind] : loader_->takeMessages()) {
@@ -172,20 +172,20 @@ void MainWindow::finishLoad() {
   while (!loading() && !pendingTicks_.empty()) {
     const std::string key = pendingTicks_.front();
     pendingTicks_.erase(pendingTicks_.begin());
-    RunGuarded(this, [&] { onSessionTicked(key, true); });
+    runGuarded(this, [&] { onSessionTicked(key, true); });
   }
   while (!loading() && !afterLoads_.empty()) {
     std::function<void()> then = std::move(afterLoads_.front());
     afterLoads_.erase(afterLoads_.begin());
-    RunGuarded(this, then);
+    runGuarded(this, then);
   }
 }
 
 bool MainWindow::renameSession(const std::string& key, const QString& newName) {
   bool accepted = false;
-  RunGuarded(this, [&] {
+  runGuarded(this, [&] {
     const RenameOutcome outcome =
-        RenameSessionRow(ws_, tree_, key, ToCp1252(newName), selection_.get().session);
+        renameSessionRow(ws_, tree_, key, toCp1252(newName), selection_.get().session);
     if (!outcome.accepted) {
       if (!outcome.message.empty())
         ws_.prompter().ShowMessage(outcome.message, MessageKind::Exclamation);
@@ -195,14 +195,14 @@ bool MainWindow::renameSession(const std::string& key, const QString& newName) {
     if (outcome.titleChanged) UpdateTitle();
   });
   refreshSessionList();
-  SyncTree();
+  syncTree();
   return accepted;
 }
 
 void MainWindow::removeRow(const std::string& key) {
   const std::optional<RowKey> row = ParseRowKey(key);
-  if (!row || Busy()) return;
-  RunGuarded(this, [&] {
+  if (!row || busy()) return;
+  runGuarded(this, [&] {
     BusyScope busy(*this);
     showCatalogueChange(row->kind == RowKind::Session ? RemoveSession(ws_, row->index)
                                                       : RemoveSessionGroup(ws_, row->index));
@@ -211,8 +211,8 @@ void MainWindow::removeRow(const std::string& key) {
 
 void MainWindow::destroyRow(const std::string& key) {
   const std::optional<RowKey> row = ParseRowKey(key);
-  if (!row || Busy()) return;
-  RunGuarded(this, [&] {
+  if (!row || busy()) return;
+  runGuarded(this, [&] {
     BusyScope busy(*this);
     showCatalogueChange(row->kind == RowKind::Session ? DestroySession(ws_, row->index)
                                                       : DestroySessionGroup(ws_, row->index));
@@ -220,26 +220,26 @@ void MainWindow::destroyRow(const std::string& key) {
 }
 
 void MainWindow::selectAllRows(bool checked) {
-  if (Busy()) return;
+  if (busy()) return;
   std::vector<std::string> keys;
   for (const SessionListRow& row : sessionModel_->Rows()) {
     if (row.Checked != checked) keys.push_back(row.Key);
   }
-  RunGuarded(this, [&] {
+  runGuarded(this, [&] {
     for (const std::string& key : keys) onSessionTicked(key, checked);
   });
 }
 
 void MainWindow::removeAllSessions() {
-  if (Busy()) return;
-  RunGuarded(this, [&] {
+  if (busy()) return;
+  runGuarded(this, [&] {
     BusyScope busy(*this);
     showCatalogueChange(ClearSessions(ws_));
   });
 }
 
 void MainWindow::destroyAllSessions() {
-  if (Busy()) return;
+  if (busy()) return;
   const std::vector<SessionListRow> rows = sessionModel_->Rows();
   if (rows.empty()) return;
   QMessageBox box(QMessageBox::Question, tr("Warning"),
@@ -254,7 +254,7 @@ void MainWindow::destroyAllSessions() {
       (key->kind == RowKind::Group ? groups : sessions).push_back(key->index);
     }
   }
-  RunGuarded(this, [&] {
+  runGuarded(this, [&] {
     BusyScope busy(*this);
     CatalogueChange change;
     for (std::int32_t sg : groups) change.Append(DestroySessionGroup(ws_, sg));
@@ -285,12 +285,12 @@ void MainWindow::openSessionFile(bool mustClearBefore) {
   BusyScope busy(*this);
   if (mustClearBefore) showCatalogueChange(ClearSessions(ws_));
   std::vector<std::string> names;
-  for (const QString& f : files) names.push_back(FromQPath(f));
+  for (const QString& f : files) names.push_back(fromQPath(f));
   addSessionFiles(names);
 }
 
 int MainWindow::autoLoadSessions() {
-  if (Busy() || closing_) return 0;
+  if (busy() || closing_) return 0;
   BusyScope busy(*this);
   const std::vector<std::string> names = TakeLeftSessionNames(ws_);
   if (names.empty()) return 0;
@@ -301,7 +301,7 @@ int MainWindow::autoLoadSessions() {
 
 void MainWindow::openStartFiles(const StartOptions& start) {
   if (start.files.empty() && start.selectKey.empty()) return;
-  RunGuarded(this, [&] {
+  runGuarded(this, [&] {
     {
       BusyScope busy(*this);
       CatalogueChange change;
@@ -313,20 +313,20 @@ void MainWindow::openStartFiles(const StartOptions& start) {
     }
   });
   if (!start.selectKey.empty()) {
-    whenLoaded([this, key = start.selectKey] { ClickTreeNode(key); });
+    whenLoaded([this, key = start.selectKey] { clickTreeNode(key); });
   }
 }
 
-bool MainWindow::ShowsSession(std::int32_t cs) const {
+bool MainWindow::showsSession(std::int32_t cs) const {
   return selection_.get().session.sessionIndex() == cs;
 }
 
 void MainWindow::refreshSessionList() {
   std::vector<SessionListRow> rows = SessionListRows(ws_);
-  SortSessionRows(rows, sessionSort_);
+  sortSessionRows(rows, sessionSort_);
   const std::string selected = sessionList_->SelectedKey();
-  sessionModel_->SetRows(std::move(rows));
-  if (!selected.empty()) sessionList_->SelectKey(selected);
+  sessionModel_->setRows(std::move(rows));
+  if (!selected.empty()) sessionList_->selectKey(selected);
   sessionList_->header()->setSortIndicator(
       sessionSort_.Column - 1, sessionSort_.Descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
@@ -340,11 +340,11 @@ void MainWindow::bringToFront() {
 
 // --- The tree in step with the ticks ---
 
-void MainWindow::SyncTree() {
-  treeView_->Sync();
+void MainWindow::syncTree() {
+  treeView_->sync();
 }
 
-void MainWindow::RebuildTreeFromTicks() {
+void MainWindow::rebuildTreeFromTicks() {
   std::vector<std::int32_t> groups;
   for (std::int32_t sg = 1; sg <= ws_.nSessionGroup && ws_.SessionGroup.InRange(sg); ++sg) {
     if (ws_.SessionGroup(sg).Selected) groups.push_back(sg);

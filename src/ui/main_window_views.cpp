@@ -47,7 +47,7 @@ namespace {
 
 // The digit of the measure in the key of the last display: 1 coverage, 2 the
 // own times, 3 the times with children.
-char MeasureDigit(Measure measure) {
+char measureDigit(Measure measure) {
   switch (measure) {
     case Measure::Coverage:
       return '1';
@@ -59,7 +59,7 @@ char MeasureDigit(Measure measure) {
   }
 }
 
-const char* HelpTopic(Tab tab) {
+const char* helpTopic(Tab tab) {
   switch (tab) {
     case Tab::Source:
       return "\\Zolmark Help File.chm::/Zolmark Profiler Source view.htm";
@@ -73,7 +73,7 @@ const char* HelpTopic(Tab tab) {
 }
 
 // ZOLMARK_TIMING_LOG set (to anything) prints how long each page took to draw.
-bool TimingLogOn() {
+bool timingLogOn() {
   static const bool on = std::getenv("ZOLMARK_TIMING_LOG") != nullptr;
   return on;
 }
@@ -89,7 +89,7 @@ void MainWindow::showCurrentPage(NavRecord record) {
     sel.tab = Tab::Reports;
     selection_.set(sel);
     pages_->setCurrentWidget(reportPane_);
-    helpTopic_ = HelpTopic(Tab::Reports);
+    helpTopic_ = helpTopic(Tab::Reports);
     return;
   }
   sel.tab = static_cast<Tab>(tabs_->currentIndex() + IndexOf(Tab::Projects));
@@ -98,16 +98,16 @@ void MainWindow::showCurrentPage(NavRecord record) {
   pages_->setCurrentWidget(tab == Tab::Source ? static_cast<QWidget*>(sourcePane_)
                            : tab == Tab::Flow ? static_cast<QWidget*>(flowPane_)
                                               : gridPage_);
-  helpTopic_ = HelpTopic(tab);
-  sourcePane_->ShowOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))]);
+  helpTopic_ = helpTopic(tab);
+  sourcePane_->showOptions(ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))]);
 
   const std::string key = tree_.Nodes().SelectedKey();
   if (tree_.Nodes().Count() == 0 || key.empty()) return;
   if (ws_.fOnlyGroups && key != kCompareKey) return;
   if (tab != Tab::Source && tab != Tab::Flow) {
-    lastPage_ = key + "-" + std::to_string(IndexOf(tab)) + "-" + MeasureDigit(sel.measure);
+    lastPage_ = key + "-" + std::to_string(IndexOf(tab)) + "-" + measureDigit(sel.measure);
   }
-  gridPage_->Headers()->Release();
+  gridPage_->Headers()->release();
   QElapsedTimer drawing;
   drawing.start();
   {
@@ -122,17 +122,17 @@ void MainWindow::showCurrentPage(NavRecord record) {
     } else if (tab == Tab::Flow) {
       drawFlowPage();
     } else {
-      ShowGridTab();
+      showGridTab();
     }
   }
-  if (TimingLogOn()) {
+  if (timingLogOn()) {
     std::fprintf(stderr, "zolmark-profiler: tab %d of %s drawn in %lld ms\n", IndexOf(tab),
                  key.c_str(), static_cast<long long>(drawing.elapsed()));
   }
   if (record == NavRecord::Yes) nav_.NewNav(selection_.get(), *this);
 }
 
-void MainWindow::ShowGridTab() {
+void MainWindow::showGridTab() {
   UpdateTitle();
   // A copy: events that run while the table is built must not change what
   // it is built for.
@@ -140,10 +140,10 @@ void MainWindow::ShowGridTab() {
   GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory());
   ws_.prompter().ShowProgress(false);
   ws_.prompter().SetProgressText("");
-  gridPage_->ShowBuild(std::move(build), sel.tab, sel.measure);
+  gridPage_->showBuild(std::move(build), sel.tab, sel.measure);
 }
 
-void MainWindow::SelectScopeTab(Tab tab, NavRecord record) {
+void MainWindow::selectScopeTab(Tab tab, NavRecord record) {
   const bool reports = tab == Tab::Reports;
   if (!reports && (IndexOf(tab) < 1 || IndexOf(tab) > kTabCount)) return;
   const int index = reports ? reportsTabIndex_ : IndexOf(tab) - 1;
@@ -165,29 +165,29 @@ void MainWindow::UpdateTitle() {
                      : QString(kMessageTitle));
 }
 
-void MainWindow::ClearViews() {
+void MainWindow::clearViews() {
   pageCache_.Forget();
   title_->Clear();
   setWindowTitle(kMessageTitle);
   SortMemory blankSort;
   const Selection none{.tab = Tab::Lines, .measure = selection_.get().measure};
-  gridPage_->ShowBuild(ShowLines(ws_, none, blankSort, true), Tab::Lines, none.measure);
+  gridPage_->showBuild(ShowLines(ws_, none, blankSort, true), Tab::Lines, none.measure);
   gridPage_->ResetChart(true);
-  sourcePane_->Browser()->ShowNotice("");
+  sourcePane_->browser()->showNotice("");
   nav_.Clear();
   nav_.UpdateNavToolbar(*this);
 }
 
 // --- The tree ---
 
-void MainWindow::ClickTreeNode(const std::string& key) {
-  if (Busy()) return;
-  RunGuarded(this, [&] {
+void MainWindow::clickTreeNode(const std::string& key) {
+  if (busy()) return;
+  runGuarded(this, [&] {
     {
       BusyScope busy(*this);
       tree_.NodeClicked(key);
     }
-    SyncTree();
+    syncTree();
   });
 }
 
@@ -196,7 +196,7 @@ void MainWindow::onTreeClicked() {
   if (selection_.get().tab != Tab::Reports) showCurrentPage();
 }
 
-void MainWindow::MoveTreeTo(const Selection& place) {
+void MainWindow::moveTreeTo(const Selection& place) {
   // The node of the place: its session's (or its group's), then the module
   // and procedure below it.
   const SessionRef& ref = place.session;
@@ -228,22 +228,22 @@ void MainWindow::MoveTreeTo(const Selection& place) {
     moved.procedure = place.procedure;
   }
   selection_.set(moved);
-  SyncTree();
+  syncTree();
 }
 
-void MainWindow::ShowPlace(const Selection& place) {
-  MoveTreeTo(place);
+void MainWindow::showPlace(const Selection& place) {
+  moveTreeTo(place);
   Selection shown = selection_.get();
   shown.line = place.line;
   shown.measure = place.measure;
   selection_.set(shown);
-  SelectScopeTab(place.tab, NavRecord::No);
+  selectScopeTab(place.tab, NavRecord::No);
 }
 
 // --- Grids ---
 
 void MainWindow::onGridClicked(int clickKind, int row, int column) {
-  if (Busy()) return;
+  if (busy()) return;
   const Selection& sel = selection_.get();
   if (!ws_.Project.InRange(sel.project)) return;
   const Table& table = gridPage_->Grid()->table();
@@ -251,33 +251,33 @@ void MainWindow::onGridClicked(int clickKind, int row, int column) {
   const ClickTarget target = zol::ClickedPlace(ws_.Project(sel.project), table, row, column);
   menuTarget_ = target;
   if (clickKind == kRightClick) {
-    ShowPopupMenu();
+    showPopupMenu();
     return;
   }
   const Tab next = static_cast<Tab>(TabAfterClick(clickKind, IndexOf(sel.tab)));
-  MoveTreeTo(sel.at(target.module, target.procedure, target.line));
+  moveTreeTo(sel.at(target.module, target.procedure, target.line));
   Selection clicked = selection_.get();
   clicked.line = target.line;
   selection_.set(clicked);
-  SelectScopeTab(next);
+  selectScopeTab(next);
 }
 
-void MainWindow::ShowPopupMenu() {
+void MainWindow::showPopupMenu() {
   gridMenu_->popup(QCursor::pos());
 }
 
-void MainWindow::ViewIn(Tab tab) {
-  if (Busy()) return;
-  RunGuarded(this, [&] {
-    MoveTreeTo(selection_.get().at(menuTarget_.module, menuTarget_.procedure));
+void MainWindow::viewIn(Tab tab) {
+  if (busy()) return;
+  runGuarded(this, [&] {
+    moveTreeTo(selection_.get().at(menuTarget_.module, menuTarget_.procedure));
     Selection target = selection_.get();
     target.line = menuTarget_.line;
     selection_.set(target);
-    SelectScopeTab(tab);
+    selectScopeTab(tab);
   });
 }
 
-void MainWindow::ExportGrid() {
+void MainWindow::exportGrid() {
   const Table& table = gridPage_->Grid()->table();
   if (table.RowCount() == 0) {
     ws_.prompter().ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
@@ -289,12 +289,12 @@ void MainWindow::ExportGrid() {
   const QString file = QFileDialog::getSaveFileName(this, tr("Export the table"), QString(),
                                                     csv + ";;" + txt, &filter);
   if (file.isEmpty()) return;
-  std::string name = FromQPath(file);
+  std::string name = fromQPath(file);
   if (QFileInfo(file).suffix().isEmpty()) name += filter == csv ? ".csv" : ".txt";
   ExportGridToFile(table, name, ws_.prompter(), options_.LastExportFileType);
 }
 
-void MainWindow::ViewGridInSpreadsheet() {
+void MainWindow::viewGridInSpreadsheet() {
   const Table& table = gridPage_->Grid()->table();
   if (table.RowCount() == 0) {
     ws_.prompter().ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
@@ -315,17 +315,17 @@ void MainWindow::ViewGridInSpreadsheet() {
 
 void MainWindow::updateSourceView(const Selection& sel) {
   UpdateTitle();
-  SourceBrowser* browser = sourcePane_->Browser();
+  SourceBrowser* browser = sourcePane_->browser();
   const std::int32_t sessionId = sel.session.sessionIndex();
   const std::int32_t line = sel.line;
   if (!pageCache_.NeedsReload({sel.session, sel.module, sel.procedure, sel.line, sel.measure}))
     return;
   if (auto text = SourceUnavailableText(ws_, sel.session)) {
-    browser->ShowNotice(*text);
+    browser->showNotice(*text);
     return;
   }
   if (!ws_.Session.InRange(sessionId) || !ws_.Session(sessionId).Loaded) {
-    browser->ShowNotice("");
+    browser->showNotice("");
     return;
   }
   const Project& project = ws_.Project(ws_.Session(sessionId).Project);
@@ -338,23 +338,23 @@ void MainWindow::updateSourceView(const Selection& sel) {
   if (module == 0) module = 1;
   ShowSourcePage(ws_, sessionId, module, procedure, sel.measure, *browser);
   if (line != 0 && project.CodeLine.InRange(line)) {
-    browser->ScrollToStatement(module, project.CodeLine(line).BelongToProcedure, line);
+    browser->scrollToStatement(module, project.CodeLine(line).BelongToProcedure, line);
   }
 }
 
-bool MainWindow::OnSourceLink(const std::string& url) {
+bool MainWindow::onSourceLink(const std::string& url) {
   const LinkDecision decision = DecideLink(url);
   if (decision.openMenu) {
     menuTarget_ = ClickTarget{decision.module, decision.procedure, decision.line};
     sourcePane_->setFocus();
-    ShowPopupMenu();
+    showPopupMenu();
   }
   return !decision.cancel;
 }
 
-void MainWindow::OnSourceOptionsChanged() {
+void MainWindow::onSourceOptionsChanged() {
   const Selection& sel = selection_.get();
-  ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))] = sourcePane_->Options();
+  ws_.view.OptionsHtml[static_cast<std::size_t>(IndexOf(sel.measure))] = sourcePane_->options();
   try {
     SaveOptionsHtml(ws_);
   } catch (const std::exception&) {
@@ -362,7 +362,7 @@ void MainWindow::OnSourceOptionsChanged() {
   }
   pageCache_.Forget();
   if (sel.tab == Tab::Source && !tree_.Nodes().SelectedKey().empty()) {
-    RunGuarded(this, [this] {
+    runGuarded(this, [this] {
       Selection top = selection_.get();
       top.line = 0;
       updateSourceView(top);
@@ -370,8 +370,8 @@ void MainWindow::OnSourceOptionsChanged() {
   }
 }
 
-void MainWindow::OnSourceFontChanged(const QString& family, int size) {
-  SetFontHTML(ws_, QtFontMetrics(), ToCp1252(family), size);
+void MainWindow::onSourceFontChanged(const QString& family, int size) {
+  SetFontHTML(ws_, QtFontMetrics(), toCp1252(family), size);
   try {
     const std::string ini = GetIniFile(ws_.appFolder);
     VBWritePrivateProfileString("Profiler", "FontHTML", ws_.view.FontHTML, ini);
@@ -379,8 +379,8 @@ void MainWindow::OnSourceFontChanged(const QString& family, int size) {
                                 ini);
   } catch (const std::exception&) {
   }
-  if (!sourcePane_->Browser()->PageFile().empty() && FileExist(SourcePageFile(ws_))) {
-    RunGuarded(this, [this] { UpdateHtml(ws_, *sourcePane_->Browser()); });
+  if (!sourcePane_->browser()->pageFile().empty() && FileExist(SourcePageFile(ws_))) {
+    runGuarded(this, [this] { UpdateHtml(ws_, *sourcePane_->browser()); });
   }
 }
 
@@ -388,7 +388,7 @@ void MainWindow::OnSourceFontChanged(const QString& family, int size) {
 
 void MainWindow::drawFlowPage() {
   UpdateTitle();
-  const FlowOptions options = flowPane_->Options();
+  const FlowOptions options = flowPane_->options();
   const Selection sel = selection_.get();
   FlowGraph graph;
   try {
@@ -399,52 +399,52 @@ void MainWindow::drawFlowPage() {
     const std::int32_t slot = sel.session.sessionIndex();
     const std::string file =
         ws_.Session.InRange(slot) ? ws_.Session(slot).SessionFile : std::string();
-    flowPane_->ShowNotice("\r\n    " + file + ": " + e.what());
+    flowPane_->showNotice("\r\n    " + file + ": " + e.what());
     return;
   }
   if (!graph.Message.empty()) {
-    flowPane_->ShowNotice(FlowNoticeText(graph.Message));
+    flowPane_->showNotice(FlowNoticeText(graph.Message));
     return;
   }
   if (!graph.HasChart()) {
     // A module without calls shows nothing.
-    flowPane_->ShowNotice("");
+    flowPane_->showNotice("");
     return;
   }
   // The procedure the chart is about becomes the selected one.
   selection_.set(sel.at(graph.Module, graph.Procedure, sel.line));
   UpdateTitle();
-  flowPane_->ShowChart(ws_, std::move(graph), sel.measure);
+  flowPane_->showChart(ws_, std::move(graph), sel.measure);
 }
 
-void MainWindow::OnFlowNodeClicked(std::int32_t procedure) {
+void MainWindow::onFlowNodeClicked(std::int32_t procedure) {
   const Selection& sel = selection_.get();
-  if (Busy() || !ws_.Project.InRange(sel.project)) return;
+  if (busy() || !ws_.Project.InRange(sel.project)) return;
   const Project& project = ws_.Project(sel.project);
   if (!project.Procedure.InRange(procedure)) return;
-  RunGuarded(this, [&] {
-    MoveTreeTo(sel.at(project.Procedure(procedure).BelongToModule, procedure));
+  runGuarded(this, [&] {
+    moveTreeTo(sel.at(project.Procedure(procedure).BelongToModule, procedure));
     Selection clicked = selection_.get();
     clicked.line = 0;
     selection_.set(clicked);
-    SelectScopeTab(Tab::Flow);
+    selectScopeTab(Tab::Flow);
   });
 }
 
-void MainWindow::OnFlowOptionsChanged() {
+void MainWindow::onFlowOptionsChanged() {
   try {
-    SaveFlowOptions(flowPane_->Options(), GetIniFile(ws_.appFolder));
+    SaveFlowOptions(flowPane_->options(), GetIniFile(ws_.appFolder));
   } catch (const std::exception&) {
     // The chart still follows the choice; only the settings file missed it.
   }
-  if (selection_.get().tab == Tab::Flow && !tree_.Nodes().SelectedKey().empty() && !Busy()) {
-    RunGuarded(this, [this] { drawFlowPage(); });
+  if (selection_.get().tab == Tab::Flow && !tree_.Nodes().SelectedKey().empty() && !busy()) {
+    runGuarded(this, [this] { drawFlowPage(); });
   }
 }
 
-// --- Measures and navigation ---
+// --- measures and navigation ---
 
-void MainWindow::SetMeasure(Measure measure) {
+void MainWindow::setMeasure(Measure measure) {
   Selection sel = selection_.get();
   sel.measure = measure;
   selection_.set(sel);
@@ -453,20 +453,20 @@ void MainWindow::SetMeasure(Measure measure) {
 
 void MainWindow::onSelectionChanged(const Selection& now, const Selection& before) {
   if (now.measure == before.measure) return;
-  toolbar_->PressMeasure(IndexOf(now.measure));
+  toolbar_->pressMeasure(IndexOf(now.measure));
   tree_.UpdateColors(now.measure);
-  SyncTree();
+  syncTree();
   title_->updateAnalysis(IndexOf(now.measure));
 }
 
 void MainWindow::browseBack() {
-  if (Busy()) return;
-  if (const auto place = nav_.BrowseBack(*this)) ShowPlace(*place);
+  if (busy()) return;
+  if (const auto place = nav_.BrowseBack(*this)) showPlace(*place);
 }
 
 void MainWindow::browseForward() {
-  if (Busy()) return;
-  if (const auto place = nav_.BrowseFwd(*this)) ShowPlace(*place);
+  if (busy()) return;
+  if (const auto place = nav_.BrowseFwd(*this)) showPlace(*place);
 }
 
 void MainWindow::EnableNavButtons(bool back, bool forward) {

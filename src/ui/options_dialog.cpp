@@ -50,8 +50,8 @@ ViewSettings OptionsDialog::Result() const {
   for (const QString& line : lines) {
     if (!line.isEmpty()) kept << line;
   }
-  o.Filters = ToCp1252(kept.join("\r\n"));
-  o.DefaultPlan = ToCp1252(plan_->text());
+  o.Filters = toCp1252(kept.join("\r\n"));
+  o.DefaultPlan = toCp1252(plan_->text());
   return o;
 }
 

@@ -10,7 +10,7 @@ namespace zol {
 
 namespace {
 
-bool IsHex(char c) {
+bool isHex(char c) {
   return std::isxdigit(static_cast<unsigned char>(c)) != 0;
 }
 
@@ -18,7 +18,7 @@ bool IsWordChar(char c) {
   return std::isalnum(static_cast<unsigned char>(c)) != 0;
 }
 
-bool EndsWithColorWord(std::string_view text, std::size_t end) {
+bool endsWithColorWord(std::string_view text, std::size_t end) {
   static constexpr std::string_view kWord = "color";
   if (end < kWord.size()) return false;
   for (std::size_t i = 0; i < kWord.size(); ++i) {
@@ -31,7 +31,7 @@ bool EndsWithColorWord(std::string_view text, std::size_t end) {
 
 // Copies `page`, putting "#" before six hex digits that follow "color" (or
 // "bgcolor") and "=" or ":", with blanks around the sign allowed.
-std::string HashBareColours(std::string_view page) {
+std::string hashBareColours(std::string_view page) {
   std::string out;
   out.reserve(page.size() + page.size() / 16);
   std::size_t copied = 0;
@@ -39,12 +39,12 @@ std::string HashBareColours(std::string_view page) {
     if (page[i] != '=' && page[i] != ':') continue;
     std::size_t before = i;
     while (before > 0 && page[before - 1] == ' ') --before;
-    if (!EndsWithColorWord(page, before)) continue;
+    if (!endsWithColorWord(page, before)) continue;
     std::size_t v = i + 1;
     while (v < page.size() && page[v] == ' ') ++v;
     if (v + 6 > page.size()) continue;
     bool hex = true;
-    for (std::size_t k = v; k < v + 6; ++k) hex = hex && IsHex(page[k]);
+    for (std::size_t k = v; k < v + 6; ++k) hex = hex && isHex(page[k]);
     if (!hex || (v + 6 < page.size() && IsWordChar(page[v + 6]))) continue;
     out.append(page.substr(copied, v - copied));
     out += '#';
@@ -55,7 +55,7 @@ std::string HashBareColours(std::string_view page) {
 }
 
 // Removes every "line-height : ...;" declaration of a style text.
-std::string DropLineHeights(std::string_view style) {
+std::string dropLineHeights(std::string_view style) {
   static constexpr std::string_view kDeclaration = "line-height";
   std::string out;
   out.reserve(style.size());
@@ -74,7 +74,7 @@ std::string DropLineHeights(std::string_view style) {
 // Text between tags: a "&nbsp" without its ";" (which browsers forgive) gets
 // one, and a "<" that opens no tag ("Time < 0.001s" in the legend) is
 // escaped, where the view's engine would take it for a broken tag.
-void AppendText(std::string& out, std::string_view text) {
+void appendText(std::string& out, std::string_view text) {
   std::size_t copied = 0;
   for (std::size_t at = text.find("&nbsp"); at != std::string_view::npos;
        at = text.find("&nbsp", copied)) {
@@ -85,7 +85,7 @@ void AppendText(std::string& out, std::string_view text) {
   out.append(text.substr(copied));
 }
 
-bool OpensTag(std::string_view markup, std::size_t at) {
+bool opensTag(std::string_view markup, std::size_t at) {
   if (at + 1 >= markup.size()) return false;
   const char next = markup[at + 1];
   return std::isalpha(static_cast<unsigned char>(next)) != 0 || next == '/' || next == '!';
@@ -93,24 +93,24 @@ bool OpensTag(std::string_view markup, std::size_t at) {
 
 // Rewrites the tags of a stretch of markup and fixes the text between them;
 // the source text itself is left as it is.
-void AppendMarkup(std::string& out, std::string_view markup) {
+void appendMarkup(std::string& out, std::string_view markup) {
   std::size_t copied = 0;
   std::size_t from = 0;
   for (std::size_t open = markup.find('<'); open != std::string_view::npos;
        open = markup.find('<', from)) {
-    if (!OpensTag(markup, open)) {
-      AppendText(out, markup.substr(copied, open - copied));
+    if (!opensTag(markup, open)) {
+      appendText(out, markup.substr(copied, open - copied));
       out += "&lt;";
       copied = from = open + 1;
       continue;
     }
     const std::size_t close = markup.find('>', open);
     if (close == std::string_view::npos) break;
-    AppendText(out, markup.substr(copied, open - copied));
-    out += HashBareColours(markup.substr(open, close + 1 - open));
+    appendText(out, markup.substr(copied, open - copied));
+    out += hashBareColours(markup.substr(open, close + 1 - open));
     copied = from = close + 1;
   }
-  AppendText(out, markup.substr(copied));
+  appendText(out, markup.substr(copied));
 }
 
 // The page writer indents a statement row's opening tag by three levels, the
@@ -122,7 +122,7 @@ constexpr std::string_view kRowBoldStart = "\r\n         <TR><B>";
 constexpr std::string_view kTableEnd = "\r\n   </TABLE>";
 constexpr std::string_view kMiddleEnd = "   </TABLE>\r\n</BODY>\r\n</HTML>\r\n";
 
-bool ContainsNoCase(std::string_view text, std::string_view what) {
+bool containsNoCase(std::string_view text, std::string_view what) {
   const auto same = [](char a, char b) {
     return std::tolower(static_cast<unsigned char>(a)) ==
            std::tolower(static_cast<unsigned char>(b));
@@ -132,7 +132,7 @@ bool ContainsNoCase(std::string_view text, std::string_view what) {
 
 }  // namespace
 
-std::optional<PageRows> SplitPageRows(std::string_view page) {
+std::optional<PageRows> splitPageRows(std::string_view page) {
   static_assert(kRowBoldStart.substr(0, kRowStart.size()) == kRowStart);
   std::size_t at = page.find(kRowStart);
   if (at == std::string_view::npos) return std::nullopt;
@@ -150,7 +150,7 @@ std::optional<PageRows> SplitPageRows(std::string_view page) {
   return parts;
 }
 
-std::string PageRows::Slice(std::size_t first, std::size_t last) const {
+std::string PageRows::slice(std::size_t first, std::size_t last) const {
   last = std::min(last, rows.size());
   first = std::min(first, last);
   std::size_t size = head.size() + std::max(tail.size(), kMiddleEnd.size());
@@ -163,7 +163,7 @@ std::string PageRows::Slice(std::size_t first, std::size_t last) const {
   return page;
 }
 
-std::optional<std::size_t> PageRows::RowLinkedTo(std::string_view href) const {
+std::optional<std::size_t> PageRows::rowLinkedTo(std::string_view href) const {
   const std::string link = "<A HREF=\"" + std::string(href) + "\">";
   for (std::size_t i = 0; i < rows.size(); ++i) {
     if (rows[i].find(link) != std::string_view::npos) return i;
@@ -171,16 +171,16 @@ std::optional<std::size_t> PageRows::RowLinkedTo(std::string_view href) const {
   return std::nullopt;
 }
 
-std::optional<std::size_t> PageRows::RowNamed(std::string_view name) const {
+std::optional<std::size_t> PageRows::rowNamed(std::string_view name) const {
   const std::string anchor = "<A NAME=\"" + std::string(name) + "\">";
   for (std::size_t i = 0; i < rows.size(); ++i) {
-    if (ContainsNoCase(rows[i], anchor)) return i;
+    if (containsNoCase(rows[i], anchor)) return i;
   }
-  if (!rows.empty() && ContainsNoCase(tail, anchor)) return rows.size() - 1;
+  if (!rows.empty() && containsNoCase(tail, anchor)) return rows.size() - 1;
   return std::nullopt;
 }
 
-int PageRows::LinesOf(std::size_t i) const {
+int PageRows::linesOf(std::size_t i) const {
   int lines = 1;
   for (std::size_t at = rows[i].find("<BR>"); at != std::string_view::npos;
        at = rows[i].find("<BR>", at + 4)) {
@@ -189,22 +189,22 @@ int PageRows::LinesOf(std::size_t i) const {
   return lines;
 }
 
-std::string PageForDisplay(std::string_view page) {
+std::string pageForDisplay(std::string_view page) {
   std::string out;
   out.reserve(page.size() + page.size() / 16);
   const std::size_t styleOpen = page.find("<STYLE");
   const std::size_t styleClose =
       styleOpen == std::string_view::npos ? styleOpen : page.find("</STYLE>", styleOpen);
   if (styleClose == std::string_view::npos) {
-    AppendMarkup(out, page);
+    appendMarkup(out, page);
     return out;
   }
-  AppendMarkup(out, page.substr(0, styleOpen));
+  appendMarkup(out, page.substr(0, styleOpen));
   std::string style(page.substr(styleOpen, styleClose - styleOpen));
   style = Replace(style, kBeginStyleMarker, "\r\n");
   style = Replace(style, kEndStyleMarker, "\r\n");
-  out += HashBareColours(DropLineHeights(style));
-  AppendMarkup(out, page.substr(styleClose));
+  out += hashBareColours(dropLineHeights(style));
+  appendMarkup(out, page.substr(styleClose));
   return out;
 }
 

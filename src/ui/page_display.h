@@ -19,7 +19,7 @@
 
 namespace zol {
 
-std::string PageForDisplay(std::string_view page);
+std::string pageForDisplay(std::string_view page);
 
 // A page cut at the rows of its statement table, so that a long module can be
 // shown a few screens of rows at a time: the rich-text engine takes seconds to
@@ -35,18 +35,18 @@ struct PageRows {
 
   // A page of rows [first, last): the head, those rows, and the tail when
   // `last` is the last row, otherwise only the end of the table and page.
-  std::string Slice(std::size_t first, std::size_t last) const;
+  std::string slice(std::size_t first, std::size_t last) const;
   // The row holding the link "|module|procedure|line", or nothing.
-  std::optional<std::size_t> RowLinkedTo(std::string_view href) const;
+  std::optional<std::size_t> rowLinkedTo(std::string_view href) const;
   // The row that holds the anchor `name` (any case), or nothing; the legend's
   // anchor stands in the tail, which counts as the place of the last row.
-  std::optional<std::size_t> RowNamed(std::string_view name) const;
+  std::optional<std::size_t> rowNamed(std::string_view name) const;
   // How many lines of text row `i` takes: continued statements take several.
-  int LinesOf(std::size_t i) const;
+  int linesOf(std::size_t i) const;
 };
 
 // The parts of `page`, or nothing for a page without statement rows (a notice,
 // an empty module), which is shown whole.
-std::optional<PageRows> SplitPageRows(std::string_view page);
+std::optional<PageRows> splitPageRows(std::string_view page);
 
 }  // namespace zol

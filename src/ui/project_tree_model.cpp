@@ -8,7 +8,7 @@
 
 namespace zol {
 
-QColor TreeColor(std::int32_t vbColor) {
+QColor treeColor(std::int32_t vbColor) {
   return QColor(vbColor & 0xFF, (vbColor >> 8) & 0xFF, (vbColor >> 16) & 0xFF);
 }
 
@@ -17,7 +17,7 @@ ProjectTreeModel::ProjectTreeModel(const ProjectTree& tree, QObject* parent)
   items_.push_back(Item{});
 }
 
-ProjectTreeModel::Shape ProjectTreeModel::CurrentShape() const {
+ProjectTreeModel::Shape ProjectTreeModel::currentShape() const {
   Shape shape;
   shape.reserve(tree_.Nodes().Count());
   tree_.Nodes().ForEach([&shape](const TreeNode& node) {
@@ -26,17 +26,17 @@ ProjectTreeModel::Shape ProjectTreeModel::CurrentShape() const {
   return shape;
 }
 
-bool ProjectTreeModel::Sync() {
-  Shape shape = CurrentShape();
+bool ProjectTreeModel::sync() {
+  Shape shape = currentShape();
   if (shape == shape_) return false;
   beginResetModel();
-  Rebuild(shape);
+  rebuild(shape);
   shape_ = std::move(shape);
   endResetModel();
   return true;
 }
 
-void ProjectTreeModel::Rebuild(const Shape& shape) {
+void ProjectTreeModel::rebuild(const Shape& shape) {
   items_.assign(1, Item{});
   byKey_.clear();
   byKey_.reserve(shape.size());
@@ -54,7 +54,7 @@ void ProjectTreeModel::Rebuild(const Shape& shape) {
   }
 }
 
-QModelIndex ProjectTreeModel::IndexOfKey(const std::string& key) const {
+QModelIndex ProjectTreeModel::indexOfKey(const std::string& key) const {
   const auto it = byKey_.find(key);
   if (it == byKey_.end()) return {};
   const Item& item = items_[static_cast<std::size_t>(it->second)];
@@ -91,25 +91,25 @@ int ProjectTreeModel::columnCount(const QModelIndex&) const {
   return 1;
 }
 
-const TreeNode* ProjectTreeModel::NodeOf(const QModelIndex& index) const {
+const TreeNode* ProjectTreeModel::nodeOf(const QModelIndex& index) const {
   if (!index.isValid()) return nullptr;
   return tree_.Nodes().Find(items_[static_cast<std::size_t>(index.internalId())].key);
 }
 
 QVariant ProjectTreeModel::data(const QModelIndex& index, int role) const {
-  const TreeNode* node = NodeOf(index);
+  const TreeNode* node = nodeOf(index);
   if (!node) return {};
   switch (role) {
     case Qt::DisplayRole:
       return Q(node->Text);
     case Qt::ToolTipRole:
-      return PlainToolTip(Q(node->Text));
+      return plainToolTip(Q(node->Text));
     case Qt::DecorationRole:
-      return node->Image.empty() ? QVariant() : QVariant(ZolIcon(node->Image));
+      return node->Image.empty() ? QVariant() : QVariant(zolIcon(node->Image));
     case Qt::ForegroundRole:
-      return TreeColor(node->ForeColor);
+      return treeColor(node->ForeColor);
     case Qt::BackgroundRole:
-      return TreeColor(node->BackColor);
+      return treeColor(node->BackColor);
     case Qt::FontRole:
       if (node->Bold) {
         QFont bold;

@@ -3,8 +3,8 @@
 // The project tree's nodes as a Qt model. The node model of the core changes
 // under the window's feet (branches come and go while a session loads), so
 // this model never keeps a pointer to a node: it keeps the structure as keys,
-// taken at each Sync, and looks every node up by key when it is drawn. A node
-// that has gone in the meantime simply draws empty until the next Sync.
+// taken at each sync, and looks every node up by key when it is drawn. A node
+// that has gone in the meantime simply draws empty until the next sync.
 
 #include <QAbstractItemModel>
 #include <string>
@@ -24,9 +24,9 @@ class ProjectTreeModel : public QAbstractItemModel {
   // Takes the tree's nodes. A change of structure (a node added, removed or
   // moved) resets the model and returns true; new texts and colours need only
   // a repaint of the view.
-  bool Sync();
+  bool sync();
 
-  QModelIndex IndexOfKey(const std::string& key) const;
+  QModelIndex indexOfKey(const std::string& key) const;
   std::string KeyOf(const QModelIndex& index) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -45,9 +45,9 @@ class ProjectTreeModel : public QAbstractItemModel {
   };
   using Shape = std::vector<std::pair<std::string, std::string>>;  // key, parent key
 
-  Shape CurrentShape() const;
-  void Rebuild(const Shape& shape);
-  const TreeNode* NodeOf(const QModelIndex& index) const;
+  Shape currentShape() const;
+  void rebuild(const Shape& shape);
+  const TreeNode* nodeOf(const QModelIndex& index) const;
 
   const ProjectTree& tree_;
   std::vector<Item> items_;
@@ -56,6 +56,6 @@ class ProjectTreeModel : public QAbstractItemModel {
 };
 
 // A colour of the node model (red + 256 green + 65536 blue) for Qt.
-QColor TreeColor(std::int32_t vbColor);
+QColor treeColor(std::int32_t vbColor);
 
 }  // namespace zol

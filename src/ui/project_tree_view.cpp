@@ -25,8 +25,8 @@ ProjectTreeView::ProjectTreeView(const ProjectTree& tree, QWidget* parent)
   pal.setColor(QPalette::Text, Qt::black);
   setPalette(pal);
   connect(selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this](const QModelIndex& current) { OnCurrentChanged(current); });
-  connect(this, &QTreeView::clicked, this, &ProjectTreeView::OnClicked);
+          [this](const QModelIndex& current) { onCurrentChanged(current); });
+  connect(this, &QTreeView::clicked, this, &ProjectTreeView::onClicked);
 }
 
 void ProjectTreeView::mousePressEvent(QMouseEvent* event) {
@@ -34,13 +34,13 @@ void ProjectTreeView::mousePressEvent(QMouseEvent* event) {
   QTreeView::mousePressEvent(event);
 }
 
-void ProjectTreeView::OnCurrentChanged(const QModelIndex& current) {
+void ProjectTreeView::onCurrentChanged(const QModelIndex& current) {
   if (syncing_ || !current.isValid()) return;
   reportedByCurrentChange_ = true;
   emit nodeClicked(QString::fromStdString(model_->KeyOf(current)));
 }
 
-void ProjectTreeView::OnClicked(const QModelIndex& index) {
+void ProjectTreeView::onClicked(const QModelIndex& index) {
   // A click that made the node current has been reported already; a click on
   // the node that was current redraws its view all the same.
   if (reportedByCurrentChange_) {
@@ -50,16 +50,16 @@ void ProjectTreeView::OnClicked(const QModelIndex& index) {
   if (!syncing_ && index.isValid()) emit nodeClicked(QString::fromStdString(model_->KeyOf(index)));
 }
 
-std::set<std::string> ProjectTreeView::ExpandedKeys() const {
+std::set<std::string> ProjectTreeView::expandedKeys() const {
   std::set<std::string> keys;
   tree_.Nodes().ForEach([&](const TreeNode& node) {
-    const QModelIndex index = model_->IndexOfKey(node.Key);
+    const QModelIndex index = model_->indexOfKey(node.Key);
     if (index.isValid() && isExpanded(index)) keys.insert(node.Key);
   });
   return keys;
 }
 
-void ProjectTreeView::ApplyExpansion(const std::set<std::string>& expandedBefore,
+void ProjectTreeView::applyExpansion(const std::set<std::string>& expandedBefore,
                                      const std::set<std::string>& keysBefore) {
   // Nodes the user could open or close keep the state the user gave them;
   // new nodes (and the merged branch that gets its children on its first
@@ -67,28 +67,28 @@ void ProjectTreeView::ApplyExpansion(const std::set<std::string>& expandedBefore
   tree_.Nodes().ForEach([&](const TreeNode& node) {
     const bool known = keysBefore.count(node.Key) != 0;
     const bool open = known ? expandedBefore.count(node.Key) != 0 : node.Expanded;
-    if (open) setExpanded(model_->IndexOfKey(node.Key), true);
+    if (open) setExpanded(model_->indexOfKey(node.Key), true);
   });
 }
 
-void ProjectTreeView::Sync() {
+void ProjectTreeView::sync() {
   syncing_ = true;
   std::set<std::string> keysBefore;
   tree_.Nodes().ForEach([&](const TreeNode& node) {
     // Only a node that could be opened has a state the user gave it.
-    const QModelIndex index = model_->IndexOfKey(node.Key);
+    const QModelIndex index = model_->indexOfKey(node.Key);
     if (index.isValid() && model_->rowCount(index) > 0) keysBefore.insert(node.Key);
   });
-  const std::set<std::string> expandedBefore = ExpandedKeys();
+  const std::set<std::string> expandedBefore = expandedKeys();
   const int scroll = verticalScrollBar()->value();
-  if (model_->Sync()) {
-    ApplyExpansion(expandedBefore, keysBefore);
+  if (model_->sync()) {
+    applyExpansion(expandedBefore, keysBefore);
     verticalScrollBar()->setValue(scroll);
   } else {
     viewport()->update();
   }
   const std::string& selected = tree_.Nodes().SelectedKey();
-  const QModelIndex index = model_->IndexOfKey(selected);
+  const QModelIndex index = model_->indexOfKey(selected);
   if (index.isValid()) {
     if (index != currentIndex()) {
       setCurrentIndex(index);

@@ -2,7 +2,7 @@
 
 // The project tree on screen. A click on a node, or a move of
 // the current node with the keyboard, is reported once as nodeClicked; the
-// window runs the tree's click handling and then calls Sync, which brings the
+// window runs the tree's click handling and then calls sync, which brings the
 // view in line with the nodes: new structure, expansion, selection and
 // colours.
 
@@ -21,8 +21,8 @@ class ProjectTreeView : public QTreeView {
  public:
   ProjectTreeView(const ProjectTree& tree, QWidget* parent = nullptr);
 
-  ProjectTreeModel* Model() const { return model_; }
-  void Sync();
+  ProjectTreeModel* typedModel() const { return model_; }
+  void sync();
 
  signals:
   void nodeClicked(const QString& key);
@@ -31,10 +31,10 @@ class ProjectTreeView : public QTreeView {
   void mousePressEvent(QMouseEvent* event) override;
 
  private:
-  void OnCurrentChanged(const QModelIndex& current);
-  void OnClicked(const QModelIndex& index);
-  std::set<std::string> ExpandedKeys() const;
-  void ApplyExpansion(const std::set<std::string>& expandedBefore,
+  void onCurrentChanged(const QModelIndex& current);
+  void onClicked(const QModelIndex& index);
+  std::set<std::string> expandedKeys() const;
+  void applyExpansion(const std::set<std::string>& expandedBefore,
                       const std::set<std::string>& keysBefore);
 
   const ProjectTree& tree_;

@@ -25,7 +25,7 @@ int PixelSize(double size) {
 
 }  // namespace
 
-QColor ToQColor(PackedColour colour) {
+QColor toQColor(PackedColour colour) {
   return QColor(RedOf(colour), GreenOf(colour), BlueOf(colour));
 }
 
@@ -39,7 +39,7 @@ QFont QtFlowTextMetrics::Font(double size, bool bold) const {
   return font;
 }
 
-const QFontMetricsF& QtFlowTextMetrics::MetricsOf(double size, bool bold) const {
+const QFontMetricsF& QtFlowTextMetrics::metricsOf(double size, bool bold) const {
   const auto key = std::make_pair(PixelSize(size), bold);
   auto it = cache_.find(key);
   if (it == cache_.end()) it = cache_.emplace(key, QFontMetricsF(Font(size, bold))).first;
@@ -51,15 +51,15 @@ double QtFlowTextMetrics::SizeInForce(double size) const {
 }
 
 double QtFlowTextMetrics::LineWidth(std::string_view line, double size, bool bold) const {
-  return MetricsOf(size, bold).horizontalAdvance(Q(line));
+  return metricsOf(size, bold).horizontalAdvance(Q(line));
 }
 
 double QtFlowTextMetrics::LineHeight(double size, bool bold) const {
-  return std::ceil(MetricsOf(size, bold).height());
+  return std::ceil(metricsOf(size, bold).height());
 }
 
 double QtFlowTextMetrics::Ascent(double size, bool bold) const {
-  return MetricsOf(size, bold).ascent();
+  return metricsOf(size, bold).ascent();
 }
 
 // --- Canvas ---
@@ -75,12 +75,12 @@ void QtFlowCanvas::Clear() {
 }
 
 void QtFlowCanvas::FillRect(int x1, int y1, int x2, int y2, PackedColour colour) {
-  painter_.fillRect(QRect(x1, y1, x2 - x1, y2 - y1), ToQColor(colour));
+  painter_.fillRect(QRect(x1, y1, x2 - x1, y2 - y1), toQColor(colour));
 }
 
 void QtFlowCanvas::OutlineRect(int x1, int y1, int x2, int y2) {
   const double half = PenWidth() / 2.0;
-  QPen pen(ToQColor(PenColour()), PenWidth());
+  QPen pen(toQColor(PenColour()), PenWidth());
   pen.setJoinStyle(Qt::MiterJoin);
   painter_.setPen(pen);
   painter_.setBrush(Qt::NoBrush);
@@ -91,7 +91,7 @@ void QtFlowCanvas::Polyline(const std::vector<CanvasPoint>& points) {
   if (points.size() < 2) return;
   QPolygonF polygon;
   for (const CanvasPoint& p : points) polygon << QPointF(p.x, p.y);
-  QPen pen(ToQColor(PenColour()), PenWidth());
+  QPen pen(toQColor(PenColour()), PenWidth());
   pen.setJoinStyle(Qt::RoundJoin);
   pen.setCapStyle(Qt::RoundCap);
   painter_.setPen(pen);
@@ -102,7 +102,7 @@ void QtFlowCanvas::Polyline(const std::vector<CanvasPoint>& points) {
 void QtFlowCanvas::DrawImage(std::string_view key, int x, int y) {
   const std::string name(key);
   // A module type without an icon of its own shows as a standard module.
-  const QIcon icon = ZolIcon(HasZolIcon(name) ? name : std::string("TYPE1"));
+  const QIcon icon = zolIcon(hasZolIcon(name) ? name : std::string("TYPE1"));
   icon.paint(&painter_, QRect(x, y, 16, 16));
 }
 
@@ -113,7 +113,7 @@ void QtFlowCanvas::FillImageInside(std::string_view key, int x, int y, PackedCol
   painter_.save();
   painter_.translate(x, y);
   painter_.setPen(QPen(QColor(0x33, 0x3d, 0x4d), 0.9));
-  painter_.setBrush(ToQColor(colour));
+  painter_.setBrush(toQColor(colour));
   painter_.drawRoundedRect(QRectF(1.5, 4.5, 13, 7), 3.5, 3.5);
   painter_.setPen(Qt::NoPen);
   painter_.setBrush(QColor(0x2f, 0x6f, 0xd0));
@@ -124,7 +124,7 @@ void QtFlowCanvas::FillImageInside(std::string_view key, int x, int y, PackedCol
 void QtFlowCanvas::PaintTextLine(std::string_view line, double x, double top) {
   if (line.empty()) return;
   painter_.setFont(qtMetrics_.Font(FontSize(), FontBold()));
-  painter_.setPen(ToQColor(PenColour()));
+  painter_.setPen(toQColor(PenColour()));
   painter_.drawText(QPointF(x, top + qtMetrics_.Ascent(FontSize(), FontBold())), Q(line));
 }
 
@@ -144,7 +144,7 @@ bool WriteFlowPng(const Workspace& ws, FlowGraph& graph, const FlowOptions& opti
     static QGuiApplication* app = new QGuiApplication(argc, argv);
     (void)app;
   }
-  InstallFontSubstitutions();
+  installFontSubstitutions();
   QtFlowTextMetrics metrics;
   RecordingCanvas recording(metrics);
   const ChartLayout layout = DrawChart(ws, graph, options, measure, recording);

@@ -31,7 +31,7 @@ class QtFlowTextMetrics : public FlowTextMetrics {
   QFont Font(double size, bool bold) const;
 
  private:
-  const QFontMetricsF& MetricsOf(double size, bool bold) const;
+  const QFontMetricsF& metricsOf(double size, bool bold) const;
   mutable std::map<std::pair<int, bool>, QFontMetricsF> cache_;
 };
 
@@ -55,7 +55,7 @@ class QtFlowCanvas : public FlowCanvas {
   const QtFlowTextMetrics& qtMetrics_;
 };
 
-QColor ToQColor(PackedColour colour);
+QColor toQColor(PackedColour colour);
 
 // Draws the chart of `graph` into a PNG file. Makes a GUI application for
 // the fonts when none runs (offscreen when there is no display). False, with

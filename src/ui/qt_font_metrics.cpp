@@ -13,7 +13,7 @@ namespace zol {
 
 namespace {
 
-QFont FontOf(const std::string& font, double size) {
+QFont fontOf(const std::string& font, double size) {
   QFont f(Q(font));
   f.setPointSizeF(size);
   return f;
@@ -24,17 +24,17 @@ QFont FontOf(const std::string& font, double size) {
 std::optional<double> QtFontMetrics::TextHeight(const std::string& font, double size,
                                                 std::string_view text) const {
   if (size <= 0) return std::nullopt;
-  const QFontMetricsF metrics(FontOf(font, size));
+  const QFontMetricsF metrics(fontOf(font, size));
   const double height = text.empty() ? metrics.height() : metrics.boundingRect(Q(text)).height();
   // Line height, as a text box of one line measures it.
   return std::max(height, metrics.height());
 }
 
 double QtFontMetrics::ActualSize(const std::string& font, double size) const {
-  return QFontInfo(FontOf(font, size)).pointSizeF();
+  return QFontInfo(fontOf(font, size)).pointSizeF();
 }
 
-void InstallFontSubstitutions() {
+void installFontSubstitutions() {
   const QStringList mono = {"Liberation Mono", "DejaVu Sans Mono", "Noto Mono", "Courier",
                             "Monospace"};
   const QStringList sans = {"Liberation Sans", "DejaVu Sans", "Noto Sans", "Helvetica", "Sans"};

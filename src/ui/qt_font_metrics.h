@@ -17,6 +17,6 @@ class QtFontMetrics : public FontMetrics {
 // Makes the faces that pages and saved settings name ("Courier New",
 // "Arial") stand for the closest faces this desktop has, so a page keeps a
 // fixed-width font for its code whatever is installed.
-void InstallFontSubstitutions();
+void installFontSubstitutions();
 
 }  // namespace zol

@@ -11,19 +11,19 @@ QString Q(std::string_view cp1252) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-QString PlainToolTip(const QString& text) {
+QString plainToolTip(const QString& text) {
   if (text.isEmpty()) return text;
-  return "<p style='white-space:pre'>" + PlainForRichText(text) + "</p>";
+  return "<p style='white-space:pre'>" + plainForRichText(text) + "</p>";
 }
 
-QString PlainForRichText(const QString& text) {
+QString plainForRichText(const QString& text) {
   QString html = text.toHtmlEscaped();
   html.replace("\r\n", "<br>");
   html.replace('\n', "<br>");
   return html;
 }
 
-std::string ToCp1252(const QString& text) {
+std::string toCp1252(const QString& text) {
   const QByteArray whole = text.toUtf8();
   if (auto all = Utf8ToCp1252(
           std::string_view(whole.constData(), static_cast<std::size_t>(whole.size())))) {
@@ -44,7 +44,7 @@ QString QPath(const std::string& path) {
   return QFile::decodeName(QByteArray::fromStdString(path));
 }
 
-std::string FromQPath(const QString& path) {
+std::string fromQPath(const QString& path) {
   return QFile::encodeName(path).toStdString();
 }
 

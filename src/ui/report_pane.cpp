@@ -39,7 +39,7 @@ constexpr const char* kColorTexts[] = {"No Color", "Color By %", "Color By Value
 constexpr const char* kTargetTexts[] = {"Session folder", "Subfolder of session folder",
                                         "Temp folder (to be deleted on exit)", "User defined:"};
 
-QLabel* Heading(const char* text, QWidget* parent) {
+QLabel* heading(const char* text, QWidget* parent) {
   auto* label = new QLabel(QObject::tr(text), parent);
   QFont font = label->font();
   font.setBold(true);
@@ -110,20 +110,20 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   frames_ = new QStackedWidget(step4);
   auto* exportFrame = new QWidget(frames_);
   auto* exportLayout = new QVBoxLayout(exportFrame);
-  exportLayout->addWidget(Heading("What to export:", exportFrame));
+  exportLayout->addWidget(heading("What to export:", exportFrame));
   for (int i = 0; i < 4; ++i) {
     exportWhat_[i] = new QCheckBox(tr(kExportTexts[i]), exportFrame);
     exportLayout->addWidget(exportWhat_[i]);
   }
   exportWhat_[kExportSkipUnexecuted]->setContentsMargins(20, 0, 0, 0);
-  exportLayout->addWidget(Heading("Options:", exportFrame));
+  exportLayout->addWidget(heading("Options:", exportFrame));
   separate_ = new QCheckBox(tr("Create separate files for mod/proc/line data"), exportFrame);
   exportLayout->addWidget(separate_);
   exportLayout->addStretch(1);
 
   auto* htmlFrame = new QWidget(frames_);
   auto* htmlLayout = new QVBoxLayout(htmlFrame);
-  htmlLayout->addWidget(Heading("What to report:", htmlFrame));
+  htmlLayout->addWidget(heading("What to report:", htmlFrame));
   for (int i = 0; i < 2; ++i) {
     reportWhat_[i] = new QCheckBox(tr(kReportTexts[i]), htmlFrame);
     htmlLayout->addWidget(reportWhat_[i]);
@@ -156,7 +156,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   auto* note = new QLabel(tr("\"Based on\": switch analyzis to change this"), htmlFrame);
   note->setEnabled(false);
   htmlLayout->addWidget(note);
-  htmlLayout->addWidget(Heading("Select format:", htmlFrame));
+  htmlLayout->addWidget(heading("Select format:", htmlFrame));
   auto* formatRow = new QHBoxLayout;
   htm_ = new QCheckBox(tr("HTM"), htmlFrame);
   chm_ = new QCheckBox(tr("CHM (compiled html)"), htmlFrame);
@@ -193,7 +193,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
     if (!dir.isEmpty()) {
       folder_->setText(dir);
       target_->button(3)->setChecked(true);
-      ReadControls();
+      readControls();
     }
   });
   steps->addWidget(step5);
@@ -217,8 +217,8 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   steps->addWidget(step7);
   steps->addStretch(1);
 
-  ShowOptions(options_);
-  Connect();
+  showOptions(options_);
+  connectControls();
 }
 
 QGroupBox* ReportPane::Step(const char* caption) {
@@ -227,20 +227,20 @@ QGroupBox* ReportPane::Step(const char* caption) {
   return box;
 }
 
-QRadioButton* ReportPane::ReportTypeButton(bool exportData) const {
+QRadioButton* ReportPane::reportTypeButton(bool exportData) const {
   return static_cast<QRadioButton*>(reportType_->button(exportData ? 1 : 0));
 }
 
-QRadioButton* ReportPane::ColorButton(int scheme) const {
+QRadioButton* ReportPane::colorButton(int scheme) const {
   return static_cast<QRadioButton*>(colors_->button(scheme));
 }
 
-QRadioButton* ReportPane::TargetButton(ReportTarget target) const {
+QRadioButton* ReportPane::targetButton(ReportTarget target) const {
   return static_cast<QRadioButton*>(target_->button(static_cast<int>(target)));
 }
 
-void ReportPane::Connect() {
-  const auto changed = [this] { ReadControls(); };
+void ReportPane::connectControls() {
+  const auto changed = [this] { readControls(); };
   connect(scope_, &QComboBox::currentIndexChanged, this, changed);
   for (QToolButton* b : data_) connect(b, &QToolButton::toggled, this, changed);
   connect(reportType_, &QButtonGroup::idToggled, this, changed);
@@ -255,15 +255,15 @@ void ReportPane::Connect() {
   connect(target_, &QButtonGroup::idToggled, this, changed);
   connect(folder_, &QLineEdit::editingFinished, this, changed);
   connect(open_, &QCheckBox::toggled, this, changed);
-  connect(go_, &QPushButton::clicked, this, [this] { Generate(); });
+  connect(go_, &QPushButton::clicked, this, [this] { generate(); });
 }
 
-void ReportPane::ShowOptions(const ReportOptions& o) {
+void ReportPane::showOptions(const ReportOptions& o) {
   showing_ = true;
   options_ = o;
   scope_->setCurrentIndex(static_cast<int>(o.Scope));
   for (int i = 0; i < 3; ++i) data_[i]->setChecked(o.DataRequested[i]);
-  ReportTypeButton(o.DoExport)->setChecked(true);
+  reportTypeButton(o.DoExport)->setChecked(true);
   frames_->setCurrentIndex(o.DoExport ? 0 : 1);
   for (int i = 0; i < 4; ++i) exportWhat_[i]->setChecked(o.ExportWhat[i]);
   separate_->setChecked(o.ExportCreateSeparateFile);
@@ -275,13 +275,13 @@ void ReportPane::ShowOptions(const ReportOptions& o) {
   if (QAbstractButton* b = colors_->button(page.ColorScheme)) b->setChecked(true);
   htm_->setChecked(o.ReporttoHtm);
   chm_->setChecked(o.ReporttoChm);
-  TargetButton(o.Target)->setChecked(true);
+  targetButton(o.Target)->setChecked(true);
   folder_->setText(QPath(o.ReportFolder));
   open_->setChecked(o.OpenReport);
   showing_ = false;
 }
 
-void ReportPane::ReadControls() {
+void ReportPane::readControls() {
   if (showing_) return;
   ReportOptions& o = options_;
   o.Scope = static_cast<ReportScope>(std::max(0, scope_->currentIndex()));
@@ -299,20 +299,20 @@ void ReportPane::ReadControls() {
   o.ReporttoHtm = htm_->isChecked();
   o.ReporttoChm = chm_->isChecked();
   if (target_->checkedId() >= 0) o.Target = static_cast<ReportTarget>(target_->checkedId());
-  o.ReportFolder = FromQPath(folder_->text());
+  o.ReportFolder = fromQPath(folder_->text());
   o.OpenReport = open_->isChecked();
 }
 
-void ReportPane::LoadOptions(const std::string& iniFile) {
-  ShowOptions(LoadReportOptions(ws_, iniFile));
+void ReportPane::loadOptions(const std::string& iniFile) {
+  showOptions(LoadReportOptions(ws_, iniFile));
 }
 
-void ReportPane::SaveOptions(const std::string& iniFile) const {
+void ReportPane::saveOptions(const std::string& iniFile) const {
   SaveReportOptions(ws_, options_, iniFile);
 }
 
-ReportOutcome ReportPane::Generate() {
-  ReadControls();
+ReportOutcome ReportPane::generate() {
+  readControls();
   ReportRequest request;
   request.options = options_;
   const Selection selection = currentSelection ? currentSelection() : Selection{};

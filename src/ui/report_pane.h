@@ -37,13 +37,13 @@ class ReportPane : public QWidget {
   explicit ReportPane(Workspace& ws, QWidget* parent = nullptr);
 
   // Reads the choices from the settings file and shows them.
-  void LoadOptions(const std::string& iniFile);
+  void loadOptions(const std::string& iniFile);
   // Writes them back. Throws FileError.
-  void SaveOptions(const std::string& iniFile) const;
+  void saveOptions(const std::string& iniFile) const;
 
-  const ReportOptions& Options() const { return options_; }
+  const ReportOptions& options() const { return options_; }
   // Sets every control from `options` (and the workspace's report page options).
-  void ShowOptions(const ReportOptions& options);
+  void showOptions(const ReportOptions& options);
 
   // What "Current Session" and the rankings refer to: asked of the window
   // when "GO!" is pressed.
@@ -52,30 +52,30 @@ class ReportPane : public QWidget {
   std::function<void(const std::string& file)> openFile;
 
   // "GO!": writes the report. Returns its outcome.
-  ReportOutcome Generate();
+  ReportOutcome generate();
 
   // The controls, for the tests.
-  QComboBox* ScopeBox() const { return scope_; }
-  QToolButton* DataButton(int data) const { return data_[data]; }
-  QRadioButton* ReportTypeButton(bool exportData) const;
-  QCheckBox* ExportWhatBox(int what) const { return exportWhat_[what]; }
-  QCheckBox* SeparateFilesBox() const { return separate_; }
-  QCheckBox* ReportWhatBox(int what) const { return reportWhat_[what]; }
-  QSpinBox* TopItemsBox() const { return topItems_; }
-  QCheckBox* ColumnBox(int column) const { return columns_[column]; }
-  QRadioButton* ColorButton(int scheme) const;
-  QCheckBox* HtmBox() const { return htm_; }
-  QCheckBox* ChmBox() const { return chm_; }
-  QRadioButton* TargetButton(ReportTarget target) const;
-  QLineEdit* TargetFolderEdit() const { return folder_; }
-  QCheckBox* OpenReportBox() const { return open_; }
-  QPushButton* GoButton() const { return go_; }
-  QStackedWidget* FineTuneFrames() const { return frames_; }
+  QComboBox* scopeBox() const { return scope_; }
+  QToolButton* dataButton(int data) const { return data_[data]; }
+  QRadioButton* reportTypeButton(bool exportData) const;
+  QCheckBox* exportWhatBox(int what) const { return exportWhat_[what]; }
+  QCheckBox* separateFilesBox() const { return separate_; }
+  QCheckBox* reportWhatBox(int what) const { return reportWhat_[what]; }
+  QSpinBox* topItemsBox() const { return topItems_; }
+  QCheckBox* columnBox(int column) const { return columns_[column]; }
+  QRadioButton* colorButton(int scheme) const;
+  QCheckBox* htmBox() const { return htm_; }
+  QCheckBox* chmBox() const { return chm_; }
+  QRadioButton* targetButton(ReportTarget target) const;
+  QLineEdit* targetFolderEdit() const { return folder_; }
+  QCheckBox* openReportBox() const { return open_; }
+  QPushButton* goButton() const { return go_; }
+  QStackedWidget* fineTuneFrames() const { return frames_; }
 
  private:
   QGroupBox* Step(const char* caption);
-  void Connect();
-  void ReadControls();
+  void connectControls();
+  void readControls();
 
   Workspace& ws_;
   ReportOptions options_;

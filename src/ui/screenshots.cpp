@@ -11,12 +11,12 @@
 
 namespace zol {
 
-QStringList SaveTabScreenshots(MainWindow& window, const QString& folder) {
+QStringList saveTabScreenshots(MainWindow& window, const QString& folder) {
   QDir().mkpath(folder);
   QStringList written;
   QTabBar* tabs = window.pageTabs();
   for (int tab = 1; tab <= tabs->count(); ++tab) {
-    window.SelectScopeTab(TabFromIndex(tab));
+    window.selectScopeTab(TabFromIndex(tab));
     // Let the layout settle and the chart draw before the picture is taken.
     for (int i = 0; i < 5; ++i) QApplication::processEvents();
     const QString file =
@@ -24,12 +24,12 @@ QStringList SaveTabScreenshots(MainWindow& window, const QString& folder) {
     if (window.grab().save(file)) written << file;
   }
   const QString sheet = QDir(folder).filePath("icons.png");
-  if (SaveIconSheet(sheet)) written << sheet;
+  if (saveIconSheet(sheet)) written << sheet;
   return written;
 }
 
-bool SaveIconSheet(const QString& file) {
-  const QStringList keys = ZolIconKeys();
+bool saveIconSheet(const QString& file) {
+  const QStringList keys = zolIconKeys();
   constexpr int kCell = 150;
   constexpr int kRow = 44;
   constexpr int kPerLine = 6;
@@ -40,7 +40,7 @@ bool SaveIconSheet(const QString& file) {
   for (int i = 0; i < keys.size(); ++i) {
     const int x = (i % kPerLine) * kCell + 6;
     const int y = (i / kPerLine) * kRow + 6;
-    const QIcon icon = ZolIcon(keys[i].toStdString());
+    const QIcon icon = zolIcon(keys[i].toStdString());
     p.drawPixmap(x, y + 8, icon.pixmap(16, 16));
     p.drawPixmap(x + 22, y, icon.pixmap(32, 32));
     p.drawText(QRect(x + 58, y, kCell - 60, 32), Qt::AlignVCenter, keys[i]);

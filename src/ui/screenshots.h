@@ -13,9 +13,9 @@ class MainWindow;
 // Shows each tab in turn and saves the window as "<n>-<tab>.png" in
 // `folder`; returns the files written.
 // Also saves the icon sheet, "icons.png".
-QStringList SaveTabScreenshots(MainWindow& window, const QString& folder);
+QStringList saveTabScreenshots(MainWindow& window, const QString& folder);
 
 // Every icon of the program at 16 and 32 pixels with its key, on one sheet.
-bool SaveIconSheet(const QString& file);
+bool saveIconSheet(const QString& file);
 
 }  // namespace zol

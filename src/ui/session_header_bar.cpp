@@ -62,14 +62,14 @@ SessionHeaderBar::SessionHeaderBar(QTableView* grid, QWidget* parent)
   setFixedHeight(QFontMetrics(bold).height() + 10);
   hide();
   QHeaderView* gridHeader = grid_->horizontalHeader();
-  connect(gridHeader, &QHeaderView::sectionResized, this, [this] { ArrangeHeaders(); });
-  connect(gridHeader, &QHeaderView::sectionMoved, this, [this] { ArrangeHeaders(); });
-  connect(this, &QHeaderView::sectionResized, this, [this] { ArrangeList(); });
+  connect(gridHeader, &QHeaderView::sectionResized, this, [this] { arrangeHeaders(); });
+  connect(gridHeader, &QHeaderView::sectionMoved, this, [this] { arrangeHeaders(); });
+  connect(this, &QHeaderView::sectionResized, this, [this] { arrangeList(); });
   connect(grid_->horizontalScrollBar(), &QScrollBar::valueChanged, this,
           [this](int value) { setOffset(value); });
 }
 
-void SessionHeaderBar::PrepareFakeHeaders(const FakeHeaders& headers) {
+void SessionHeaderBar::prepareFakeHeaders(const FakeHeaders& headers) {
   headers_ = headers;
   {
     ArrangeGuard guard(fDuringArrange_);
@@ -82,11 +82,11 @@ void SessionHeaderBar::PrepareFakeHeaders(const FakeHeaders& headers) {
     setSectionResizeMode(0, QHeaderView::Fixed);
   }
   show();
-  ArrangeHeaders();
+  arrangeHeaders();
   setOffset(grid_->horizontalScrollBar()->value());
 }
 
-void SessionHeaderBar::Release() {
+void SessionHeaderBar::release() {
   headers_ = FakeHeaders{};
   hide();
 }
@@ -96,18 +96,18 @@ void SessionHeaderBar::resizeEvent(QResizeEvent* event) {
   corner_->setGeometry(0, 0, corner_->width(), height());
 }
 
-int SessionHeaderBar::GridColumnAt(int visual) const {
+int SessionHeaderBar::gridColumnAt(int visual) const {
   return grid_->horizontalHeader()->logicalIndex(visual);
 }
 
-void SessionHeaderBar::ArrangeHeaders() {
+void SessionHeaderBar::arrangeHeaders() {
   if (headers_.SessionNames.empty()) return;
   ArrangeGuard guard(fDuringArrange_);
   if (!guard.Entered()) return;
   QHeaderView* gridHeader = grid_->horizontalHeader();
   int left = 0;
   for (int v = 0; v < headers_.FirstColumn && v < gridHeader->count(); ++v) {
-    left += gridHeader->sectionSize(GridColumnAt(v));
+    left += gridHeader->sectionSize(gridColumnAt(v));
   }
   resizeSection(0, left);
   corner_->setGeometry(0, 0, left, height());
@@ -117,13 +117,13 @@ void SessionHeaderBar::ArrangeHeaders() {
     int colWidth = 0;
     for (int k = 0; k < headers_.RunColumns(i - 1); ++k, ++currentCol) {
       if (currentCol < gridHeader->count())
-        colWidth += gridHeader->sectionSize(GridColumnAt(currentCol));
+        colWidth += gridHeader->sectionSize(gridColumnAt(currentCol));
     }
     if (i < count()) resizeSection(i, colWidth);
   }
 }
 
-void SessionHeaderBar::ArrangeList() {
+void SessionHeaderBar::arrangeList() {
   if (headers_.NumberOfColumnsPerSession <= 0) return;
   ArrangeGuard guard(fDuringArrange_);
   if (!guard.Entered()) return;
@@ -137,7 +137,7 @@ void SessionHeaderBar::ArrangeList() {
       if (currentCol >= gridHeader->count()) break;
       // The last column of the run takes what the others leave.
       const int width = k + 1 < perSession ? colWidth : fakeWidth - colWidth * (perSession - 1);
-      gridHeader->resizeSection(GridColumnAt(currentCol), std::max(width, 1));
+      gridHeader->resizeSection(gridColumnAt(currentCol), std::max(width, 1));
     }
   }
 }

@@ -22,21 +22,21 @@ class SessionHeaderBar : public QHeaderView {
   // `grid` is the table view the bar stands above.
   SessionHeaderBar(QTableView* grid, QWidget* parent = nullptr);
 
-  // Shows the sessions' names over their runs of columns (PrepareFakeHeaders).
-  void PrepareFakeHeaders(const FakeHeaders& headers);
+  // Shows the sessions' names over their runs of columns (prepareFakeHeaders).
+  void prepareFakeHeaders(const FakeHeaders& headers);
   // Takes the bar away (no compared grid on display).
-  void Release();
-  const FakeHeaders& Shown() const { return headers_; }
+  void release();
+  const FakeHeaders& shown() const { return headers_; }
 
   // Sizes the sessions' sections from the grid's columns.
-  void ArrangeHeaders();
+  void arrangeHeaders();
   // Sizes the grid's columns from the sessions' sections.
-  void ArrangeList();
+  void arrangeList();
 
  private:
   void resizeEvent(QResizeEvent* event) override;
   // The grid's logical columns in the order shown.
-  int GridColumnAt(int visual) const;
+  int gridColumnAt(int visual) const;
 
   QTableView* grid_;
   // An empty section over the leading columns' place that doesn't scroll,

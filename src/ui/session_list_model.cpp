@@ -5,13 +5,13 @@
 
 namespace zol {
 
-void SessionListModel::SetRows(std::vector<SessionListRow> rows) {
+void SessionListModel::setRows(std::vector<SessionListRow> rows) {
   beginResetModel();
   rows_ = std::move(rows);
   endResetModel();
 }
 
-int SessionListModel::RowOf(const std::string& key) const {
+int SessionListModel::rowOf(const std::string& key) const {
   for (std::size_t i = 0; i < rows_.size(); ++i) {
     if (rows_[i].Key == key) return static_cast<int>(i);
   }
@@ -35,12 +35,12 @@ QVariant SessionListModel::data(const QModelIndex& index, int role) const {
     case Qt::EditRole:
       return index.column() == 4 ? QPath(text) : Q(text);
     case Qt::ToolTipRole:
-      return index.column() == 4 ? QVariant(PlainToolTip(QPath(text))) : QVariant();
+      return index.column() == 4 ? QVariant(plainToolTip(QPath(text))) : QVariant();
     case Qt::CheckStateRole:
       if (index.column() == 0) return row.Checked ? Qt::Checked : Qt::Unchecked;
       return {};
     case Qt::DecorationRole:
-      if (index.column() == 0) return ZolIcon(row.Key[0] == 'G' ? "GROUP" : "SESSION");
+      if (index.column() == 0) return zolIcon(row.Key[0] == 'G' ? "GROUP" : "SESSION");
       return {};
     case Qt::TextAlignmentRole: {
       // Date, project and version stand to the right, as the list was laid out.

@@ -18,10 +18,10 @@ class SessionListModel : public QAbstractTableModel {
  public:
   using QAbstractTableModel::QAbstractTableModel;
 
-  void SetRows(std::vector<SessionListRow> rows);
+  void setRows(std::vector<SessionListRow> rows);
   const std::vector<SessionListRow>& Rows() const { return rows_; }
   // The row of `key`, -1 if none.
-  int RowOf(const std::string& key) const;
+  int rowOf(const std::string& key) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

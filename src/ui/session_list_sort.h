@@ -18,10 +18,10 @@ struct SessionListSort {
 
   // A click on the header of `column`: the same column again reverses the
   // order, another column keeps it.
-  void Click(std::int32_t column);
+  void click(std::int32_t column);
 };
 
 // Sorts the rows on `sort.Column`; equal keys keep their order.
-void SortSessionRows(std::vector<SessionListRow>& rows, const SessionListSort& sort);
+void sortSessionRows(std::vector<SessionListRow>& rows, const SessionListSort& sort);
 
 }  // namespace zol

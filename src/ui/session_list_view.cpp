@@ -41,12 +41,12 @@ std::string SessionListView::SelectedKey() const {
   return model_->Rows()[static_cast<std::size_t>(current.row())].Key;
 }
 
-void SessionListView::SelectKey(const std::string& key) {
-  const int row = model_->RowOf(key);
+void SessionListView::selectKey(const std::string& key) {
+  const int row = model_->rowOf(key);
   if (row >= 0) setCurrentIndex(model_->index(row, 0));
 }
 
-void SessionListView::EditSelectedName() {
+void SessionListView::editSelectedName() {
   const QModelIndex current = currentIndex();
   if (current.isValid()) edit(model_->index(current.row(), 0));
 }
@@ -56,7 +56,7 @@ void SessionListView::mousePressEvent(QMouseEvent* event) {
   const QModelIndex hit = indexAt(event->position().toPoint());
   if (hit.isValid()) setCurrentIndex(model_->index(hit.row(), 0));
   if (event->button() == Qt::RightButton) {
-    PopupMenu(event->globalPosition().toPoint());
+    popupMenu(event->globalPosition().toPoint());
     return;
   }
   QTreeView::mousePressEvent(event);
@@ -64,23 +64,23 @@ void SessionListView::mousePressEvent(QMouseEvent* event) {
 
 void SessionListView::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F2) {
-    EditSelectedName();
+    editSelectedName();
     return;
   }
   if (event->key() == Qt::Key_Menu) {
-    PopupMenu(viewport()->mapToGlobal(visualRect(currentIndex()).center()));
+    popupMenu(viewport()->mapToGlobal(visualRect(currentIndex()).center()));
     return;
   }
   QTreeView::keyPressEvent(event);
 }
 
-void SessionListView::PopupMenu(const QPoint& globalPos) {
+void SessionListView::popupMenu(const QPoint& globalPos) {
   const QString key = QString::fromStdString(SelectedKey());
   const bool hasRow = !key.isEmpty();
   const bool hasRows = model_->rowCount() > 0;
   QMenu menu(this);
   menu.setObjectName("sessionListMenu");
-  QAction* edit = menu.addAction(tr("Edit name"), this, &SessionListView::EditSelectedName);
+  QAction* edit = menu.addAction(tr("Edit name"), this, &SessionListView::editSelectedName);
   QAction* remove =
       menu.addAction(tr("Remove session"), this, [this, key] { emit removeRequested(key); });
   QAction* destroy = menu.addAction(tr("Destroy session (delete its file)"), this,

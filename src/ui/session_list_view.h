@@ -17,12 +17,12 @@ class SessionListView : public QTreeView {
  public:
   explicit SessionListView(SessionListModel* model, QWidget* parent = nullptr);
 
-  SessionListModel* Model() const { return model_; }
+  SessionListModel* typedModel() const { return model_; }
   // The key of the selected row, empty for none.
   std::string SelectedKey() const;
-  void SelectKey(const std::string& key);
+  void selectKey(const std::string& key);
   // Starts the edit of the selected row's name.
-  void EditSelectedName();
+  void editSelectedName();
 
  signals:
   // A click on the header of column `column` (1 to 5).
@@ -39,7 +39,7 @@ class SessionListView : public QTreeView {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
-  void PopupMenu(const QPoint& globalPos);
+  void popupMenu(const QPoint& globalPos);
 
   SessionListModel* model_;
 };

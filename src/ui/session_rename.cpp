@@ -23,7 +23,7 @@ struct Renamable {
   std::string NodeKey;
 };
 
-std::optional<Renamable> RenamableOf(Workspace& ws, const std::string& rowKey) {
+std::optional<Renamable> renamableOf(Workspace& ws, const std::string& rowKey) {
   const std::optional<RowKey> row = ParseRowKey(rowKey);
   if (!row) return std::nullopt;
   if (row->kind == RowKind::Session) {
@@ -38,12 +38,12 @@ std::optional<Renamable> RenamableOf(Workspace& ws, const std::string& rowKey) {
                    "G" + std::to_string(row->index)};
 }
 
-std::string SiblingFile(const std::string& path, const std::string& body,
+std::string siblingFile(const std::string& path, const std::string& body,
                         const std::string& extension) {
   return JoinPath(GetPath(path), body + extension);
 }
 
-void RenameFile(const std::string& from, const std::string& to) {
+void renameFile(const std::string& from, const std::string& to) {
   if (std::rename(ToNativePath(from).c_str(), ToNativePath(to).c_str()) != 0) {
     throw FileError("Cannot rename file", from, errno);
   }
@@ -51,7 +51,7 @@ void RenameFile(const std::string& from, const std::string& to) {
 
 }  // namespace
 
-std::optional<std::string> SessionNameRefusal(const std::string& newName) {
+std::optional<std::string> sessionNameRefusal(const std::string& newName) {
   if (newName.find_first_of(kForbiddenNameCharacters) != std::string::npos) {
     return std::string("A session name can not contain any of the following characters:\n") +
            kForbiddenNameCharacters;
@@ -66,22 +66,22 @@ std::optional<std::string> SessionNameRefusal(const std::string& newName) {
   return std::nullopt;
 }
 
-RenameOutcome RenameSessionRow(Workspace& ws, ProjectTree& tree, const std::string& rowKey,
+RenameOutcome renameSessionRow(Workspace& ws, ProjectTree& tree, const std::string& rowKey,
                                const std::string& newName, const SessionRef& shown) {
-  if (auto refusal = SessionNameRefusal(newName)) return {false, *refusal, false};
+  if (auto refusal = sessionNameRefusal(newName)) return {false, *refusal, false};
   if (newName.empty()) return {};
-  std::optional<Renamable> item = RenamableOf(ws, rowKey);
+  std::optional<Renamable> item = renamableOf(ws, rowKey);
   if (!item) return {};
 
   std::string& path = *item->SessionFile;
   if (!EqualsNoCase1252(newName, GetFileBody(path))) {
-    if (FileExist(SiblingFile(path, newName, ".pfl")) ||
-        FileExist(SiblingFile(path, newName, ".pfd"))) {
+    if (FileExist(siblingFile(path, newName, ".pfl")) ||
+        FileExist(siblingFile(path, newName, ".pfd"))) {
       return {false, "This session name already exists !\nPlease select another name.", false};
     }
     const std::string extension = path.size() >= 4 ? path.substr(path.size() - 4) : "";
-    const std::string renamed = SiblingFile(path, newName, extension);
-    RenameFile(path, renamed);
+    const std::string renamed = siblingFile(path, newName, extension);
+    renameFile(path, renamed);
     path = renamed;
   }
   if (item->Selected) tree.RenameInNode(item->NodeKey, *item->Name, newName);

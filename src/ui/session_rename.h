@@ -17,7 +17,7 @@ inline constexpr char kForbiddenNameCharacters[] = "/\\<>*?|:\"";
 
 // The warning that refuses `newName`, or nothing when its characters and
 // wording are acceptable.
-std::optional<std::string> SessionNameRefusal(const std::string& newName);
+std::optional<std::string> sessionNameRefusal(const std::string& newName);
 
 struct RenameOutcome {
   bool accepted = false;
@@ -34,7 +34,7 @@ struct RenameOutcome {
 // name in place of the old. Throws FileError when the file system refuses the
 // rename. The title changes with a group's name, or with the name of the
 // session `shown`.
-RenameOutcome RenameSessionRow(Workspace& ws, ProjectTree& tree, const std::string& rowKey,
+RenameOutcome renameSessionRow(Workspace& ws, ProjectTree& tree, const std::string& rowKey,
                                const std::string& newName, const SessionRef& shown);
 
 }  // namespace zol

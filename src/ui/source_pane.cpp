@@ -44,8 +44,8 @@ SourceBrowser::SourceBrowser(QWidget* parent)
     // a whole URL can't be asked for fully decoded, so its encoded form is
     // decoded here.
     const QString text = QUrl::fromPercentEncoding(url.toEncoded());
-    if (beforeNavigate && !beforeNavigate(ToCp1252(text))) return;
-    FollowAnchor(text);
+    if (beforeNavigate && !beforeNavigate(toCp1252(text))) return;
+    followAnchor(text);
   });
 }
 
@@ -53,7 +53,7 @@ void SourceBrowser::Navigate(const std::string& file) {
   pageFile_ = file;
   rows_.reset();
   page_ = LoadFile(file);
-  std::optional<PageRows> parts = SplitPageRows(page_);
+  std::optional<PageRows> parts = splitPageRows(page_);
   if (!parts || parts->rows.size() <= kRowsShownWhole) {
     rowBar_->hide();
     setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -74,7 +74,7 @@ void SourceBrowser::Navigate(const std::string& file) {
 
 void SourceBrowser::setHtmlOf(const std::string& page) {
   setExtraSelections({});
-  setHtml(Q(PageForDisplay(page)));
+  setHtml(Q(pageForDisplay(page)));
 }
 
 std::size_t SourceBrowser::firstRow() const {
@@ -87,7 +87,7 @@ std::size_t SourceBrowser::rowsToShow(std::size_t first) const {
   const int lines = viewport()->height() / 8 + 2;
   std::size_t last = first;
   for (int used = 0; last < rows_->rows.size() && used < lines; ++last) {
-    used += rows_->LinesOf(last);
+    used += rows_->linesOf(last);
   }
   return std::max<std::size_t>(last - first, 1);
 }
@@ -96,7 +96,7 @@ void SourceBrowser::showRows(std::size_t first) {
   if (!rows_) return;
   first = std::min(first, rows_->rows.size() - 1);
   lastShown_ = first + rowsToShow(first);
-  setHtmlOf(rows_->Slice(first, lastShown_));
+  setHtmlOf(rows_->slice(first, lastShown_));
   rowBar_->setPageStep(static_cast<int>(std::max<std::size_t>(lastShown_ - first, 2) - 1));
 }
 
@@ -166,11 +166,11 @@ void SourceBrowser::printPage(QPrinter* printer) {
     return;
   }
   QTextDocument whole;
-  whole.setHtml(Q(PageForDisplay(page_)));
+  whole.setHtml(Q(pageForDisplay(page_)));
   whole.print(printer);
 }
 
-void SourceBrowser::ShowNotice(const std::string& text) {
+void SourceBrowser::showNotice(const std::string& text) {
   pageFile_.clear();
   rows_.reset();
   page_.clear();
@@ -186,14 +186,14 @@ void SourceBrowser::ShowNotice(const std::string& text) {
   setHtml(html);
 }
 
-void SourceBrowser::FollowAnchor(const QString& url) {
+void SourceBrowser::followAnchor(const QString& url) {
   const int hash = url.indexOf('#');
   if (hash < 0) return;
   const QString name = url.mid(hash + 1);
   if (rows_) {
     // The row that holds the anchor comes first in the window; the legend
     // stands after the last row.
-    const std::optional<std::size_t> row = rows_->RowNamed(ToCp1252(name));
+    const std::optional<std::size_t> row = rows_->rowNamed(toCp1252(name));
     if (!row) return;
     rowBar_->setValue(static_cast<int>(*row));
   }
@@ -215,11 +215,11 @@ void SourceBrowser::FollowAnchor(const QString& url) {
   }
 }
 
-bool SourceBrowser::ScrollToStatement(std::int32_t module, std::int32_t procedure,
+bool SourceBrowser::scrollToStatement(std::int32_t module, std::int32_t procedure,
                                       std::int32_t line) {
   const QString href = QString("|%1|%2|%3").arg(module).arg(procedure).arg(line);
   if (rows_) {
-    const std::optional<std::size_t> row = rows_->RowLinkedTo(ToCp1252(href));
+    const std::optional<std::size_t> row = rows_->rowLinkedTo(toCp1252(href));
     if (!row) return false;
     // A few rows of what leads to the statement stay in view above it.
     const int first = static_cast<int>(*row > 3 ? *row - 3 : 0);
@@ -250,7 +250,7 @@ bool SourceBrowser::ScrollToStatement(std::int32_t module, std::int32_t procedur
 
 SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBrowser(this)) {
   setObjectName("sourcePane");
-  strip_ = MakeOptionStrip();
+  strip_ = makeOptionStrip();
   // The strip wraps onto a second row on a narrow page.
   strip_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   auto* layout = new QVBoxLayout(this);
@@ -265,7 +265,7 @@ SourcePane::SourcePane(QWidget* parent) : QWidget(parent), browser_(new SourceBr
   layout->addLayout(page, 1);
 }
 
-QWidget* SourcePane::MakeOptionStrip() {
+QWidget* SourcePane::makeOptionStrip() {
   auto* strip = new QWidget(this);
   strip->setObjectName("sourceOptions");
   auto* row = new FlowLayout(strip);
@@ -316,25 +316,25 @@ QWidget* SourcePane::MakeOptionStrip() {
   row->addWidget(print);
   row->addWidget(preview);
   connect(print, &QPushButton::clicked, this, &SourcePane::Print);
-  connect(preview, &QPushButton::clicked, this, &SourcePane::PrintPreview);
+  connect(preview, &QPushButton::clicked, this, &SourcePane::printPreview);
   return strip;
 }
 
-void SourcePane::ShowOptions(const HtmlPageOptions& options) {
+void SourcePane::showOptions(const HtmlPageOptions& options) {
   showing_ = true;
   for (std::size_t i = 0; i < columns_.size(); ++i) columns_[i]->setChecked(options.Column[i]);
   if (QAbstractButton* b = scheme_->button(options.ColorScheme)) b->setChecked(true);
   showing_ = false;
 }
 
-HtmlPageOptions SourcePane::Options() const {
+HtmlPageOptions SourcePane::options() const {
   HtmlPageOptions o;
   for (std::size_t i = 0; i < columns_.size(); ++i) o.Column[i] = columns_[i]->isChecked();
   o.ColorScheme = scheme_->checkedId() < 1 ? 1 : scheme_->checkedId();
   return o;
 }
 
-void SourcePane::ShowFont(const std::string& family, std::int32_t size) {
+void SourcePane::showFont(const std::string& family, std::int32_t size) {
   showing_ = true;
   font_->setCurrentFont(QFont(Q(family)));
   size_->setValue(size);
@@ -348,7 +348,7 @@ void SourcePane::Print() {
   if (dialog.exec() == QDialog::Accepted) browser_->printPage(&printer);
 }
 
-void SourcePane::PrintPreview() {
+void SourcePane::printPreview() {
   QPrinter printer(QPrinter::HighResolution);
   QPrintPreviewDialog preview(&printer, this);
   preview.setWindowTitle(tr("Print preview of the source page"));

@@ -52,14 +52,14 @@ class SourceBrowser : public QTextBrowser, public PageBrowser {
   // Prints the whole page, whatever part of it is on screen.
   void printPage(QPrinter* printer);
   // Shows a notice in place of code, lines separated by CR LF.
-  void ShowNotice(const std::string& text);
+  void showNotice(const std::string& text);
   // Brings the statement that links to "|module|procedure|line" into view
   // and marks it; false when the page has no such statement.
-  bool ScrollToStatement(std::int32_t module, std::int32_t procedure, std::int32_t line);
+  bool scrollToStatement(std::int32_t module, std::int32_t procedure, std::int32_t line);
   // Follows a link inside the page ("#legend").
-  void FollowAnchor(const QString& url);
+  void followAnchor(const QString& url);
 
-  const std::string& PageFile() const { return pageFile_; }
+  const std::string& pageFile() const { return pageFile_; }
 
   // Decides on each link: returns true when the browser may follow it.
   std::function<bool(const std::string& url)> beforeNavigate;
@@ -90,17 +90,17 @@ class SourcePane : public QWidget {
  public:
   explicit SourcePane(QWidget* parent = nullptr);
 
-  SourceBrowser* Browser() const { return browser_; }
-  QWidget* OptionStrip() const { return strip_; }
+  SourceBrowser* browser() const { return browser_; }
+  QWidget* optionStrip() const { return strip_; }
 
   // Sets the check boxes and the scheme from the options of `measure`.
-  void ShowOptions(const HtmlPageOptions& options);
-  HtmlPageOptions Options() const;
+  void showOptions(const HtmlPageOptions& options);
+  HtmlPageOptions options() const;
   // Sets the font choice without telling anybody.
-  void ShowFont(const std::string& family, std::int32_t size);
+  void showFont(const std::string& family, std::int32_t size);
 
   void Print();
-  void PrintPreview();
+  void printPreview();
 
  signals:
   // The user changed a column or the colour scheme.
@@ -109,7 +109,7 @@ class SourcePane : public QWidget {
   void fontChanged(const QString& family, int size);
 
  private:
-  QWidget* MakeOptionStrip();
+  QWidget* makeOptionStrip();
 
   SourceBrowser* browser_;
   QWidget* strip_;

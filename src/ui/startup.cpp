@@ -18,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // The process that made a folder "Rtf<pid>", if its name says one.
-bool NamesLivingProcess(const std::string& folderName) {
+bool namesLivingProcess(const std::string& folderName) {
   const std::string digits = folderName.substr(3);
   if (digits.empty() || digits.find_first_not_of("0123456789") != std::string::npos) {
     return false;
@@ -31,14 +31,14 @@ bool NamesLivingProcess(const std::string& folderName) {
 
 }  // namespace
 
-bool CommandLineHasNoShow(const std::vector<std::string>& args) {
+bool commandLineHasNoShow(const std::vector<std::string>& args) {
   for (const std::string& a : args) {
     if (InStr(LCase(a), "noshow") > 0) return true;
   }
   return false;
 }
 
-void ClearCancelOperations(const std::string& iniFile) {
+void clearCancelOperations(const std::string& iniFile) {
   try {
     VBWritePrivateProfileString("Zolmark", "CancelOperations", "0", iniFile);
   } catch (const std::exception&) {
@@ -46,14 +46,14 @@ void ClearCancelOperations(const std::string& iniFile) {
   }
 }
 
-int CleanOldRtfFolders(const std::string& appFolder) {
+int cleanOldRtfFolders(const std::string& appFolder) {
   std::error_code ec;
   const fs::path temp = fs::path(ToNativePath(appFolder)) / "Temp";
   int removed = 0;
   for (const auto& entry : fs::directory_iterator(temp, ec)) {
     const std::string name = entry.path().filename().string();
     if (name.rfind("Rtf", 0) != 0 || !entry.is_directory(ec)) continue;
-    if (NamesLivingProcess(name)) continue;
+    if (namesLivingProcess(name)) continue;
     std::error_code removeError;
     // Read-only files inside are removed too: only the folder's own
     // permissions count for deleting them.
@@ -65,7 +65,7 @@ int CleanOldRtfFolders(const std::string& appFolder) {
   return removed;
 }
 
-int HandOverFiles(const std::string& iniFile, const std::vector<std::string>& files,
+int handOverFiles(const std::string& iniFile, const std::vector<std::string>& files,
                   const std::string& currentFolder) {
   int counter = 0;
   int written = 0;

@@ -20,7 +20,7 @@ class StatusArea : public QWidget {
 
   QLabel* progressLabel() const { return progressLabel_; }
   QProgressBar* progressBar() const { return bar_; }
-  QToolButton* CancelButton() const { return cancel_; }
+  QToolButton* cancelButton() const { return cancel_; }
 
   // Shows or hides the bar and the stop button; the label stays, so that a
   // last word may remain after the bar is gone.

@@ -8,7 +8,7 @@
 
 namespace zol {
 
-QString AnalysisText(std::int32_t displayInfoType) {
+QString analysisText(std::int32_t displayInfoType) {
   static const char* const kMeasures[] = {"total time)", "average time)", "total children time)",
                                           "avg. children time)", "hits)"};
   const int i = displayInfoType >= 0 && displayInfoType <= 4 ? displayInfoType : 0;
@@ -63,7 +63,7 @@ void TitleStripWidget::Show(const TitleStrip& strip) {
     if (s.separator) s.separator->setVisible(label.Visible && !first);
     if (!label.Visible) continue;
     first = false;
-    s.icon->setPixmap(ZolIcon(label.Icon).pixmap(16, 16));
+    s.icon->setPixmap(zolIcon(label.Icon).pixmap(16, 16));
     s.text->setText(Q(label.Text));
   }
 }
@@ -73,10 +73,10 @@ void TitleStripWidget::Clear() {
 }
 
 void TitleStripWidget::updateAnalysis(std::int32_t displayInfoType) {
-  analysisLabel_->setText(AnalysisText(displayInfoType));
+  analysisLabel_->setText(analysisText(displayInfoType));
 }
 
-std::array<QString, 4> TitleStripWidget::Texts() const {
+std::array<QString, 4> TitleStripWidget::texts() const {
   std::array<QString, 4> texts;
   for (std::size_t i = 0; i < slots_.size(); ++i) {
     if (!slots_[i].text->isHidden()) texts[i] = slots_[i].text->text();

@@ -27,7 +27,7 @@ class TitleStripWidget : public QWidget {
 
   // The texts on display, for the tests: group, session, module, procedure;
   // empty for a hidden label.
-  std::array<QString, 4> Texts() const;
+  std::array<QString, 4> texts() const;
 
  private:
   struct Slot {
@@ -40,6 +40,6 @@ class TitleStripWidget : public QWidget {
 };
 
 // The text of the analysis label for a measure.
-QString AnalysisText(std::int32_t displayInfoType);
+QString analysisText(std::int32_t displayInfoType);
 
 }  // namespace zol

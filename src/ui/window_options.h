@@ -23,7 +23,7 @@ struct WindowOptions {
   std::int32_t Active_lvwSessions_Column = 1;
   std::int32_t LastExportFileType = 0;
   std::string HHCompilerPath = "none";
-  // Thousandths of the screen's width and height.
+  // thousandths of the screen's width and height.
   std::int32_t Left = 0;
   std::int32_t Top = 0;
   std::int32_t Width = 0;
@@ -41,21 +41,21 @@ struct WindowSizeDefault {
 // Reads the keys, each falling back on its default when missing or not a
 // number. "<vbCrLf>" in Filters stands for a line break. A boolean reads as
 // true from "True" or any number but 0.
-WindowOptions LoadWindowOptions(const std::string& iniFile, WindowSizeDefault size = {});
+WindowOptions loadWindowOptions(const std::string& iniFile, WindowSizeDefault size = {});
 
 // Writes the keys back (ratios times 1000, line breaks of Filters as
 // "<vbCrLf>", booleans as "True" and "False"), all but Y_ratio_Graph, which
-// only the grid's own splitter changes (SaveGraphRatio). Throws FileError.
-void SaveWindowOptions(const WindowOptions& options, const std::string& iniFile);
-void SaveGraphRatio(double Y_ratio_Graph, const std::string& iniFile);
+// only the grid's own splitter changes (saveGraphRatio). Throws FileError.
+void saveWindowOptions(const WindowOptions& options, const std::string& iniFile);
+void saveGraphRatio(double Y_ratio_Graph, const std::string& iniFile);
 
 // The view settings kept in the same section: the tree's colouring
 // ("fColored", true by default), the timing filters and the default
 // instrumentation plan. Loading leaves the other fields as they are.
-void LoadViewSettings(ViewSettings& view, const std::string& iniFile);
-void SaveViewSettings(const ViewSettings& view, const std::string& iniFile);
+void loadViewSettings(ViewSettings& view, const std::string& iniFile);
+void saveViewSettings(const ViewSettings& view, const std::string& iniFile);
 
 // A ratio kept away from the edges, so that no pane can vanish for good.
-double ClampRatio(double ratio);
+double clampRatio(double ratio);
 
 }  // namespace zol

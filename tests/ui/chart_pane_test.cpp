@@ -76,7 +76,7 @@ TEST(ChartPane, SessionTextsWithMarkupCharactersShowWhole) {
   pie.Title = "Share <of> time";
   pie.Items = {{statement, {3}}, {"{Other}", {1}}};
   shown.Draw(pie);
-  EXPECT_EQ(shown.pane.LegendModel()->Entries().at(0).Name, Q(statement));
+  EXPECT_EQ(shown.pane.legendModel()->entries().at(0).Name, Q(statement));
   EXPECT_TRUE(VisibleTexts(shown.pane).contains("Share <of> time"));
 
   ChartDescription caption;
@@ -97,7 +97,7 @@ TEST(ChartPane, EveryBarOfALongChartKeepsItsLabel) {
     for (std::size_t series : {std::size_t(1), std::size_t(3)}) {
       ShownPane shown(size);
       shown.Draw(Bars(names, series));
-      const QStringList& labels = shown.pane.BarLabels();
+      const QStringList& labels = shown.pane.barLabels();
       ASSERT_EQ(labels.size(), 20);
       const QSet<QString> texts = VisibleTexts(shown.pane);
       for (const QString& label : labels) {
@@ -119,7 +119,7 @@ TEST(ChartPane, EqualNamesStillGetABarEach) {
   auto* names = qobject_cast<QBarCategoryAxis*>(axes.front());
   ASSERT_NE(names, nullptr);
   EXPECT_EQ(names->count(), 3);
-  EXPECT_EQ(shown.pane.BarLabels(), (QStringList{"End If", "End If", "Next"}));
+  EXPECT_EQ(shown.pane.barLabels(), (QStringList{"End If", "End If", "Next"}));
 }
 
 TEST(ChartPane, PieSlicesHaveTheirOwnColoursAndAListedLegend) {
@@ -129,7 +129,7 @@ TEST(ChartPane, PieSlicesHaveTheirOwnColoursAndAListedLegend) {
   for (int i = 1; i <= 20; ++i) pie.Items.push_back({"Proc" + std::to_string(i), {double(i)}});
   pie.Items.push_back({"{Other}", {40}});
   ShownPane shown(QSize(900, 300));
-  ChartLegendModel* model = shown.pane.LegendModel();
+  ChartLegendModel* model = shown.pane.legendModel();
   QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::Fatal);
   shown.Draw(pie);
 
@@ -137,7 +137,7 @@ TEST(ChartPane, PieSlicesHaveTheirOwnColoursAndAListedLegend) {
   QSet<QRgb> colours;
   double shares = 0;
   for (int r = 0; r < model->rowCount(); ++r) {
-    colours.insert(model->Entries()[static_cast<std::size_t>(r)].Colour.rgb());
+    colours.insert(model->entries()[static_cast<std::size_t>(r)].Colour.rgb());
     shares += model->Share(r);
   }
   EXPECT_EQ(colours.size(), 21) << "two legend entries share a colour";
@@ -164,12 +164,12 @@ TEST(ChartPane, PieSlicesHaveTheirOwnColoursAndAListedLegend) {
 TEST(ChartPane, SliceColoursStayApartForManySlices) {
   for (std::size_t count : {3u, 8u, 9u, 21u, 60u}) {
     QSet<QRgb> colours;
-    for (std::size_t i = 0; i < count; ++i) colours.insert(ChartPane::SliceColour(i, count).rgb());
+    for (std::size_t i = 0; i < count; ++i) colours.insert(ChartPane::sliceColour(i, count).rgb());
     EXPECT_EQ(colours.size(), static_cast<int>(count)) << count;
   }
-  EXPECT_EQ(ChartValueText(0.000123456789), "0.000123457");
-  EXPECT_EQ(ChartValueText(1234567), "1234567");
-  EXPECT_EQ(ChartValueText(12.5), "12.5");
+  EXPECT_EQ(chartValueText(0.000123456789), "0.000123457");
+  EXPECT_EQ(chartValueText(1234567), "1234567");
+  EXPECT_EQ(chartValueText(12.5), "12.5");
 }
 
 }  // namespace

@@ -112,7 +112,7 @@ class GuiErrorCaptureTest : public ::testing::Test {
 TEST_F(GuiErrorCaptureTest, RetryRunsTheEntryPointAgainWithTheTimersStoppedBehindTheDialog) {
   DialogDriver driver(*ticker_, ErrorDecision::Retry, ErrorDecision::Retry);
   int runs = 0;
-  RunGuarded(&window_, [&] {
+  runGuarded(&window_, [&] {
     if (++runs == 1) throw std::out_of_range("row 12");
   });
   EXPECT_EQ(runs, 2);
@@ -123,7 +123,7 @@ TEST_F(GuiErrorCaptureTest, RetryRunsTheEntryPointAgainWithTheTimersStoppedBehin
 TEST_F(GuiErrorCaptureTest, AFaultInAnEntryPointGivesTheReportFolderAndItsArchive) {
   DialogDriver driver(*ticker_, ErrorDecision::Report, ErrorDecision::Ignore);
   bool after = false;
-  RunGuarded(&window_, [&] {
+  runGuarded(&window_, [&] {
     ZOL_TRACE("Catalogue.LoadSession");
     throw std::runtime_error("the log ends early");
     after = true;

@@ -38,7 +38,7 @@ std::int32_t ProcedureNamed(const DemoWindow& w, const std::string& name) {
 
 TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   int row = 0;
@@ -60,14 +60,14 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   EXPECT_EQ(ActiveTab(w), 6);
   FlowPane* pane = w.window->flowPane();
   const std::int32_t asText = ProcedureNamed(w, "AsText");
-  ASSERT_TRUE(pane->ShowsChart());
-  const FlowGraph& graph = pane->Chart()->Graph();
+  ASSERT_TRUE(pane->showsChart());
+  const FlowGraph& graph = pane->Chart()->graph();
   EXPECT_EQ(graph.Procedure, asText);
   EXPECT_EQ(w.window->selection().procedure, asText);
-  EXPECT_EQ(pane->Chart()->width(), pane->Chart()->Layout().Width);
+  EXPECT_EQ(pane->Chart()->width(), pane->Chart()->chartLayout().Width);
   // The selected procedure is in view.
-  const QRect selected = pane->Chart()->SelectedNodeRect();
-  const QRect seen(-pane->Chart()->pos(), pane->ScrollArea()->viewport()->size());
+  const QRect selected = pane->Chart()->selectedNodeRect();
+  const QRect seen(-pane->Chart()->pos(), pane->scrollArea()->viewport()->size());
   EXPECT_TRUE(seen.intersects(selected));
 
   // A click on a callee's node makes it the chart's procedure.
@@ -82,38 +82,38 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   }
   ASSERT_NE(callee, 0);
   QTest::mouseClick(pane->Chart(), Qt::LeftButton, {}, where);
-  ASSERT_TRUE(WaitFor([&] { return pane->Chart()->Graph().Procedure == callee; }));
+  ASSERT_TRUE(WaitFor([&] { return pane->Chart()->graph().Procedure == callee; }));
   EXPECT_EQ(w.window->selection().procedure, callee);
-  EXPECT_EQ(w.window->Title()->Texts()[3].toStdString(),
+  EXPECT_EQ(w.window->Title()->texts()[3].toStdString(),
             w.ws->Project(w.window->selection().project).Procedure(callee).Name);
-  EXPECT_EQ(pane->Chart()->Graph().Nodes(1).key, "D0P" + std::to_string(callee));
+  EXPECT_EQ(pane->Chart()->graph().Nodes(1).key, "D0P" + std::to_string(callee));
 }
 
 TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Flow);
+  w.window->selectScopeTab(Tab::Flow);
   FlowPane* pane = w.window->flowPane();
-  ASSERT_TRUE(pane->ShowsChart());
+  ASSERT_TRUE(pane->showsChart());
   auto* left = pane->findChild<QComboBox*>("flowDepthLeft");
   ASSERT_NE(left, nullptr);
   EXPECT_EQ(left->itemText(0), "A: Automatic");
   left->setCurrentIndex(1);
-  EXPECT_EQ(pane->Chart()->Graph().MinDepth, -1);
-  for (const FlowNode& n : pane->Chart()->Graph().Nodes) EXPECT_GE(n.Depth, -1);
+  EXPECT_EQ(pane->Chart()->graph().MinDepth, -1);
+  for (const FlowNode& n : pane->Chart()->graph().Nodes) EXPECT_GE(n.Depth, -1);
   const std::string ini = GetIniFile(w.ws->appFolder);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "CallDepth0", "", ini), "1");
 
   auto* scheme = pane->findChild<QComboBox*>("flowColorScheme");
   scheme->setCurrentIndex(0);
-  EXPECT_EQ(pane->Chart()->Layout().DrawWidth, 1);
+  EXPECT_EQ(pane->Chart()->chartLayout().DrawWidth, 1);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "ColorSchemeFlow", "", ini), "1");
 }
 
 TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
-  w.window->SelectScopeTab(Tab::Flow);
+  w.window->selectScopeTab(Tab::Flow);
   FlowPane* pane = w.window->flowPane();
-  EXPECT_FALSE(pane->ShowsChart());
+  EXPECT_FALSE(pane->showsChart());
   auto* notice = pane->findChild<QLabel*>("flowNotice");
   ASSERT_NE(notice, nullptr);
   EXPECT_TRUE(notice->isVisibleTo(pane));
@@ -124,9 +124,9 @@ TEST(FlowTab, ComparedSessionsShowWhyThereIsNoChart) {
 TEST(FlowTab, CallPairsThatDoNotFitTheProjectAreNamedOnThePage) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.ws->Session(1).FlowPair(1).ToProc = 999;
-  w.window->SelectScopeTab(Tab::Flow);
+  w.window->selectScopeTab(Tab::Flow);
   FlowPane* pane = w.window->flowPane();
-  EXPECT_FALSE(pane->ShowsChart());
+  EXPECT_FALSE(pane->showsChart());
   const std::string text = pane->findChild<QLabel*>("flowNotice")->text().toStdString();
   EXPECT_NE(text.find("Monday.pfd: call pair 1 names procedure 999"), std::string::npos) << text;
 }

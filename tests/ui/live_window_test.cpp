@@ -35,7 +35,7 @@ TEST(LiveWindow, ShowsTheRunWhileItLastsAndHandsBackToTheMainWindow) {
   QObject::connect(&window, &LiveWindow::acquiringChanged, [&](bool on) { acquiring = on; });
   int finished = 0;
   QObject::connect(&window, &LiveWindow::runFinished, [&](const LiveRunOutcome&) { ++finished; });
-  ASSERT_EQ(window.Start(), "");
+  ASSERT_EQ(window.start(), "");
   EXPECT_FALSE(window.isVisible());
   EXPECT_FALSE(window.windowFlags() & Qt::WindowCloseButtonHint);
   EXPECT_EQ(window.windowTitle(), "Zolmark Profiler");

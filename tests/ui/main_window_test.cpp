@@ -59,9 +59,9 @@ TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
   const TreeNodes& nodes = w.window->Tree().Nodes();
   ASSERT_NE(nodes.Find("MERGE"), nullptr);
   ASSERT_NE(nodes.Find("COMPARE"), nullptr);
-  EXPECT_TRUE(w.window->projectTreeView()->Model()->IndexOfKey("MERGE").isValid());
-  EXPECT_TRUE(w.window->projectTreeView()->Model()->IndexOfKey("COMPARE").isValid());
-  const auto& rows = w.window->sessionList()->Model()->Rows();
+  EXPECT_TRUE(w.window->projectTreeView()->typedModel()->indexOfKey("MERGE").isValid());
+  EXPECT_TRUE(w.window->projectTreeView()->typedModel()->indexOfKey("COMPARE").isValid());
+  const auto& rows = w.window->sessionList()->typedModel()->Rows();
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_TRUE(rows[0].Checked);
   EXPECT_TRUE(rows[1].Checked);
@@ -72,12 +72,12 @@ TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
   w.window->onSessionTicked(rows[1].Key, false);
   EXPECT_EQ(nodes.Find("MERGE"), nullptr);
   EXPECT_EQ(nodes.Find("COMPARE"), nullptr);
-  EXPECT_FALSE(w.window->sessionList()->Model()->Rows()[1].Checked);
+  EXPECT_FALSE(w.window->sessionList()->typedModel()->Rows()[1].Checked);
 }
 
 TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Modules);
+  w.window->selectScopeTab(Tab::Modules);
   GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Module", "CInvoice");
   ASSERT_GT(row, 0);
@@ -87,7 +87,7 @@ TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
   EXPECT_EQ(w.window->selection().module, 5);
   EXPECT_EQ(w.window->selection().procedure, 0);
   EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
-  EXPECT_EQ(w.window->Title()->Texts()[2], "CInvoice");
+  EXPECT_EQ(w.window->Title()->texts()[2], "CInvoice");
   const Table& procedures = grid->table();
   const int module = procedures.FindColumn("Module");
   for (int r = 1; r <= procedures.RowCount(); ++r) {
@@ -99,29 +99,29 @@ TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
 
 TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Procedure", "AddLine");
   ASSERT_GT(row, 0);
   QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 2));
   ASSERT_TRUE(WaitFor([&] { return ActiveTab(w) == 5; }));
   EXPECT_EQ(w.window->selection().procedure, 21);
-  EXPECT_EQ(w.window->Title()->Texts()[3], "AddLine");
-  const QString page = w.window->sourcePane()->Browser()->toPlainText();
+  EXPECT_EQ(w.window->Title()->texts()[3], "AddLine");
+  const QString page = w.window->sourcePane()->browser()->toPlainText();
   EXPECT_TRUE(page.contains("Public Sub AddLine(")) << page.left(200).toStdString();
   EXPECT_FALSE(page.contains("Public Sub Class_Initialize"));
   // The single click's action never ran first: no stop on the Lines tab.
-  testing::Pump(GridView::DoubleClickTime() + 100);
+  testing::Pump(GridView::doubleClickTime() + 100);
   EXPECT_EQ(ActiveTab(w), 5);
 
-  QAction* back = w.window->toolbar()->Button("BACK");
+  QAction* back = w.window->toolbar()->button("BACK");
   ASSERT_TRUE(back->isEnabled());
   back->trigger();
   EXPECT_EQ(ActiveTab(w), 3);
   EXPECT_EQ(w.window->selection().module, 5);
   EXPECT_EQ(w.window->selection().procedure, 0);
   EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
-  QAction* forward = w.window->toolbar()->Button("FWD");
+  QAction* forward = w.window->toolbar()->button("FWD");
   ASSERT_TRUE(forward->isEnabled());
   forward->trigger();
   EXPECT_EQ(ActiveTab(w), 5);
@@ -130,7 +130,7 @@ TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
 
 TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const int row = FindRow(grid->table(), "Procedure", "SubTotal");
   ASSERT_GT(row, 0);
@@ -144,12 +144,12 @@ TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
   menu->close();
   source->trigger();
   EXPECT_EQ(ActiveTab(w), 5);
-  EXPECT_EQ(w.window->Title()->Texts()[3], "SubTotal");
+  EXPECT_EQ(w.window->Title()->texts()[3], "SubTotal");
 }
 
 TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
   DemoWindow w({"Monday.pfl"});
-  SessionListModel* model = w.window->sessionList()->Model();
+  SessionListModel* model = w.window->sessionList()->typedModel();
   MessageBoxCatcher catcher;
   model->setData(model->index(0, 0), "Mon:day", Qt::EditRole);
   ASSERT_TRUE(WaitFor([&] { return !catcher.texts.empty(); }));
@@ -168,13 +168,13 @@ TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
 
 TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
-  w.window->SelectScopeTab(Tab::Source);
+  w.window->selectScopeTab(Tab::Source);
   const std::string file = SourcePageFile(*w.ws);
   ASSERT_TRUE(FileExist(file));
   const std::string bytes = LoadFile(file);
   EXPECT_NE(bytes.find("bgcolor=DDDDDD"), std::string::npos);
   EXPECT_NE(bytes.find("<!-- BEGIN STYLE -->PRE {"), std::string::npos);
-  const QString shown = w.window->sourcePane()->Browser()->toHtml();
+  const QString shown = w.window->sourcePane()->browser()->toHtml();
   EXPECT_TRUE(shown.contains("#dddddd", Qt::CaseInsensitive));
   EXPECT_TRUE(shown.contains("#666666", Qt::CaseInsensitive));
   // Showing it changed nothing on disk.
@@ -182,21 +182,21 @@ TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
 
   // A statement's link opens its menu instead of a page.
   MainWindow& window = *w.window;
-  SourceBrowser* browser = window.sourcePane()->Browser();
+  SourceBrowser* browser = window.sourcePane()->browser();
   ASSERT_TRUE(browser->beforeNavigate);
   EXPECT_FALSE(browser->beforeNavigate("|5|21|40"));
-  EXPECT_EQ(window.MenuTarget().module, 5);
-  EXPECT_EQ(window.MenuTarget().line, 40);
+  EXPECT_EQ(window.menuTarget().module, 5);
+  EXPECT_EQ(window.menuTarget().line, 40);
   window.findChild<QMenu*>("gridMenu")->close();
   EXPECT_TRUE(browser->beforeNavigate("#legend"));
 }
 
 TEST(MainWindow, TheHeaderOfHeadersFollowsTheColumnsBothWays) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   SessionHeaderBar* bar = w.window->gridPage()->Headers();
   ASSERT_TRUE(bar->isVisible());
-  const FakeHeaders& h = bar->Shown();
+  const FakeHeaders& h = bar->shown();
   ASSERT_EQ(h.SessionNames, (std::vector<std::string>{"Monday", "Tuesday"}));
   ASSERT_GT(h.NumberOfColumnsPerSession, 0);
   ASSERT_EQ(bar->count(), 3);
@@ -224,7 +224,7 @@ TEST(MainWindow, TheHeaderOfHeadersFollowsTheColumnsBothWays) {
   EXPECT_EQ(bar->sectionSize(1), runWidth(0));
 
   // A table of one session has no header of headers.
-  w.window->ClickTreeNode("S1");
+  w.window->clickTreeNode("S1");
   EXPECT_FALSE(bar->isVisible());
 }
 
@@ -238,14 +238,14 @@ TEST(MainWindow, DestroyingAllAsksFirst) {
     EXPECT_EQ(cancel.titles[0], "Warning");
   }
   EXPECT_TRUE(FileExist(w.demo.File("Monday.pfd")));
-  EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 2);
+  EXPECT_EQ(w.window->sessionList()->typedModel()->rowCount(), 2);
   {
     MessageBoxCatcher ok(QMessageBox::Ok);
     w.window->destroyAllSessions();
   }
   EXPECT_FALSE(FileExist(w.demo.File("Monday.pfd")));
   EXPECT_FALSE(FileExist(w.demo.File("Tuesday.pfd")));
-  EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 0);
+  EXPECT_EQ(w.window->sessionList()->typedModel()->rowCount(), 0);
   EXPECT_EQ(w.window->Tree().Nodes().Count(), 0u);
 }
 
@@ -257,8 +257,8 @@ TEST(MainWindow, RemovingTheSessionOnDisplayKeepsTheOtherTicked) {
   ASSERT_NE(nodes.Find("S2"), nullptr);
   EXPECT_TRUE(w.ws->Session(2).Selected);
   EXPECT_EQ(nodes.Find("MERGE"), nullptr);
-  EXPECT_EQ(w.window->sessionList()->Model()->rowCount(), 1);
-  EXPECT_FALSE(w.window->toolbar()->Button("BACK")->isEnabled());
+  EXPECT_EQ(w.window->sessionList()->typedModel()->rowCount(), 1);
+  EXPECT_FALSE(w.window->toolbar()->button("BACK")->isEnabled());
 }
 
 TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
@@ -278,10 +278,10 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
       });
   w.window->addSessionFiles({w.demo.File("Monday.pfl"), w.demo.File("Tuesday.pfl")});
   w.window->selectAllRows(true);
-  ASSERT_TRUE(testing::WaitFor([&] { return !w.window->Busy(); }));
-  w.window->ClickTreeNode("MERGE");
-  w.window->SelectScopeTab(Tab::Lines);
-  w.window->ClickTreeNode("S0M2");
+  ASSERT_TRUE(testing::WaitFor([&] { return !w.window->busy(); }));
+  w.window->clickTreeNode("MERGE");
+  w.window->selectScopeTab(Tab::Lines);
+  w.window->clickTreeNode("S0M2");
   w.window->selectAllRows(false);
   w.window->removeAllSessions();
   qInstallMessageHandler(previous);
@@ -290,9 +290,9 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
 
 TEST(MainWindow, TheSettingsKeepTheMeasureTabAndChartAtTheEnd) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SetMeasure(Measure::ChildTotal);
-  w.window->SelectScopeTab(Tab::Lines);
-  EXPECT_EQ(w.window->LastDisplay(), "S1-4-3");
+  w.window->setMeasure(Measure::ChildTotal);
+  w.window->selectScopeTab(Tab::Lines);
+  EXPECT_EQ(w.window->lastDisplay(), "S1-4-3");
   w.window->close();
   const std::string ini = GetIniFile(w.ws->appFolder);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "DisplayInfoType", "", ini), "2");

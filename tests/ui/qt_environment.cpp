@@ -18,7 +18,7 @@ class QtEnvironment : public ::testing::Environment {
     static char name[] = "test_ui";
     static char* argv[] = {name, nullptr};
     app_ = new QApplication(argc, argv);
-    zol::InstallFontSubstitutions();
+    zol::installFontSubstitutions();
   }
   void TearDown() override {
     delete app_;

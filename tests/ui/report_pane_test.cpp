@@ -47,19 +47,19 @@ TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
       (QStringList{"Step 1: Select sessions to report", "Step 2: Select the type of data to report",
                    "Step 3: Select Excel export or HTML report", "Step 4: Fine tune report ",
                    "Step 5: Select Target Folder", "Step 6: Miscellaneous", "Step 7: Generate"}));
-  EXPECT_EQ(pane->GoButton()->text(), "GO!");
-  EXPECT_EQ(pane->ReportWhatBox(0)->text(), "Session summary && Top rankings");
+  EXPECT_EQ(pane->goButton()->text(), "GO!");
+  EXPECT_EQ(pane->reportWhatBox(0)->text(), "Session summary && Top rankings");
 
   // The export choice brings its own frame of step 4 forward.
-  pane->ReportTypeButton(true)->click();
-  EXPECT_TRUE(pane->Options().DoExport);
-  EXPECT_EQ(pane->FineTuneFrames()->currentIndex(), 0);
-  pane->ReportTypeButton(false)->click();
-  EXPECT_EQ(pane->FineTuneFrames()->currentIndex(), 1);
+  pane->reportTypeButton(true)->click();
+  EXPECT_TRUE(pane->options().DoExport);
+  EXPECT_EQ(pane->fineTuneFrames()->currentIndex(), 0);
+  pane->reportTypeButton(false)->click();
+  EXPECT_EQ(pane->fineTuneFrames()->currentIndex(), 1);
 
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   EXPECT_FALSE(pane->isVisible());
-  w.window->SelectScopeTab(Tab::Reports);
+  w.window->selectScopeTab(Tab::Reports);
   EXPECT_TRUE(pane->isVisible());
   EXPECT_EQ(tabs->currentIndex(), tabs->count() - 1);
 }
@@ -67,21 +67,21 @@ TEST(ReportPane, TheLastTabShowsTheSevenSteps) {
 TEST(ReportPane, ChoicesAreKeptAndSavedWithTheWindow) {
   DemoWindow w({"Monday.pfl"}, "S1");
   ReportPane* pane = ShowReports(w);
-  pane->DataButton(kDataChildren)->click();
-  pane->TopItemsBox()->setValue(7);
-  pane->ColumnBox(0)->click();
-  pane->ColorButton(1)->click();
-  pane->TargetButton(ReportTarget::TempFolder)->click();
-  EXPECT_FALSE(pane->Options().DataRequested[kDataChildren]);
-  EXPECT_EQ(pane->Options().TopItems, 7);
-  EXPECT_EQ(pane->Options().Target, ReportTarget::TempFolder);
+  pane->dataButton(kDataChildren)->click();
+  pane->topItemsBox()->setValue(7);
+  pane->columnBox(0)->click();
+  pane->colorButton(1)->click();
+  pane->targetButton(ReportTarget::TempFolder)->click();
+  EXPECT_FALSE(pane->options().DataRequested[kDataChildren]);
+  EXPECT_EQ(pane->options().TopItems, 7);
+  EXPECT_EQ(pane->options().Target, ReportTarget::TempFolder);
   EXPECT_FALSE(w.ws->view.OptionsHtml[kReportPageOptions].Column[0]);
   EXPECT_EQ(w.ws->view.OptionsHtml[kReportPageOptions].ColorScheme, 1);
 
-  w.window->SaveOptions();
+  w.window->saveOptions();
   Workspace other;
   const ReportOptions saved = LoadReportOptions(other, GetIniFile(w.ws->appFolder));
-  EXPECT_EQ(saved, pane->Options());
+  EXPECT_EQ(saved, pane->options());
   EXPECT_EQ(other.view.OptionsHtml[kReportPageOptions].ColorScheme, 1);
 }
 
@@ -91,21 +91,21 @@ TEST(ReportPane, GoWritesTheReportAndOpensIt) {
   std::vector<std::string> opened;
   pane->openFile = [&](const std::string& file) { opened.push_back(file); };
   const std::string folder = w.demo.File("reports");
-  pane->TargetButton(ReportTarget::UserFolder)->click();
-  pane->TargetFolderEdit()->setText(QString::fromStdString(folder));
-  emit pane->TargetFolderEdit()->editingFinished();
-  pane->ReportWhatBox(1)->click();  // the source pages too
-  pane->GoButton()->click();
+  pane->targetButton(ReportTarget::UserFolder)->click();
+  pane->targetFolderEdit()->setText(QString::fromStdString(folder));
+  emit pane->targetFolderEdit()->editingFinished();
+  pane->reportWhatBox(1)->click();  // the source pages too
+  pane->goButton()->click();
   EXPECT_EQ(opened, std::vector<std::string>{folder + "/Contents.htm"});
   EXPECT_TRUE(FileExist(folder + "/Summary1.htm"));
   EXPECT_TRUE(FileExist(folder + "/SourceTOC1.htm"));
   EXPECT_NE(LoadFile(folder + "/Contents.htm").find("<B>Monday</B>"), std::string::npos);
 
   opened.clear();
-  pane->ReportTypeButton(true)->click();
-  pane->SeparateFilesBox()->click();
-  pane->OpenReportBox()->click();  // no opening this time
-  pane->GoButton()->click();
+  pane->reportTypeButton(true)->click();
+  pane->separateFilesBox()->click();
+  pane->openReportBox()->click();  // no opening this time
+  pane->goButton()->click();
   EXPECT_TRUE(opened.empty());
   EXPECT_TRUE(FileExist(folder + "/Monday-export-lines.csv"));
 }
@@ -114,10 +114,10 @@ TEST(ReportPane, ARefusalIsShownAndNothingWritten) {
   DemoWindow w({"Monday.pfl"}, "S1");
   ReportPane* pane = ShowReports(w);
   for (int i = 0; i < 3; ++i) {
-    if (pane->DataButton(i)->isChecked()) pane->DataButton(i)->click();
+    if (pane->dataButton(i)->isChecked()) pane->dataButton(i)->click();
   }
   MessageBoxCatcher catcher;
-  const ReportOutcome outcome = pane->Generate();
+  const ReportOutcome outcome = pane->generate();
   EXPECT_FALSE(outcome.written);
   EXPECT_EQ(outcome.refusal, "Please select a type of data to report (step 2)");
   testing::WaitFor([&] { return !catcher.texts.empty(); }, 3000);

@@ -24,28 +24,28 @@ std::vector<SessionListRow> Rows() {
 
 TEST(SessionListSort, ColumnsSortByWhatTheyMean) {
   auto rows = Rows();
-  SortSessionRows(rows, {1, false});
+  sortSessionRows(rows, {1, false});
   EXPECT_EQ(Keys(rows), "K3 K1 K2 ");  // names, case aside
-  SortSessionRows(rows, {2, false});
+  sortSessionRows(rows, {2, false});
   EXPECT_EQ(Keys(rows), "K2 K1 K3 ");  // dates by the moment, both forms
-  SortSessionRows(rows, {4, false});
+  sortSessionRows(rows, {4, false});
   EXPECT_EQ(Keys(rows), "K2 K3 K1 ");  // 1.9.0 < 1.9.12 < 1.10.0
-  SortSessionRows(rows, {5, false});
+  sortSessionRows(rows, {5, false});
   EXPECT_EQ(Keys(rows), "K2 K1 K3 ");  // the path, not the size in front
 }
 
 TEST(SessionListSort, ASecondClickReversesAnotherColumnKeepsTheOrder) {
   SessionListSort sort;
-  sort.Click(2);
+  sort.click(2);
   EXPECT_EQ(sort.Column, 2);
   EXPECT_FALSE(sort.Descending);
-  sort.Click(2);
+  sort.click(2);
   EXPECT_TRUE(sort.Descending);
-  sort.Click(4);
+  sort.click(4);
   EXPECT_EQ(sort.Column, 4);
   EXPECT_TRUE(sort.Descending);
   auto rows = Rows();
-  SortSessionRows(rows, sort);
+  sortSessionRows(rows, sort);
   EXPECT_EQ(Keys(rows), "K1 K3 K2 ");
 }
 

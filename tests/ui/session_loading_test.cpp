@@ -52,7 +52,7 @@ class SessionLoading : public ::testing::Test {
     QApplication::processEvents();
   }
   void TearDown() override {
-    WaitFor([&] { return !window_->Busy(); }, 60000);
+    WaitFor([&] { return !window_->busy(); }, 60000);
     window_->close();
     window_.reset();
   }
@@ -61,7 +61,7 @@ class SessionLoading : public ::testing::Test {
   virtual std::int64_t Probes() const { return 2'500'000; }
 
   void Tick() {
-    SessionListModel* model = window_->sessionList()->Model();
+    SessionListModel* model = window_->sessionList()->typedModel();
     ASSERT_EQ(model->rowCount(), 1);
     model->setData(model->index(0, 0), Qt::Checked, Qt::CheckStateRole);
     ASSERT_TRUE(WaitFor([&] { return window_->loading(); }, 5000));
@@ -98,10 +98,10 @@ TEST_F(SessionLoading, TheWindowKeepsHandlingEventsWhileALoadRuns) {
   EXPECT_TRUE(refused);
 
   // The result is in place: loaded, in the tree, the log turned into a .pfd.
-  ASSERT_TRUE(WaitFor([&] { return !window_->Busy(); }));
+  ASSERT_TRUE(WaitFor([&] { return !window_->busy(); }));
   EXPECT_TRUE(ws_->Session(1).Loaded);
   EXPECT_NE(window_->Tree().Nodes().Find("S1"), nullptr);
-  EXPECT_TRUE(window_->sessionList()->Model()->Rows()[0].Checked);
+  EXPECT_TRUE(window_->sessionList()->typedModel()->Rows()[0].Checked);
   EXPECT_FALSE(fs::exists(run_.log));
   EXPECT_EQ(ws_->Session(1).SessionFile, run_.log.substr(0, run_.log.size() - 1) + "d");
   EXPECT_TRUE(fs::exists(ws_->Session(1).SessionFile));
@@ -119,23 +119,23 @@ TEST_F(StoppedLoading, StopEndsTheLoadWithNothingHalfWrittenAndTheLogKept) {
   const std::string log = LoadFile(run_.log);
   testing::MessageBoxCatcher catcher;
   Tick();
-  QToolButton* stop = window_->statusArea()->CancelButton();
+  QToolButton* stop = window_->statusArea()->cancelButton();
   ASSERT_TRUE(WaitFor([&] { return stop->isVisible(); }, 5000));
   stop->click();
-  ASSERT_TRUE(WaitFor([&] { return !window_->Busy(); }, 60000));
+  ASSERT_TRUE(WaitFor([&] { return !window_->busy(); }, 60000));
 
   EXPECT_FALSE(ws_->Session(1).Loaded);
   EXPECT_EQ(ws_->Session(1).CodeLineValue.UBound(), 0);
   EXPECT_EQ(ws_->Session(1).SessionFile, run_.log);
   EXPECT_EQ(window_->Tree().Nodes().Find("S1"), nullptr);
-  EXPECT_FALSE(window_->sessionList()->Model()->Rows()[0].Checked);
+  EXPECT_FALSE(window_->sessionList()->typedModel()->Rows()[0].Checked);
   EXPECT_EQ(FilesIn(folder), before) << "a file was written or deleted";
   EXPECT_EQ(LoadFile(run_.log), log);
   EXPECT_TRUE(catcher.texts.empty()) << "a stop is not a fault: " << catcher.texts[0];
 
   // Ticked again, it loads whole.
   Tick();
-  ASSERT_TRUE(WaitFor([&] { return !window_->Busy(); }, 60000));
+  ASSERT_TRUE(WaitFor([&] { return !window_->busy(); }, 60000));
   EXPECT_TRUE(ws_->Session(1).Loaded);
 }
 

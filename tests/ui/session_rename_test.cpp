@@ -15,16 +15,16 @@ TEST(SessionNames, RefusedNamesGetTheirExactWarning) {
   const std::string characters =
       "A session name can not contain any of the following characters:\n/\\<>*?|:\"";
   for (const char* name : {"a:b", "a/b", "a\\b", "<x>", "x*", "what?", "a|b", "say \"x\""}) {
-    EXPECT_EQ(SessionNameRefusal(name).value_or(""), characters) << name;
+    EXPECT_EQ(sessionNameRefusal(name).value_or(""), characters) << name;
   }
   const std::string reserved =
       "The following names are reserved: Project, Module, Procedure, Line !\n"
       "Please select a different name.";
   for (const char* name : {"Project", "Module", "Procedure", "Line"}) {
-    EXPECT_EQ(SessionNameRefusal(name).value_or(""), reserved) << name;
+    EXPECT_EQ(sessionNameRefusal(name).value_or(""), reserved) << name;
   }
-  EXPECT_FALSE(SessionNameRefusal("project"));  // the header words are matched exactly
-  EXPECT_FALSE(SessionNameRefusal("Monday run 2"));
+  EXPECT_FALSE(sessionNameRefusal("project"));  // the header words are matched exactly
+  EXPECT_FALSE(sessionNameRefusal("Monday run 2"));
 }
 
 class SessionRenameTest : public ::testing::Test {
@@ -48,7 +48,7 @@ class SessionRenameTest : public ::testing::Test {
 
 TEST_F(SessionRenameTest, ARenameMovesTheFileAndRenamesTheTreeNode) {
   shown_ = SessionRef::single(monday_);
-  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "Monday morning", shown_);
+  const RenameOutcome outcome = renameSessionRow(*ws_, *tree_, "K1", "Monday morning", shown_);
   EXPECT_TRUE(outcome.accepted);
   EXPECT_TRUE(outcome.titleChanged) << "the session on screen";
   EXPECT_EQ(ws_->Session(monday_).Name, "Monday morning");
@@ -60,7 +60,7 @@ TEST_F(SessionRenameTest, ARenameMovesTheFileAndRenamesTheTreeNode) {
 
 TEST_F(SessionRenameTest, ANameInUseInTheFolderIsRefused) {
   // Tuesday's log lies beside Monday's session file.
-  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "Tuesday", shown_);
+  const RenameOutcome outcome = renameSessionRow(*ws_, *tree_, "K1", "Tuesday", shown_);
   EXPECT_FALSE(outcome.accepted);
   EXPECT_EQ(outcome.message, "This session name already exists !\nPlease select another name.");
   EXPECT_EQ(ws_->Session(monday_).Name, "Monday");
@@ -68,7 +68,7 @@ TEST_F(SessionRenameTest, ANameInUseInTheFolderIsRefused) {
 }
 
 TEST_F(SessionRenameTest, ACaseChangeRenamesNoFile) {
-  const RenameOutcome outcome = RenameSessionRow(*ws_, *tree_, "K1", "MONDAY", shown_);
+  const RenameOutcome outcome = renameSessionRow(*ws_, *tree_, "K1", "MONDAY", shown_);
   EXPECT_TRUE(outcome.accepted);
   EXPECT_EQ(ws_->Session(monday_).Name, "MONDAY");
   EXPECT_EQ(ws_->Session(monday_).SessionFile, demo_.File("Monday.pfd"));
@@ -77,15 +77,15 @@ TEST_F(SessionRenameTest, ACaseChangeRenamesNoFile) {
 
 TEST_F(SessionRenameTest, AnUnloadedLogKeepsItsExtension) {
   shown_ = SessionRef::single(monday_);
-  const RenameOutcome other = RenameSessionRow(*ws_, *tree_, "K2", "Tue", shown_);
+  const RenameOutcome other = renameSessionRow(*ws_, *tree_, "K2", "Tue", shown_);
   EXPECT_TRUE(other.accepted);
   EXPECT_FALSE(other.titleChanged) << "another session than the one on screen";
   EXPECT_EQ(ws_->Session(tuesday_).SessionFile, demo_.File("Tue.pfl"));
   EXPECT_TRUE(FileExist(demo_.File("Tue.pfl")));
   // No tree node for a session that isn't ticked; nothing else to rename.
   EXPECT_FALSE(tree_->Nodes().Find("S2"));
-  EXPECT_FALSE(RenameSessionRow(*ws_, *tree_, "K99", "x", shown_).accepted);
-  EXPECT_FALSE(RenameSessionRow(*ws_, *tree_, "bad", "x", shown_).accepted);
+  EXPECT_FALSE(renameSessionRow(*ws_, *tree_, "K99", "x", shown_).accepted);
+  EXPECT_FALSE(renameSessionRow(*ws_, *tree_, "bad", "x", shown_).accepted);
 }
 
 }  // namespace

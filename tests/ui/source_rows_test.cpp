@@ -29,7 +29,7 @@ std::string GoldenPage() {
 // of one line each, linked "|1|2|i" and named "Pi" every hundredth.
 std::string LongPage(int count) {
   const std::string page = GoldenPage();
-  const std::optional<PageRows> parts = SplitPageRows(page);
+  const std::optional<PageRows> parts = splitPageRows(page);
   std::string text(parts->head);
   for (int i = 1; i <= count; ++i) {
     const std::string n = std::to_string(i);
@@ -55,7 +55,7 @@ int RowsLaidOut(SourceBrowser& browser) {
 struct LongPageBrowser {
   testing::ScopedTempDir dir;
   SourcePane pane;
-  SourceBrowser& browser = *pane.Browser();
+  SourceBrowser& browser = *pane.browser();
   std::string file = dir / "code.htm";
 
   explicit LongPageBrowser(int count) {
@@ -117,19 +117,19 @@ TEST(SourceRows, ALongPageLaysOutAboutAScreenOfRows) {
 
 TEST(SourceRows, StatementsAndAnchorsFarDownAreBroughtIntoView) {
   LongPageBrowser b(20000);
-  ASSERT_TRUE(b.browser.ScrollToStatement(1, 2, 15000));
+  ASSERT_TRUE(b.browser.scrollToStatement(1, 2, 15000));
   EXPECT_EQ(b.browser.firstRow(), 14996u);
   ASSERT_EQ(b.browser.extraSelections().size(), 1);
   EXPECT_TRUE(b.browser.extraSelections()[0].cursor.block().text().contains("Statement15000"));
-  EXPECT_FALSE(b.browser.ScrollToStatement(1, 2, 20001));
+  EXPECT_FALSE(b.browser.scrollToStatement(1, 2, 20001));
   EXPECT_EQ(b.browser.firstRow(), 14996u);
 
-  b.browser.FollowAnchor("#p1200");
+  b.browser.followAnchor("#p1200");
   EXPECT_EQ(b.browser.firstRow(), 1199u);
-  b.browser.FollowAnchor("#legend");
+  b.browser.followAnchor("#legend");
   EXPECT_EQ(b.browser.firstRow(), 19999u);
   EXPECT_TRUE(b.Text().contains("Color legend"));
-  b.browser.FollowAnchor("#nowhere");
+  b.browser.followAnchor("#nowhere");
   EXPECT_EQ(b.browser.firstRow(), 19999u);
 }
 
@@ -144,11 +144,11 @@ TEST(SourceRows, AShortPageAfterALongOneIsShownWholeAgain) {
   EXPECT_EQ(b.browser.rowCount(), 0u);
   EXPECT_FALSE(b.browser.rowScrollBar()->isVisible());
   EXPECT_EQ(RowsLaidOut(b.browser), static_cast<int>(SourceBrowser::kRowsShownWhole));
-  EXPECT_TRUE(b.browser.ScrollToStatement(1, 2, 300));
+  EXPECT_TRUE(b.browser.scrollToStatement(1, 2, 300));
 
-  b.browser.ShowNotice("Nothing to show");
+  b.browser.showNotice("Nothing to show");
   EXPECT_EQ(b.browser.rowCount(), 0u);
-  EXPECT_TRUE(b.browser.PageFile().empty());
+  EXPECT_TRUE(b.browser.pageFile().empty());
 }
 
 }  // namespace

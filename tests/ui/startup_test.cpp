@@ -15,19 +15,19 @@ using testing::ScopedTempDir;
 namespace fs = std::filesystem;
 
 TEST(Startup, NoShowIsFoundAnywhereInAnyCase) {
-  EXPECT_TRUE(CommandLineHasNoShow({"a.pfd", "NoShow"}));
-  EXPECT_TRUE(CommandLineHasNoShow({"--xNOSHOWy"}));
-  EXPECT_FALSE(CommandLineHasNoShow({"show", "no", "a.pfd"}));
-  EXPECT_FALSE(CommandLineHasNoShow({}));
+  EXPECT_TRUE(commandLineHasNoShow({"a.pfd", "NoShow"}));
+  EXPECT_TRUE(commandLineHasNoShow({"--xNOSHOWy"}));
+  EXPECT_FALSE(commandLineHasNoShow({"show", "no", "a.pfd"}));
+  EXPECT_FALSE(commandLineHasNoShow({}));
 }
 
 TEST(Startup, ClearsTheSuitesStopRequest) {
   ScopedTempDir dir;
   const std::string ini = dir.Put("Zolmark.ini", "[Zolmark]\r\nCancelOperations=1\r\n");
-  ClearCancelOperations(ini);
+  clearCancelOperations(ini);
   EXPECT_EQ(VBGetPrivateProfileString("Zolmark", "CancelOperations", "", ini), "0");
   // A settings file that can't be written doesn't stop the start.
-  EXPECT_NO_THROW(ClearCancelOperations(dir / "no/such/folder/Zolmark.ini"));
+  EXPECT_NO_THROW(clearCancelOperations(dir / "no/such/folder/Zolmark.ini"));
 }
 
 TEST(Startup, OldRunFoldersGoButThoseOfLivingProcessesStay) {
@@ -40,13 +40,13 @@ TEST(Startup, OldRunFoldersGoButThoseOfLivingProcessesStay) {
   dir.Put("Temp/Other/keep.txt", "text");
   dir.Put("Temp/Rtf1.txt", "a file, not a folder");
 
-  EXPECT_EQ(CleanOldRtfFolders(dir.path()), 2);
+  EXPECT_EQ(cleanOldRtfFolders(dir.path()), 2);
   EXPECT_FALSE(fs::exists(dir / "Temp/Rtf999999"));
   EXPECT_FALSE(fs::exists(dir / "Temp/Rtf999998"));
   EXPECT_TRUE(fs::exists(dir / own));
   EXPECT_TRUE(fs::exists(dir / "Temp/Other/keep.txt"));
   EXPECT_TRUE(fs::exists(dir / "Temp/Rtf1.txt"));
-  EXPECT_EQ(CleanOldRtfFolders(dir / "missing"), 0);
+  EXPECT_EQ(cleanOldRtfFolders(dir / "missing"), 0);
 }
 
 TEST(Startup, HandedOverFilesTakeTheFreeKeysFromZero) {
@@ -54,7 +54,7 @@ TEST(Startup, HandedOverFilesTakeTheFreeKeysFromZero) {
   // The running copy has taken Session0 (emptied) but not yet Session1.
   const std::string ini =
       dir.Put("Zolmark.ini", "[Profiler]\r\nSession0=\r\nSession1=/runs/old.pfl\r\n");
-  EXPECT_EQ(HandOverFiles(ini, {"/runs/a.pfl", "b.pfd"}, "/home/u"), 2);
+  EXPECT_EQ(handOverFiles(ini, {"/runs/a.pfl", "b.pfd"}, "/home/u"), 2);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session0", "", ini), "/runs/a.pfl");
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session1", "", ini), "/runs/old.pfl");
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session2", "", ini), "/home/u/b.pfd");

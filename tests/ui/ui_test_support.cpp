@@ -29,7 +29,7 @@ DemoWindow::DemoWindow(const std::vector<std::string>& files, const std::string&
   window->show();
   QApplication::processEvents();
   // The sessions load on a worker thread; the tests begin once they are in.
-  WaitFor([this] { return !window->Busy(); }, 60000);
+  WaitFor([this] { return !window->busy(); }, 60000);
   QApplication::processEvents();
 }
 

@@ -54,12 +54,12 @@ Table SmallTable() {
 TEST(GridTableModel, ShowsTextsColoursBoldAndIconsOfTheTable) {
   GridTableModel model;
   QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-  model.SetTable(SmallTable());
+  model.setTable(SmallTable());
   ASSERT_EQ(model.rowCount(), 2);
   ASSERT_EQ(model.columnCount(), 3);
   EXPECT_EQ(model.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(),
             QString::fromUtf8("-\u203a Bars "));
-  EXPECT_EQ(model.BarsColumn(), 3);
+  EXPECT_EQ(model.barsColumn(), 3);
   EXPECT_EQ(model.data(model.index(0, 1), Qt::DisplayRole).toString(), "319");
   EXPECT_EQ(model.data(model.index(0, 1), Qt::ForegroundRole).value<QColor>(),
             QColor(0x00, 0x00, 0xA5));
@@ -73,7 +73,7 @@ TEST(GridTableModel, ShowsTextsColoursBoldAndIconsOfTheTable) {
   EXPECT_FALSE(model.data(model.index(0, 0), Qt::DecorationRole).value<QIcon>().isNull());
   EXPECT_FALSE(model.data(model.index(0, 1), Qt::DecorationRole).isValid());
   // A new build replaces the old one whole.
-  model.SetTable(Table{});
+  model.setTable(Table{});
   EXPECT_EQ(model.rowCount(), 0);
 }
 
@@ -88,7 +88,7 @@ TEST(GridTableModel, AHugeTableCostsOnlyItsVisibleRows) {
   view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   view.resize(400, 300);
   view.show();
-  model.SetTable(std::move(t));
+  model.setTable(std::move(t));
   QApplication::processEvents();
   EXPECT_EQ(model.rowCount(), 200000);
   view.scrollToBottom();
@@ -112,7 +112,7 @@ TEST(GridTableModel, CellsOfNumbersShowTheirTextsThroughSortsAndSearches) {
   }
   GridTableModel model;
   QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-  model.SetTable(std::move(t));
+  model.setTable(std::move(t));
   const auto text = [&](int row, int column) {
     return model.data(model.index(row, column), Qt::DisplayRole).toString();
   };
@@ -123,15 +123,15 @@ TEST(GridTableModel, CellsOfNumbersShowTheirTextsThroughSortsAndSearches) {
   EXPECT_EQ(text(0, 4), "");
   // A sort moves the rows' order only; the model follows it.
   SortMemory memory;
-  SortTable(model.MutableTable(), memory, 3, kSortDescending);
-  model.RowsReordered();
+  SortTable(model.mutableTable(), memory, 3, kSortDescending);
+  model.rowsReordered();
   EXPECT_EQ(text(0, 2), "0.369116");
   EXPECT_EQ(text(0, 0), "Proc10");
   // A search shows some rows; the texts stay those of their cells.
-  model.ShowRows({3, 1, 2});
+  model.showRows({3, 1, 2});
   ASSERT_EQ(model.rowCount(), 3);
   EXPECT_EQ(text(2, 1), "297");
-  model.ShowAllRows();
+  model.showAllRows();
   EXPECT_EQ(model.rowCount(), 300);
 }
 
@@ -143,27 +143,27 @@ TEST(ProjectTreeModel, FollowsTheTreeAndNeverPointsIntoAGoneBranch) {
   ProjectTree tree(*ws);
   ProjectTreeModel model(tree);
   QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-  EXPECT_FALSE(model.Sync());
+  EXPECT_FALSE(model.sync());
   tree.SelectSession(cs, "", true);
-  EXPECT_TRUE(model.Sync());
-  const QModelIndex procedure = model.IndexOfKey("S1M5P21");
+  EXPECT_TRUE(model.sync());
+  const QModelIndex procedure = model.indexOfKey("S1M5P21");
   ASSERT_TRUE(procedure.isValid());
   EXPECT_EQ(model.KeyOf(procedure.parent()), "S1M5");
   EXPECT_EQ(model.KeyOf(procedure.parent().parent()), "S1");
   EXPECT_TRUE(model.data(procedure, Qt::DisplayRole).toString().startsWith("AddLine ("));
-  EXPECT_TRUE(model.data(model.IndexOfKey("S1"), Qt::FontRole).value<QFont>().bold());
+  EXPECT_TRUE(model.data(model.indexOfKey("S1"), Qt::FontRole).value<QFont>().bold());
   // A module with a critical procedure is written in red.
-  EXPECT_EQ(model.data(model.IndexOfKey("S1M3"), Qt::ForegroundRole).value<QColor>(),
+  EXPECT_EQ(model.data(model.indexOfKey("S1M3"), Qt::ForegroundRole).value<QColor>(),
             QColor(255, 0, 0));
   // New colours need no new structure.
   tree.UpdateColors(Measure::Coverage);
-  EXPECT_FALSE(model.Sync());
+  EXPECT_FALSE(model.sync());
   // The branch goes before the model hears of it: its nodes draw empty.
   tree.UnSelectSession(cs);
   EXPECT_FALSE(model.data(procedure, Qt::DisplayRole).isValid());
-  EXPECT_TRUE(model.Sync());
+  EXPECT_TRUE(model.sync());
   EXPECT_EQ(model.rowCount(), 0);
-  EXPECT_FALSE(model.IndexOfKey("S1M5P21").isValid());
+  EXPECT_FALSE(model.indexOfKey("S1M5P21").isValid());
 }
 
 TEST(SessionHeaderBar, SpansEachRunAndSharesADraggedWidth) {
@@ -172,7 +172,7 @@ TEST(SessionHeaderBar, SpansEachRunAndSharesADraggedWidth) {
   grid.setModel(&data);
   SessionHeaderBar bar(&grid);
   for (int c = 0; c < 7; ++c) grid.horizontalHeader()->resizeSection(c, 50 + c);
-  bar.PrepareFakeHeaders(FakeHeaders{{"Monday", "Tuesday", "Friday"}, 1, 2, {}});
+  bar.prepareFakeHeaders(FakeHeaders{{"Monday", "Tuesday", "Friday"}, 1, 2, {}});
   ASSERT_EQ(bar.count(), 4);
   EXPECT_EQ(bar.sectionSize(0), 50);
   EXPECT_EQ(bar.sectionSize(1), 51 + 52);
@@ -182,7 +182,7 @@ TEST(SessionHeaderBar, SpansEachRunAndSharesADraggedWidth) {
   EXPECT_EQ(grid.horizontalHeader()->sectionSize(3), 76);
   EXPECT_EQ(grid.horizontalHeader()->sectionSize(4), 75);
   EXPECT_EQ(bar.sectionSize(2), 151);
-  bar.Release();
+  bar.release();
   EXPECT_TRUE(bar.isHidden());
   // Without sessions nothing follows the grid any more.
   grid.horizontalHeader()->resizeSection(1, 80);
@@ -195,16 +195,16 @@ TEST(TitleStrip, ShowsWhatIsSelectedAndTheMeasureOfTheColours) {
   t.Session = {true, "Monday", "SESSION"};
   t.Module = {true, "CInvoice", "TYPE2"};
   strip.Show(t);
-  EXPECT_EQ(strip.Texts()[0], "");
-  EXPECT_EQ(strip.Texts()[1], "Monday");
-  EXPECT_EQ(strip.Texts()[2], "CInvoice");
-  EXPECT_EQ(strip.Texts()[3], "");
+  EXPECT_EQ(strip.texts()[0], "");
+  EXPECT_EQ(strip.texts()[1], "Monday");
+  EXPECT_EQ(strip.texts()[2], "CInvoice");
+  EXPECT_EQ(strip.texts()[3], "");
   strip.Clear();
-  EXPECT_EQ(strip.Texts()[1], "");
+  EXPECT_EQ(strip.texts()[1], "");
   const char* expected[] = {"total time)", "average time)", "total children time)",
                             "avg. children time)", "hits)"};
   for (int m = 0; m < 5; ++m) {
-    EXPECT_EQ(AnalysisText(m), QString("Color scheme:\n(based on ") + expected[m]);
+    EXPECT_EQ(analysisText(m), QString("Color scheme:\n(based on ") + expected[m]);
   }
 }
 
@@ -254,8 +254,8 @@ TEST(GuiPrompter, TheProgressAreaMovesAndTheStopButtonAsksToStop) {
   // A value beyond the maximum stays at the end of the bar.
   prompter.SetProgressValue(500);
   EXPECT_EQ(status.progressBar()->value(), 200);
-  QObject::connect(&status, &StatusArea::cancelRequested, [&] { prompter.RequestAbort(); });
-  status.CancelButton()->click();
+  QObject::connect(&status, &StatusArea::cancelRequested, [&] { prompter.requestAbort(); });
+  status.cancelButton()->click();
   EXPECT_TRUE(abort);
   prompter.ShowProgress(false);
   EXPECT_FALSE(status.progressBar()->isVisible());
@@ -269,8 +269,8 @@ TEST(Icons, EveryKeyOfTheTreeAndTheToolbarHasADrawing) {
         "SAVEMERGED", "CLEAR", "TOTALTIME", "AVERAGETIME", "CHILDTOTALTIME", "CHILDAVERAGETIME",
         "COVERAGE",   "BACK",  "FWD",       "FILTERS",     "OPTIONS",        "ABOUT",
         "HELP"}) {
-    EXPECT_TRUE(HasZolIcon(key)) << key;
-    const QImage image = ZolIcon(key).pixmap(16, 16).toImage();
+    EXPECT_TRUE(hasZolIcon(key)) << key;
+    const QImage image = zolIcon(key).pixmap(16, 16).toImage();
     ASSERT_EQ(image.size(), QSize(16, 16)) << key;
     int painted = 0;
     for (int y = 0; y < 16; ++y) {
@@ -280,9 +280,9 @@ TEST(Icons, EveryKeyOfTheTreeAndTheToolbarHasADrawing) {
   }
   // The grids name module icons the other way round; unknown kinds get the
   // plain drawing of their family; other keys get nothing.
-  EXPECT_EQ(ZolIcon("5TYPE").pixmap(16, 16).toImage(), ZolIcon("TYPE5").pixmap(16, 16).toImage());
-  EXPECT_FALSE(ZolIcon("PROC7").isNull());
-  EXPECT_TRUE(ZolIcon("NOSUCHKEY").isNull());
+  EXPECT_EQ(zolIcon("5TYPE").pixmap(16, 16).toImage(), zolIcon("TYPE5").pixmap(16, 16).toImage());
+  EXPECT_FALSE(zolIcon("PROC7").isNull());
+  EXPECT_TRUE(zolIcon("NOSUCHKEY").isNull());
 }
 
 TEST(FlowLayout, WrapsOntoAnotherRowWhenTheWidthRunsOut) {
@@ -317,15 +317,15 @@ TEST(GridTableModel, LargeTablesAreReplacedWhileTheOldOneIsFreedAside) {
   };
   GridTableModel model;
   QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::Fatal);
-  model.SetTable(big(30000, "a"));
-  model.SetTable(big(25000, "b"));
+  model.setTable(big(30000, "a"));
+  model.setTable(big(25000, "b"));
   ASSERT_EQ(model.rowCount(), 25000);
   EXPECT_TRUE(model.data(model.index(0, 0), Qt::DisplayRole).toString().startsWith("b1 "));
   SortMemory memory;
-  SortTable(model.MutableTable(), memory, 2, kSortDescending);
-  model.RowsReordered();
+  SortTable(model.mutableTable(), memory, 2, kSortDescending);
+  model.rowsReordered();
   EXPECT_EQ(model.data(model.index(0, 1), Qt::DisplayRole).toString(), "996");
-  model.SetTable(SmallTable());
+  model.setTable(SmallTable());
   EXPECT_EQ(model.rowCount(), 2);
 }
 

@@ -44,7 +44,7 @@ TEST(WindowActions, DroppedFilesEnterTheListUnticked) {
   ASSERT_TRUE(enter.isAccepted());
   QDropEvent drop(QPointF(100, 100), Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(w.window.get(), &drop);
-  const auto& rows = w.window->sessionList()->Model()->Rows();
+  const auto& rows = w.window->sessionList()->typedModel()->Rows();
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_FALSE(rows[0].Checked);
   // Entering reads headers only: the logs are still there.
@@ -56,7 +56,7 @@ TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
   DemoWindow w({});
   const std::string ini = GetIniFile(w.ws->appFolder);
   VBWritePrivateProfileString("Profiler", "Session0", w.demo.File("Tuesday.pfl"), ini);
-  SessionListModel* model = w.window->sessionList()->Model();
+  SessionListModel* model = w.window->sessionList()->typedModel();
   ASSERT_TRUE(WaitFor([&] { return model->rowCount() == 1; }));
   EXPECT_TRUE(model->Rows()[0].Checked);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session0", "?", ini), "");
@@ -65,34 +65,34 @@ TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
 
 TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   MainToolbar* bar = w.window->toolbar();
-  EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
-  EXPECT_EQ(bar->Button("COVERAGE")->toolTip(), "Display coverage values");
-  bar->Button("COVERAGE")->trigger();
+  EXPECT_TRUE(bar->button("TOTALTIME")->isChecked());
+  EXPECT_EQ(bar->button("COVERAGE")->toolTip(), "Display coverage values");
+  bar->button("COVERAGE")->trigger();
   EXPECT_EQ(w.window->selection().measure, Measure::Coverage);
-  EXPECT_TRUE(bar->Button("COVERAGE")->isChecked());
-  EXPECT_FALSE(bar->Button("TOTALTIME")->isChecked());
-  EXPECT_EQ(w.window->LastDisplay(), "S1-3-1");
+  EXPECT_TRUE(bar->button("COVERAGE")->isChecked());
+  EXPECT_FALSE(bar->button("TOTALTIME")->isChecked());
+  EXPECT_EQ(w.window->lastDisplay(), "S1-3-1");
   const Table& grid = w.window->gridPage()->Grid()->table();
   EXPECT_EQ(grid.FindColumn("Total Time"), 0);
   // Back to the total times, through the history.
-  w.window->toolbar()->Button("BACK")->trigger();
+  w.window->toolbar()->button("BACK")->trigger();
   EXPECT_EQ(w.window->selection().measure, Measure::Total);
-  EXPECT_TRUE(bar->Button("TOTALTIME")->isChecked());
+  EXPECT_TRUE(bar->button("TOTALTIME")->isChecked());
 }
 
 TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridPage* page = w.window->gridPage();
-  EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypeBar2d);
+  EXPECT_EQ(page->Chart()->shown().ChartType, kChartTypeBar2d);
   page->findChild<QRadioButton*>("chartType2")->click();
-  EXPECT_EQ(page->Chart()->Shown().ChartType, kChartTypePie2d);
+  EXPECT_EQ(page->Chart()->shown().ChartType, kChartTypePie2d);
   page->findChild<QSpinBox*>("chartMaxItems")->setValue(5);
   // Five slices and the rest summed as "{Other}".
-  ASSERT_EQ(page->Chart()->Shown().Items.size(), 6u);
-  EXPECT_EQ(page->Chart()->Shown().Items.back().Name, "{Other}");
+  ASSERT_EQ(page->Chart()->shown().Items.size(), 6u);
+  EXPECT_EQ(page->Chart()->shown().Items.back().Name, "{Other}");
   page->findChild<QRadioButton*>("chartType0")->click();
   EXPECT_FALSE(page->Chart()->isVisibleTo(page));
   const std::string ini = GetIniFile(w.ws->appFolder);
@@ -102,7 +102,7 @@ TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
 
 TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const int hits = grid->table().FindColumn("Hits");
   ASSERT_GT(hits, 0);
@@ -130,7 +130,7 @@ TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
 
 TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
-  w.window->SelectScopeTab(Tab::Lines);
+  w.window->selectScopeTab(Tab::Lines);
   GridView* grid = w.window->gridPage()->Grid();
   auto timeOf = [&](const std::string& line) {
     const Table& t = grid->table();
@@ -145,7 +145,7 @@ TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   ASSERT_GT(before, 0.01);
   w.ws->view.Filters = "mLines.Add";
   MessageBoxCatcher yes(QMessageBox::Yes);
-  w.window->toolbar()->Button("FILTERS")->trigger();
+  w.window->toolbar()->button("FILTERS")->trigger();
   ASSERT_FALSE(yes.texts.empty());
   EXPECT_EQ(yes.titles[0], "Apply Filters ?");
   // The same page, drawn anew from the filtered values.

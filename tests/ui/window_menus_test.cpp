@@ -55,9 +55,9 @@ TEST(WindowMenus, TheMenuBarHasTheUsualEntriesAndShortcuts) {
     ASSERT_NE(a, nullptr) << name;
     EXPECT_EQ(a->shortcut(), keys) << name;
   }
-  EXPECT_EQ(window.toolbar()->Button("HELP")->shortcut(), QKeySequence(Qt::Key_F1));
+  EXPECT_EQ(window.toolbar()->button("HELP")->shortcut(), QKeySequence(Qt::Key_F1));
   EXPECT_TRUE(
-      window.findChild<QMenu*>("helpMenu")->actions().contains(window.toolbar()->Button("HELP")));
+      window.findChild<QMenu*>("helpMenu")->actions().contains(window.toolbar()->button("HELP")));
   EXPECT_NE(window.findChild<QMenu*>("recentSessions"), nullptr);
   EXPECT_NE(window.findChild<QMenu*>("recentProjects"), nullptr);
 
@@ -75,13 +75,13 @@ TEST(WindowMenus, TheMenuBarHasTheUsualEntriesAndShortcuts) {
     EXPECT_EQ(a->isVisible(), i <= window.pageTabs()->count()) << i;
   }
   // The measures are the toolbar's buttons.
-  QAction* coverage = window.toolbar()->Button("COVERAGE");
+  QAction* coverage = window.toolbar()->button("COVERAGE");
   EXPECT_TRUE(window.findChild<QMenu*>("viewMenu")->actions().contains(coverage));
 }
 
 TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   ASSERT_GT(t.RowCount(), 3);
@@ -89,7 +89,7 @@ TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
                                  QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
   grid->selectionModel()->select(grid->model()->index(2, 0),
                                  QItemSelectionModel::Select | QItemSelectionModel::Rows);
-  const QStringList lines = grid->CopyText(false).split('\n', Qt::SkipEmptyParts);
+  const QStringList lines = grid->copyText(false).split('\n', Qt::SkipEmptyParts);
   ASSERT_EQ(lines.size(), 3);
   EXPECT_TRUE(lines[0].startsWith("Module\tProcedure\t")) << lines[0].toStdString();
   EXPECT_TRUE(lines[1].startsWith(QString::fromStdString(t.RowAt(1).Text(1)) + "\t"));
@@ -109,21 +109,21 @@ TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
 
 TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   QAbstractItemModelTester tester(grid->model(),
                                   QAbstractItemModelTester::FailureReportingMode::Fatal);
   const int all = grid->model()->rowCount();
   const int width = grid->horizontalHeader()->sectionSize(1);
   Action(*w.window, "find")->trigger();
-  QLineEdit* box = w.window->gridPage()->SearchBox();
+  QLineEdit* box = w.window->gridPage()->searchBox();
   box->setText("invoice ADD");
   const int shown = grid->model()->rowCount();
   ASSERT_GT(shown, 0);
   ASSERT_LT(shown, all);
   const Table& t = grid->table();
   for (int r = 0; r < shown; ++r) {
-    const int row = grid->Model()->TableRow(r);
+    const int row = grid->typedModel()->tableRow(r);
     if (t.RowAt(row).Key == "TOTAL") continue;
     EXPECT_EQ(t.RowAt(row).Text(1), "CInvoice");
     EXPECT_NE(t.RowAt(row).Text(2).find("Add"), std::string::npos);
@@ -134,7 +134,7 @@ TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   EXPECT_EQ(grid->model()->rowCount(), shown);
   const int addLine = [&] {
     for (int r = 0; r < shown; ++r) {
-      if (t.RowAt(grid->Model()->TableRow(r)).Text(2) == "AddLine") return r;
+      if (t.RowAt(grid->typedModel()->tableRow(r)).Text(2) == "AddLine") return r;
     }
     return -1;
   }();
@@ -143,7 +143,7 @@ TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
                      grid->visualRect(grid->model()->index(addLine, 1)).center());
   EXPECT_EQ(w.window->pageTabs()->currentIndex(), 4);
   EXPECT_EQ(w.window->selection().procedure, 21);
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   EXPECT_LT(grid->model()->rowCount(), grid->table().RowCount());
   box->clear();
   EXPECT_EQ(grid->model()->rowCount(), grid->table().RowCount());
@@ -152,7 +152,7 @@ TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
 TEST(WindowMenus, TheTitleNamesTheSessionOnDisplay) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "S2");
   EXPECT_EQ(w.window->windowTitle(), "Tuesday - Zolmark Profiler");
-  w.window->ClickTreeNode("COMPARE");
+  w.window->clickTreeNode("COMPARE");
   EXPECT_EQ(w.window->windowTitle(), "Compared Sessions - Zolmark Profiler");
   w.window->removeAllSessions();
   EXPECT_EQ(w.window->windowTitle(), "Zolmark Profiler");
@@ -160,7 +160,7 @@ TEST(WindowMenus, TheTitleNamesTheSessionOnDisplay) {
 
 TEST(WindowMenus, AnActionIsIgnoredWhileAnOperationRunsAndThenDoesItsOwnAct) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"});
-  const auto rows = [&] { return w.window->sessionList()->Model()->rowCount(); };
+  const auto rows = [&] { return w.window->sessionList()->typedModel()->rowCount(); };
   {
     BusyScope busy(*w.window);
     w.window->toolbar()->actions().clear->trigger();
@@ -175,7 +175,7 @@ TEST(WindowMenus, AnActionIsIgnoredWhileAnOperationRunsAndThenDoesItsOwnAct) {
 TEST(WindowMenus, TheHelpTellsWhereTheMergedNodesAre) {
   DemoWindow w({"Monday.pfl"});
   MessageBoxCatcher catcher;
-  w.window->toolbar()->Button("HELP")->trigger();
+  w.window->toolbar()->button("HELP")->trigger();
   ASSERT_EQ(catcher.texts.size(), 1u);
   EXPECT_NE(catcher.texts[0].find("at the bottom of the tree"), std::string::npos);
   EXPECT_EQ(catcher.texts[0].find("top of the tree"), std::string::npos);
@@ -192,7 +192,7 @@ TEST(WindowMenus, MaxItemsStaysBesideItsSpinBox) {
   ASSERT_NE(label, nullptr);
   // One unit of the strip: they wrap together.
   EXPECT_EQ(label->parentWidget(), spin->parentWidget());
-  EXPECT_NE(spin->parentWidget(), w.window->gridPage()->OptionStrip());
+  EXPECT_NE(spin->parentWidget(), w.window->gridPage()->optionStrip());
 }
 
 TEST(WindowMenus, APictureTakingRunLeavesTheSettingsAlone) {
@@ -206,7 +206,7 @@ TEST(WindowMenus, APictureTakingRunLeavesTheSettingsAlone) {
     MainWindow window(*ws, start);
     window.resize(1280, 800);
     window.show();
-    window.SelectScopeTab(Tab::Modules);
+    window.selectScopeTab(Tab::Modules);
     window.close();
   }
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Width", "", ini), "612");

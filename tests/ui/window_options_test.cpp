@@ -17,7 +17,7 @@ std::string Key(const std::string& key, const std::string& ini) {
 
 TEST(WindowOptions, DefaultsWhenTheSettingsHoldNothing) {
   ScopedTempDir dir;
-  const WindowOptions o = LoadWindowOptions(dir / "Zolmark.ini", {640, 480});
+  const WindowOptions o = loadWindowOptions(dir / "Zolmark.ini", {640, 480});
   EXPECT_DOUBLE_EQ(o.X_ratio, 0.25);
   EXPECT_DOUBLE_EQ(o.Y_ratio, 0.25);
   EXPECT_DOUBLE_EQ(o.Y_ratio_Graph, 0.5);
@@ -31,7 +31,7 @@ TEST(WindowOptions, DefaultsWhenTheSettingsHoldNothing) {
   EXPECT_EQ(o.WindowState, 0);
 
   ViewSettings view;
-  LoadViewSettings(view, dir / "Zolmark.ini");
+  loadViewSettings(view, dir / "Zolmark.ini");
   EXPECT_TRUE(view.colored);
   EXPECT_EQ(view.Filters, "MsgBox\r\nInputBox");
   EXPECT_EQ(view.DefaultPlan, "Full profiling");
@@ -45,11 +45,11 @@ TEST(WindowOptions, RatiosAreThousandthsAndLineBreaksAWordOnDisk) {
   o.Y_ratio = 0.625;
   o.Active_tbsTab = 5;
   o.Width = 812;
-  SaveWindowOptions(o, ini);
+  saveWindowOptions(o, ini);
   ViewSettings view;
   view.Filters = "MsgBox\r\nDoEvents\r\nSleep";
   view.colored = false;
-  SaveViewSettings(view, ini);
+  saveViewSettings(view, ini);
   EXPECT_EQ(Key("X_ratio", ini), "300");
   EXPECT_EQ(Key("Y_ratio", ini), "625");
   EXPECT_EQ(Key("Filters", ini), "MsgBox<vbCrLf>DoEvents<vbCrLf>Sleep");
@@ -57,19 +57,19 @@ TEST(WindowOptions, RatiosAreThousandthsAndLineBreaksAWordOnDisk) {
   // The grid's splitter has a key of its own that the window's save leaves.
   EXPECT_EQ(Key("Y_ratio_Graph", ini), "<missing>");
 
-  const WindowOptions back = LoadWindowOptions(ini);
+  const WindowOptions back = loadWindowOptions(ini);
   EXPECT_DOUBLE_EQ(back.X_ratio, 0.3);
   EXPECT_DOUBLE_EQ(back.Y_ratio, 0.625);
   EXPECT_EQ(back.Active_tbsTab, 5);
   EXPECT_EQ(back.Width, 812);
   ViewSettings viewBack;
-  LoadViewSettings(viewBack, ini);
+  loadViewSettings(viewBack, ini);
   EXPECT_EQ(viewBack.Filters, view.Filters);
   EXPECT_FALSE(viewBack.colored);
 
-  SaveGraphRatio(0.4, ini);
+  saveGraphRatio(0.4, ini);
   EXPECT_EQ(Key("Y_ratio_Graph", ini), "400");
-  EXPECT_DOUBLE_EQ(LoadWindowOptions(ini).Y_ratio_Graph, 0.4);
+  EXPECT_DOUBLE_EQ(loadWindowOptions(ini).Y_ratio_Graph, 0.4);
 }
 
 TEST(WindowOptions, DamagedValuesFallBackAndRatiosStayInside) {
@@ -77,14 +77,14 @@ TEST(WindowOptions, DamagedValuesFallBackAndRatiosStayInside) {
   const std::string ini = dir.Put("Zolmark.ini",
                                   "[Profiler]\r\nX_ratio=abc\r\nY_ratio=1000\r\n"
                                   "DisplayInfoType=9\r\nfColored=-1\r\nWindowState=7\r\n");
-  const WindowOptions o = LoadWindowOptions(ini);
+  const WindowOptions o = loadWindowOptions(ini);
   EXPECT_DOUBLE_EQ(o.X_ratio, 0.25);
   // A pane pushed against the edge would be lost for good.
   EXPECT_LT(o.Y_ratio, 1.0);
   EXPECT_EQ(o.DisplayInfoType, 4);
   EXPECT_EQ(o.WindowState, 2);
   ViewSettings view;
-  LoadViewSettings(view, ini);
+  loadViewSettings(view, ini);
   EXPECT_TRUE(view.colored);
 }
 

@@ -71,8 +71,8 @@ int Ratio1000(const QSplitter* split) {
 
 TEST(WindowViews, ClickingAStatementOpensItsMenuAndTheLegendLinkJumps) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
-  w.window->SelectScopeTab(Tab::Source);
-  SourceBrowser* browser = w.window->sourcePane()->Browser();
+  w.window->selectScopeTab(Tab::Source);
+  SourceBrowser* browser = w.window->sourcePane()->browser();
   ASSERT_FALSE(browser->toPlainText().isEmpty());
   auto* menu = w.window->findChild<QMenu*>("gridMenu");
   ASSERT_NE(menu, nullptr);
@@ -86,10 +86,10 @@ TEST(WindowViews, ClickingAStatementOpensItsMenuAndTheLegendLinkJumps) {
   QTest::mouseClick(browser->viewport(), Qt::LeftButton, {}, statement);
   ASSERT_TRUE(WaitFor([&] { return menu->isVisible(); }, 3000));
   const QStringList parts = href.split('|');
-  EXPECT_EQ(w.window->MenuTarget().module, parts.value(1).toInt());
-  EXPECT_EQ(w.window->MenuTarget().procedure, parts.value(2).toInt());
-  EXPECT_EQ(w.window->MenuTarget().line, parts.value(3).toInt());
-  EXPECT_EQ(w.window->MenuTarget().module, 5);
+  EXPECT_EQ(w.window->menuTarget().module, parts.value(1).toInt());
+  EXPECT_EQ(w.window->menuTarget().procedure, parts.value(2).toInt());
+  EXPECT_EQ(w.window->menuTarget().line, parts.value(3).toInt());
+  EXPECT_EQ(w.window->menuTarget().module, 5);
   menu->close();
 
   // "See Color Legend" brings the legend at the end of the page into view.
@@ -143,22 +143,22 @@ TEST(WindowViews, BothSplittersComeBackAsTheyWereLeft) {
 TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->resize(900, 700);
-  w.window->SelectScopeTab(Tab::Lines);
+  w.window->selectScopeTab(Tab::Lines);
   GridView* grid = w.window->gridPage()->Grid();
   WidenLastColumn(grid);
   QScrollBar* bar = grid->horizontalScrollBar();
   ASSERT_GT(bar->maximum(), 0) << "the compared lines fit the page";
   bar->setValue(bar->maximum());
-  w.window->ClickTreeNode("S1");
+  w.window->clickTreeNode("S1");
   QApplication::processEvents();
   EXPECT_EQ(grid->table().ColumnAt(1).Header, "Module");
   EXPECT_EQ(bar->value(), 0);
-  EXPECT_EQ(grid->columnAt(grid->FrozenWidth() + 2), 0);
+  EXPECT_EQ(grid->columnAt(grid->frozenWidth() + 2), 0);
 }
 
 TEST(WindowViews, TheHighlightFollowsItsItemThroughASort) {
   DemoWindow w({"Monday.pfl"}, "S1");
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   GridView* grid = w.window->gridPage()->Grid();
   const Table& t = grid->table();
   const int procedure = t.FindColumn("Procedure");
@@ -182,12 +182,12 @@ TEST(WindowViews, TheHighlightFollowsItsItemThroughASort) {
 TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl", "Friday.pfl"}, "COMPARE");
   w.window->resize(1000, 700);
-  w.window->SelectScopeTab(Tab::Lines);
+  w.window->selectScopeTab(Tab::Lines);
   QApplication::processEvents();
   GridView* grid = w.window->gridPage()->Grid();
   SessionHeaderBar* bar = w.window->gridPage()->Headers();
-  const FakeHeaders& h = bar->Shown();
-  ASSERT_EQ(h.FirstColumn, grid->FrozenColumns());
+  const FakeHeaders& h = bar->shown();
+  ASSERT_EQ(h.FirstColumn, grid->frozenColumns());
   ASSERT_GE(h.FirstColumn, 3);
   const Table& t = grid->table();
   EXPECT_EQ(t.ColumnAt(1).Header, "Module");
@@ -198,7 +198,7 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   ASSERT_GT(scroll->maximum(), 0);
   scroll->setValue(scroll->maximum());
   QApplication::processEvents();
-  FrozenColumnsView* frozen = grid->Frozen();
+  FrozenColumnsView* frozen = grid->frozen();
   ASSERT_TRUE(frozen->isVisible());
   int leading = 0;
   for (int c = 0; c < h.FirstColumn; ++c) {
@@ -210,7 +210,7 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   for (int c = 0; c < grid->horizontalHeader()->count(); ++c) {
     EXPECT_GT(grid->horizontalHeader()->sectionSize(c), 20) << t.ColumnAt(c + 1).Header;
   }
-  EXPECT_EQ(grid->FrozenWidth(), leading);
+  EXPECT_EQ(grid->frozenWidth(), leading);
   // The frozen columns stand on the grid's left edge, over the rows shown.
   EXPECT_LE(frozen->geometry().left(), grid->frameWidth());
   EXPECT_GE(frozen->width(), leading);
@@ -224,20 +224,20 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   // A press on a frozen cell counts for its row and column.
   const QModelIndex cell = frozen->model()->index(0, 1);
   QTest::mousePress(frozen->viewport(), Qt::LeftButton, {}, frozen->visualRect(cell).center());
-  EXPECT_EQ(grid->LastHit().Index, 1);
-  EXPECT_EQ(grid->LastHit().ColumnText, "Procedure");
+  EXPECT_EQ(grid->lastHit().Index, 1);
+  EXPECT_EQ(grid->lastHit().ColumnText, "Procedure");
   QTest::mouseRelease(frozen->viewport(), Qt::LeftButton, {}, frozen->visualRect(cell).center());
 
   // A table of one session has none.
-  w.window->ClickTreeNode("S1");
+  w.window->clickTreeNode("S1");
   EXPECT_FALSE(frozen->isVisible());
-  EXPECT_EQ(grid->FrozenWidth(), 0);
+  EXPECT_EQ(grid->frozenWidth(), 0);
 }
 
 TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemAway) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->resize(1280, 800);
-  w.window->SelectScopeTab(Tab::Procedures);
+  w.window->selectScopeTab(Tab::Procedures);
   QApplication::processEvents();
   GridPage* page = w.window->gridPage();
   auto* show = page->findChild<QCheckBox*>("showDifferences");
@@ -247,7 +247,7 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
   EXPECT_FALSE(show->isChecked());
   EXPECT_FALSE(changedOnly->isEnabled());
   const Table before = page->Grid()->table();
-  const FakeHeaders headersBefore = page->Headers()->Shown();
+  const FakeHeaders headersBefore = page->Headers()->shown();
   ASSERT_EQ(before.FindColumn("Diff."), 0);
 
   show->click();
@@ -259,7 +259,7 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
   EXPECT_EQ(t.ColumnAt(diff + 1).Header, "Ratio");
   EXPECT_EQ(t.ColumnCount(), before.ColumnCount() + 2);
   EXPECT_EQ(t.RowCount(), before.RowCount());
-  EXPECT_EQ(page->Headers()->Shown().RunColumns(1), headersBefore.NumberOfColumnsPerSession + 2);
+  EXPECT_EQ(page->Headers()->shown().RunColumns(1), headersBefore.NumberOfColumnsPerSession + 2);
   EXPECT_EQ(page->Grid()->model()->columnCount(), t.ColumnCount());
   // Every change is coloured; the total row stays last.
   for (const Row& row : t.Rows()) {
@@ -292,7 +292,7 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
       EXPECT_EQ(after.RowAt(r).Text(c), before.RowAt(r).Text(c));
     }
   }
-  EXPECT_EQ(page->Headers()->Shown(), headersBefore);
+  EXPECT_EQ(page->Headers()->shown(), headersBefore);
 }
 
 }  // namespace
