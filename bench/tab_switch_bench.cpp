@@ -179,7 +179,7 @@ int MeasureSize(int argc, char** argv, const options& o, const std::string& log)
         QApplication::processEvents();
         window.repaint();
         times[tab].push_back(Milliseconds(t0));
-        rows[tab] = tab == 5 ? 0 : window.gridPage()->Grid()->table().RowCount();
+        rows[tab] = tab == 5 ? 0 : window.gridPage()->grid()->table().RowCount();
       }
     }
     std::printf("tab switch, whole session selected, measure %s (best / median of %d, ms; rows):\n",
@@ -192,7 +192,7 @@ int MeasureSize(int argc, char** argv, const options& o, const std::string& log)
   window.setMeasure(zol::Measure::Total);
   window.pageTabs()->setCurrentIndex(3);
   QApplication::processEvents();
-  zol::GridView* grid = window.gridPage()->Grid();
+  zol::GridView* grid = window.gridPage()->grid();
   const zol::Table& table = grid->table();
   std::vector<std::string> headers;
   std::map<int, std::vector<double>> sorts;

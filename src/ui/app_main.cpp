@@ -132,7 +132,7 @@ int runProfiler(int argc, char** argv) {
   }
   QApplication::processEvents();
   // The last run ended on a fault: offer to report it.
-  if (lastCrash && !errorCapture.OfferCrashReport(*lastCrash)) return 1;
+  if (lastCrash && !errorCapture.offerCrashReport(*lastCrash)) return 1;
   const int code = app.exec();
   window.reset();
   return code;

@@ -30,7 +30,7 @@ void ChartLegendModel::setEntries(std::vector<LegendEntry> entries) {
   endResetModel();
 }
 
-double ChartLegendModel::Share(int row) const {
+double ChartLegendModel::share(int row) const {
   if (row < 0 || row >= rowCount() || total_ <= 0) return 0;
   const double v = entries_[static_cast<std::size_t>(row)].Value;
   return std::isfinite(v) && v > 0 ? 100.0 * v / total_ : 0;
@@ -51,11 +51,11 @@ QVariant ChartLegendModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       if (index.column() == kName) return e.Name;
       if (index.column() == kValue) return chartValueText(e.Value);
-      return QString::number(Share(index.row()), 'f', 1) + "%";
+      return QString::number(share(index.row()), 'f', 1) + "%";
     case Qt::ToolTipRole:
       return plainToolTip(QString("%1\n%2 (%3%)")
                               .arg(e.Name, chartValueText(e.Value))
-                              .arg(Share(index.row()), 0, 'f', 1));
+                              .arg(share(index.row()), 0, 'f', 1));
     case Qt::DecorationRole:
       return index.column() == kName ? QVariant(e.Colour) : QVariant();
     case Qt::TextAlignmentRole:

@@ -31,7 +31,7 @@ class ChartLegendModel : public QAbstractTableModel {
   const std::vector<LegendEntry>& entries() const { return entries_; }
   // The entry's share of the sum of all values, in percent (0 when the sum
   // is not positive).
-  double Share(int row) const;
+  double share(int row) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

@@ -103,10 +103,10 @@ ChartPane::ChartPane(QWidget* parent)
   row->addWidget(scroller_, 3);
   row->addWidget(legend_, 2);
   setMinimumHeight(60);
-  Draw(ResetChart());
+  draw(ResetChart());
 }
 
-void ChartPane::Draw(const ChartDescription& d) {
+void ChartPane::draw(const ChartDescription& d) {
   shown_ = d;
   barLabels_.clear();
   auto* chart = new QChart();

@@ -31,12 +31,12 @@ class ChartPane : public QWidget {
  public:
   explicit ChartPane(QWidget* parent = nullptr);
 
-  void Draw(const ChartDescription& chart);
+  void draw(const ChartDescription& chart);
   const ChartDescription& shown() const { return shown_; }
 
-  QChartView* View() const { return view_; }
+  QChartView* chartView() const { return view_; }
   QScrollArea* scroller() const { return scroller_; }
-  QTableView* Legend() const { return legend_; }
+  QTableView* legend() const { return legend_; }
   ChartLegendModel* legendModel() const { return legendModel_; }
   // The labels of the bar chart's categories, as drawn (after shortening).
   const QStringList& barLabels() const { return barLabels_; }

@@ -64,7 +64,7 @@ class FlowPane : public QWidget {
  public:
   explicit FlowPane(QWidget* parent = nullptr);
 
-  FlowChartView* Chart() const { return chart_; }
+  FlowChartView* chart() const { return chart_; }
   QScrollArea* scrollArea() const { return scroll_; }
   QWidget* optionStrip() const { return strip_; }
 

@@ -163,7 +163,7 @@ void GridPage::onOptionChanged(bool sortOnly) {
   } else {
     description_ = DoChart(arrays_, options_, activeTab_, measure_);
   }
-  if (options_.GraphType != kGraphTypeNone) chart_->Draw(description_);
+  if (options_.GraphType != kGraphTypeNone) chart_->draw(description_);
   emit graphOptionsChanged();
 }
 
@@ -212,13 +212,13 @@ void GridPage::present(GridBuild build) {
     headers_->release();
   }
   if (options_.GraphType != kGraphTypeNone && build.Chart != ChartUpdate::None) {
-    chart_->Draw(description_);
+    chart_->draw(description_);
   }
 }
 
-void GridPage::ResetChart(bool eraseArrays) {
+void GridPage::resetChart(bool eraseArrays) {
   description_ = zol::ResetChart(arrays_, eraseArrays);
-  chart_->Draw(description_);
+  chart_->draw(description_);
 }
 
 double GridPage::graphRatio() const {

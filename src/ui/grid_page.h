@@ -30,9 +30,9 @@ class GridPage : public QWidget {
  public:
   explicit GridPage(QWidget* parent = nullptr);
 
-  GridView* Grid() const { return grid_; }
-  ChartPane* Chart() const { return chart_; }
-  SessionHeaderBar* Headers() const { return headers_; }
+  GridView* grid() const { return grid_; }
+  ChartPane* chart() const { return chart_; }
+  SessionHeaderBar* headers() const { return headers_; }
   QWidget* optionStrip() const { return strip_; }
   // The search over the grid's rows (Ctrl+F puts the cursor there).
   QLineEdit* searchBox() const { return search_; }
@@ -45,7 +45,7 @@ class GridPage : public QWidget {
   const DifferenceOptions& differenceOptions() const { return differences_; }
 
   // The empty chart (ResetChart), the arrays erased or kept.
-  void ResetChart(bool eraseArrays);
+  void resetChart(bool eraseArrays);
 
   const GraphOptions& graphOptions() const { return options_; }
   void setGraphOptions(const GraphOptions& options);

@@ -44,7 +44,7 @@ FrozenColumnsView::FrozenColumnsView(GridView* grid) : QTableView(grid), grid_(g
   setFrameShape(QFrame::NoFrame);
   setStyleSheet("QTableView#frozenColumns { border-right: 1px solid palette(mid); }");
   connect(horizontalHeader(), &QHeaderView::sectionClicked, grid,
-          [grid](int logical) { grid->sortOn(logical + 1, grid->Compared()); });
+          [grid](int logical) { grid->sortOn(logical + 1, grid->compared()); });
   // Widths set here are the grid's widths; the columns hidden here (the ones
   // that scroll) keep theirs.
   connect(horizontalHeader(), &QHeaderView::sectionResized, grid,
@@ -370,7 +370,7 @@ void GridView::keyPressEvent(QKeyEvent* event) {
   }
   // A copy takes whole rows, as the export writes them, not one cell.
   if (event->matches(QKeySequence::Copy)) {
-    CopyToClipboard(false);
+    copyToClipboard(false);
     return;
   }
   QTableView::keyPressEvent(event);
@@ -434,7 +434,7 @@ QString GridView::copyText(bool whole) const {
   return text;
 }
 
-void GridView::CopyToClipboard(bool whole) {
+void GridView::copyToClipboard(bool whole) {
   const QString text = copyText(whole);
   if (!text.isEmpty()) QApplication::clipboard()->setText(text);
 }

@@ -61,8 +61,8 @@ class GridView : public QTableView {
   // keeps the colours of a compared grid.
   void sortOn(int column, bool compared);
   void setCompared(bool compared) { compared_ = compared; }
-  bool Compared() const { return compared_; }
-  SortMemory& Memory() { return memory_; }
+  bool compared() const { return compared_; }
+  SortMemory& sortMemory() { return memory_; }
 
   // Keeps the first `count` columns (in display order) in place while the
   // others scroll; 0 lets all of them scroll.
@@ -86,7 +86,7 @@ class GridView : public QTableView {
   // The selected rows (or, `whole`, every row shown) with the headers, as
   // tab-separated lines: what the clipboard gets.
   QString copyText(bool whole) const;
-  void CopyToClipboard(bool whole);
+  void copyToClipboard(bool whole);
 
   const GridHit& lastHit() const { return hit_; }
   // The double-click time, 500 ms when the system gives less than 100.

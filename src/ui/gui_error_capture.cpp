@@ -150,16 +150,16 @@ GuiErrorCapture::~GuiErrorCapture() {
   if (g_current == this) g_current = nullptr;
 }
 
-GuiErrorCapture* GuiErrorCapture::Current() {
+GuiErrorCapture* GuiErrorCapture::current() {
   return g_current;
 }
 
-bool GuiErrorCapture::OfferCrashReport(const CrashRecord& crash) {
+bool GuiErrorCapture::offerCrashReport(const CrashRecord& crash) {
   return handler_.OfferCrashReport(crash, program_) != ErrorDecision::Abort;
 }
 
 void runGuarded(QWidget* parent, const std::function<void()>& action, std::source_location where) {
-  GuiErrorCapture* capture = GuiErrorCapture::Current();
+  GuiErrorCapture* capture = GuiErrorCapture::current();
   if (capture == nullptr) {
     try {
       action();

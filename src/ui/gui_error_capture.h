@@ -54,7 +54,7 @@ class GuiErrorCapture {
   GuiErrorCapture& operator=(const GuiErrorCapture&) = delete;
 
   // The one that runs, or nullptr.
-  static GuiErrorCapture* Current();
+  static GuiErrorCapture* current();
 
   ErrHandler& handler() { return handler_; }
   Workspace& workspace() { return ws_; }
@@ -62,7 +62,7 @@ class GuiErrorCapture {
 
   // The crash of an earlier run, offered for a report. False when the answer
   // was to end the program.
-  bool OfferCrashReport(const CrashRecord& crash);
+  bool offerCrashReport(const CrashRecord& crash);
 
  private:
   Workspace& ws_;

@@ -18,13 +18,13 @@ MainToolbar::MainToolbar(QWidget* parent)
 
   Actions& a = actions_;
   a.profileProject =
-      Add("OPEN", tr("Profile"), tr("Profile project (select default plan in Options)"));
-  a.console = Add("CONSOLE", tr("Console"), tr("Open Zolmark instrumentation console"));
+      addButton("OPEN", tr("Profile"), tr("Profile project (select default plan in Options)"));
+  a.console = addButton("CONSOLE", tr("Console"), tr("Open Zolmark instrumentation console"));
   addSeparator();
-  a.loadSessions = Add("ADDSESSION", tr("Load"), tr("Load sessions..."));
-  a.saveMerged =
-      Add("SAVEMERGED", tr("Save Merged"), tr("Save merged sessions as one single session ..."));
-  a.clear = Add("CLEAR", tr("Clear"), tr("Clear session pane"));
+  a.loadSessions = addButton("ADDSESSION", tr("Load"), tr("Load sessions..."));
+  a.saveMerged = addButton("SAVEMERGED", tr("Save Merged"),
+                           tr("Save merged sessions as one single session ..."));
+  a.clear = addButton("CLEAR", tr("Clear"), tr("Clear session pane"));
   addSeparator();
   const QString measureText[] = {tr("Total"), tr("Average"), tr("Child Total"), tr("Child Avg."),
                                  tr("Coverage")};
@@ -33,21 +33,21 @@ MainToolbar::MainToolbar(QWidget* parent)
                                 tr("Display average children time values"),
                                 tr("Display coverage values")};
   for (std::size_t m = 0; m < kMeasureCount; ++m) {
-    QAction* measure = Add(kMeasureKeys[m], measureText[m], measureTip[m]);
+    QAction* measure = addButton(kMeasureKeys[m], measureText[m], measureTip[m]);
     measure->setCheckable(true);
     measures_->addAction(measure);
     a.measures[m] = measure;
   }
   addSeparator();
-  a.back = Add("BACK", tr("Back"), tr("Back"));
+  a.back = addButton("BACK", tr("Back"), tr("Back"));
   a.back->setShortcut(QKeySequence::Back);
-  a.forward = Add("FWD", tr("Forward"), tr("Forward"));
+  a.forward = addButton("FWD", tr("Forward"), tr("Forward"));
   a.forward->setShortcut(QKeySequence::Forward);
   addSeparator();
-  a.filters = Add("FILTERS", tr("Filters"), tr("Apply Filters"));
-  a.options = Add("OPTIONS", tr("Options"), tr("Options..."));
-  a.about = Add("ABOUT", tr("About"), tr("About the Zolmark Profiler..."));
-  a.help = Add("HELP", tr("Help"), tr("Help"));
+  a.filters = addButton("FILTERS", tr("Filters"), tr("Apply Filters"));
+  a.options = addButton("OPTIONS", tr("Options"), tr("Options..."));
+  a.about = addButton("ABOUT", tr("About"), tr("About the Zolmark Profiler..."));
+  a.help = addButton("HELP", tr("Help"), tr("Help"));
   a.help->setShortcut(QKeySequence::HelpContents);
 
   profileMenu_ = addDropDown(a.profileProject);
@@ -56,7 +56,7 @@ MainToolbar::MainToolbar(QWidget* parent)
   a.forward->setEnabled(false);
 }
 
-QAction* MainToolbar::Add(const std::string& key, const QString& text, const QString& tip) {
+QAction* MainToolbar::addButton(const std::string& key, const QString& text, const QString& tip) {
   QAction* a = addAction(zolIcon(key), text);
   a->setObjectName(QString::fromStdString(key));
   a->setToolTip(tip);

@@ -60,7 +60,7 @@ class MainToolbar : public QToolBar {
   void setInstrumenterInstalled(bool installed);
 
  private:
-  QAction* Add(const std::string& key, const QString& text, const QString& tip);
+  QAction* addButton(const std::string& key, const QString& text, const QString& tip);
   QMenu* addDropDown(QAction* button);
 
   Actions actions_;

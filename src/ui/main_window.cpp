@@ -208,7 +208,7 @@ void MainWindow::connectWidgets() {
   connect(sessionList_, &SessionListView::destroyAllRequested, this,
           &MainWindow::destroyAllSessions);
 
-  connect(gridPage_->Grid(), &GridView::gridClicked, this, [this](int kind, int row, int column) {
+  connect(gridPage_->grid(), &GridView::gridClicked, this, [this](int kind, int row, int column) {
     runGuarded(this, [&] { onGridClicked(kind, row, column); });
   });
   connect(gridPage_, &GridPage::graphOptionsChanged, this, [this] {
@@ -283,7 +283,7 @@ void MainWindow::startUp(const StartOptions& start) {
   // A blank grid stands ready before any session is picked.
   SortMemory blankSort;
   gridPage_->showBuild(ShowLines(ws_, sel, blankSort, true), Tab::Lines, sel.measure);
-  gridPage_->ResetChart(true);
+  gridPage_->resetChart(true);
   sessionSort_.Column = options_.Active_lvwSessions_Column;
   refreshSessionList();
 
@@ -576,7 +576,7 @@ void MainWindow::showOptionsDialog() {
   storeWindowPlace();
   OptionsDialog dialog(ws_.view, this);
   if (dialog.exec() != QDialog::Accepted) return;
-  ws_.view = dialog.Result();
+  ws_.view = dialog.chosenSettings();
   tree_.UpdateColors(selection_.get().measure);
   syncTree();
   saveOptions();

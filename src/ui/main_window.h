@@ -85,7 +85,7 @@ class MainWindow : public QMainWindow, public NavView {
   ~MainWindow() override;
 
   Workspace& ws() { return ws_; }
-  GuiProjectTree& Tree() { return tree_; }
+  GuiProjectTree& tree() { return tree_; }
   // The selection on screen.
   const Selection& selection() const { return selection_.get(); }
   CurrentSelection& currentSelection() { return selection_; }
@@ -100,7 +100,7 @@ class MainWindow : public QMainWindow, public NavView {
   SourcePane* sourcePane() const { return sourcePane_; }
   FlowPane* flowPane() const { return flowPane_; }
   ReportPane* reportPane() const { return reportPane_; }
-  TitleStripWidget* Title() const { return title_; }
+  TitleStripWidget* titleStrip() const { return title_; }
   StatusArea* statusArea() const { return status_; }
   const std::string& lastDisplay() const { return lastPage_; }
   // The place the context menu of a grid row or a source statement is about.
@@ -222,7 +222,7 @@ class MainWindow : public QMainWindow, public NavView {
   // Views.
   void showGridTab();
   void updateSourceView(const Selection& sel);
-  void UpdateTitle();
+  void updateTitle();
   // Draws the call graph around the selection on the Flow page; a procedure
   // chosen there becomes the selected one.
   void drawFlowPage();

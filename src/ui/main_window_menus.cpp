@@ -83,9 +83,9 @@ void MainWindow::buildMenuBar() {
     gridPage_->addAction(a);
   }
   connect(copyRows, &QAction::triggered, this,
-          [this] { gridPage_->Grid()->CopyToClipboard(false); });
+          [this] { gridPage_->grid()->copyToClipboard(false); });
   connect(copyTable, &QAction::triggered, this,
-          [this] { gridPage_->Grid()->CopyToClipboard(true); });
+          [this] { gridPage_->grid()->copyToClipboard(true); });
   edit->addSeparator();
   connect(AddAction(edit, "find", tr("&Find..."), QKeySequence::Find), &QAction::triggered, this,
           [this] {

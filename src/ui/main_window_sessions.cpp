@@ -192,7 +192,7 @@ bool MainWindow::renameSession(const std::string& key, const QString& newName) {
       return;
     }
     accepted = true;
-    if (outcome.titleChanged) UpdateTitle();
+    if (outcome.titleChanged) updateTitle();
   });
   refreshSessionList();
   syncTree();
@@ -222,7 +222,7 @@ void MainWindow::destroyRow(const std::string& key) {
 void MainWindow::selectAllRows(bool checked) {
   if (busy()) return;
   std::vector<std::string> keys;
-  for (const SessionListRow& row : sessionModel_->Rows()) {
+  for (const SessionListRow& row : sessionModel_->rows()) {
     if (row.Checked != checked) keys.push_back(row.Key);
   }
   runGuarded(this, [&] {
@@ -240,7 +240,7 @@ void MainWindow::removeAllSessions() {
 
 void MainWindow::destroyAllSessions() {
   if (busy()) return;
-  const std::vector<SessionListRow> rows = sessionModel_->Rows();
+  const std::vector<SessionListRow> rows = sessionModel_->rows();
   if (rows.empty()) return;
   QMessageBox box(QMessageBox::Question, tr("Warning"),
                   QString("Destroy %1 sessions ?\n\nThis will also destroy the session files.")
@@ -324,7 +324,7 @@ bool MainWindow::showsSession(std::int32_t cs) const {
 void MainWindow::refreshSessionList() {
   std::vector<SessionListRow> rows = SessionListRows(ws_);
   sortSessionRows(rows, sessionSort_);
-  const std::string selected = sessionList_->SelectedKey();
+  const std::string selected = sessionList_->selectedKey();
   sessionModel_->setRows(std::move(rows));
   if (!selected.empty()) sessionList_->selectKey(selected);
   sessionList_->header()->setSortIndicator(

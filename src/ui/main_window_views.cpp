@@ -107,7 +107,7 @@ void MainWindow::showCurrentPage(NavRecord record) {
   if (tab != Tab::Source && tab != Tab::Flow) {
     lastPage_ = key + "-" + std::to_string(IndexOf(tab)) + "-" + measureDigit(sel.measure);
   }
-  gridPage_->Headers()->release();
+  gridPage_->headers()->release();
   QElapsedTimer drawing;
   drawing.start();
   {
@@ -133,11 +133,11 @@ void MainWindow::showCurrentPage(NavRecord record) {
 }
 
 void MainWindow::showGridTab() {
-  UpdateTitle();
+  updateTitle();
   // A copy: events that run while the table is built must not change what
   // it is built for.
   const Selection sel = selection_.get();
-  GridBuild build = ShowTab(ws_, sel, gridPage_->Grid()->Memory());
+  GridBuild build = ShowTab(ws_, sel, gridPage_->grid()->sortMemory());
   ws_.prompter().ShowProgress(false);
   ws_.prompter().SetProgressText("");
   gridPage_->showBuild(std::move(build), sel.tab, sel.measure);
@@ -156,9 +156,9 @@ void MainWindow::selectScopeTab(Tab tab, NavRecord record) {
   }
 }
 
-void MainWindow::UpdateTitle() {
+void MainWindow::updateTitle() {
   const TitleStrip strip = zol::UpdateTitle(ws_, selection_.get());
-  title_->Show(strip);
+  title_->showStrip(strip);
   // The window's title names the session on display, as the task bar shows it.
   setWindowTitle(strip.Session.Visible && !strip.Session.Text.empty()
                      ? Q(strip.Session.Text) + " - " + kMessageTitle
@@ -172,7 +172,7 @@ void MainWindow::clearViews() {
   SortMemory blankSort;
   const Selection none{.tab = Tab::Lines, .measure = selection_.get().measure};
   gridPage_->showBuild(ShowLines(ws_, none, blankSort, true), Tab::Lines, none.measure);
-  gridPage_->ResetChart(true);
+  gridPage_->resetChart(true);
   sourcePane_->browser()->showNotice("");
   nav_.Clear();
   nav_.UpdateNavToolbar(*this);
@@ -246,7 +246,7 @@ void MainWindow::onGridClicked(int clickKind, int row, int column) {
   if (busy()) return;
   const Selection& sel = selection_.get();
   if (!ws_.Project.InRange(sel.project)) return;
-  const Table& table = gridPage_->Grid()->table();
+  const Table& table = gridPage_->grid()->table();
   if (row < 1 || row > table.RowCount()) return;
   const ClickTarget target = zol::ClickedPlace(ws_.Project(sel.project), table, row, column);
   menuTarget_ = target;
@@ -278,7 +278,7 @@ void MainWindow::viewIn(Tab tab) {
 }
 
 void MainWindow::exportGrid() {
-  const Table& table = gridPage_->Grid()->table();
+  const Table& table = gridPage_->grid()->table();
   if (table.RowCount() == 0) {
     ws_.prompter().ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
     return;
@@ -295,7 +295,7 @@ void MainWindow::exportGrid() {
 }
 
 void MainWindow::viewGridInSpreadsheet() {
-  const Table& table = gridPage_->Grid()->table();
+  const Table& table = gridPage_->grid()->table();
   if (table.RowCount() == 0) {
     ws_.prompter().ShowMessage(kEmptyTableMessage, MessageKind::Exclamation);
     return;
@@ -314,7 +314,7 @@ void MainWindow::viewGridInSpreadsheet() {
 // --- Source ---
 
 void MainWindow::updateSourceView(const Selection& sel) {
-  UpdateTitle();
+  updateTitle();
   SourceBrowser* browser = sourcePane_->browser();
   const std::int32_t sessionId = sel.session.sessionIndex();
   const std::int32_t line = sel.line;
@@ -387,7 +387,7 @@ void MainWindow::onSourceFontChanged(const QString& family, int size) {
 // --- Flow ---
 
 void MainWindow::drawFlowPage() {
-  UpdateTitle();
+  updateTitle();
   const FlowOptions options = flowPane_->options();
   const Selection sel = selection_.get();
   FlowGraph graph;
@@ -413,7 +413,7 @@ void MainWindow::drawFlowPage() {
   }
   // The procedure the chart is about becomes the selected one.
   selection_.set(sel.at(graph.Module, graph.Procedure, sel.line));
-  UpdateTitle();
+  updateTitle();
   flowPane_->showChart(ws_, std::move(graph), sel.measure);
 }
 

@@ -42,7 +42,7 @@ OptionsDialog::OptionsDialog(const ViewSettings& settings, QWidget* parent)
   resize(460, 320);
 }
 
-ViewSettings OptionsDialog::Result() const {
+ViewSettings OptionsDialog::chosenSettings() const {
   ViewSettings o = settings_;
   o.colored = colored_->isChecked();
   QStringList lines = filters_->toPlainText().split('\n');

@@ -20,7 +20,7 @@ class OptionsDialog : public QDialog {
   OptionsDialog(const ViewSettings& settings, QWidget* parent = nullptr);
 
   // The settings with the user's changes.
-  ViewSettings Result() const;
+  ViewSettings chosenSettings() const;
 
  private:
   ViewSettings settings_;

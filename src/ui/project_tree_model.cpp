@@ -61,7 +61,7 @@ QModelIndex ProjectTreeModel::indexOfKey(const std::string& key) const {
   return createIndex(item.row, 0, static_cast<quintptr>(it->second));
 }
 
-std::string ProjectTreeModel::KeyOf(const QModelIndex& index) const {
+std::string ProjectTreeModel::keyOf(const QModelIndex& index) const {
   if (!index.isValid()) return {};
   return items_[static_cast<std::size_t>(index.internalId())].key;
 }

@@ -27,7 +27,7 @@ class ProjectTreeModel : public QAbstractItemModel {
   bool sync();
 
   QModelIndex indexOfKey(const std::string& key) const;
-  std::string KeyOf(const QModelIndex& index) const;
+  std::string keyOf(const QModelIndex& index) const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& child) const override;

@@ -37,7 +37,7 @@ void ProjectTreeView::mousePressEvent(QMouseEvent* event) {
 void ProjectTreeView::onCurrentChanged(const QModelIndex& current) {
   if (syncing_ || !current.isValid()) return;
   reportedByCurrentChange_ = true;
-  emit nodeClicked(QString::fromStdString(model_->KeyOf(current)));
+  emit nodeClicked(QString::fromStdString(model_->keyOf(current)));
 }
 
 void ProjectTreeView::onClicked(const QModelIndex& index) {
@@ -47,7 +47,7 @@ void ProjectTreeView::onClicked(const QModelIndex& index) {
     reportedByCurrentChange_ = false;
     return;
   }
-  if (!syncing_ && index.isValid()) emit nodeClicked(QString::fromStdString(model_->KeyOf(index)));
+  if (!syncing_ && index.isValid()) emit nodeClicked(QString::fromStdString(model_->keyOf(index)));
 }
 
 std::set<std::string> ProjectTreeView::expandedKeys() const {

@@ -31,7 +31,7 @@ QColor toQColor(PackedColour colour) {
 
 // --- Metrics ---
 
-QFont QtFlowTextMetrics::Font(double size, bool bold) const {
+QFont QtFlowTextMetrics::font(double size, bool bold) const {
   QFont font("Arial");
   font.setPixelSize(PixelSize(size));
   font.setBold(bold);
@@ -42,7 +42,7 @@ QFont QtFlowTextMetrics::Font(double size, bool bold) const {
 const QFontMetricsF& QtFlowTextMetrics::metricsOf(double size, bool bold) const {
   const auto key = std::make_pair(PixelSize(size), bold);
   auto it = cache_.find(key);
-  if (it == cache_.end()) it = cache_.emplace(key, QFontMetricsF(Font(size, bold))).first;
+  if (it == cache_.end()) it = cache_.emplace(key, QFontMetricsF(font(size, bold))).first;
   return it->second;
 }
 
@@ -123,7 +123,7 @@ void QtFlowCanvas::FillImageInside(std::string_view key, int x, int y, PackedCol
 
 void QtFlowCanvas::PaintTextLine(std::string_view line, double x, double top) {
   if (line.empty()) return;
-  painter_.setFont(qtMetrics_.Font(FontSize(), FontBold()));
+  painter_.setFont(qtMetrics_.font(FontSize(), FontBold()));
   painter_.setPen(toQColor(PenColour()));
   painter_.drawText(QPointF(x, top + qtMetrics_.Ascent(FontSize(), FontBold())), Q(line));
 }

@@ -28,7 +28,7 @@ class QtFlowTextMetrics : public FlowTextMetrics {
   double LineHeight(double size, bool bold) const override;
   double Ascent(double size, bool bold) const override;
 
-  QFont Font(double size, bool bold) const;
+  QFont font(double size, bool bold) const;
 
  private:
   const QFontMetricsF& metricsOf(double size, bool bold) const;

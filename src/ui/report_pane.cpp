@@ -67,7 +67,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   auto* steps = new QVBoxLayout(body);
 
   // Step 1: which sessions.
-  QGroupBox* step1 = Step("Step 1: Select sessions to report");
+  QGroupBox* step1 = step("Step 1: Select sessions to report");
   scope_ = new QComboBox(step1);
   scope_->setObjectName("reportScope");
   for (const char* text : kScopeTexts) scope_->addItem(tr(text));
@@ -75,7 +75,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   steps->addWidget(step1);
 
   // Step 2: which data.
-  QGroupBox* step2 = Step("Step 2: Select the type of data to report");
+  QGroupBox* step2 = step("Step 2: Select the type of data to report");
   auto* dataRow = new QHBoxLayout;
   for (int i = 0; i < 3; ++i) {
     data_[i] = new QToolButton(step2);
@@ -95,7 +95,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   steps->addWidget(step2);
 
   // Step 3: export or report.
-  QGroupBox* step3 = Step("Step 3: Select Excel export or HTML report");
+  QGroupBox* step3 = step("Step 3: Select Excel export or HTML report");
   reportType_ = new QButtonGroup(this);
   auto* exportButton = new QRadioButton(tr("Export raw data to Excel compatible format"), step3);
   auto* htmlButton = new QRadioButton(tr("Create detailed report in HTML format"), step3);
@@ -106,7 +106,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   steps->addWidget(step3);
 
   // Step 4: the export frame or the HTML frame.
-  QGroupBox* step4 = Step("Step 4: Fine tune report ");
+  QGroupBox* step4 = step("Step 4: Fine tune report ");
   frames_ = new QStackedWidget(step4);
   auto* exportFrame = new QWidget(frames_);
   auto* exportLayout = new QVBoxLayout(exportFrame);
@@ -171,7 +171,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   steps->addWidget(step4);
 
   // Step 5: where.
-  QGroupBox* step5 = Step("Step 5: Select Target Folder");
+  QGroupBox* step5 = step("Step 5: Select Target Folder");
   target_ = new QButtonGroup(this);
   for (int i = 0; i < 4; ++i) {
     auto* button = new QRadioButton(tr(kTargetTexts[i]), step5);
@@ -199,14 +199,14 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   steps->addWidget(step5);
 
   // Step 6: afterwards.
-  QGroupBox* step6 = Step("Step 6: Miscellaneous");
+  QGroupBox* step6 = step("Step 6: Miscellaneous");
   step6->layout()->addWidget(new QLabel(tr("After process:"), step6));
   open_ = new QCheckBox(tr("Open report"), step6);
   step6->layout()->addWidget(open_);
   steps->addWidget(step6);
 
   // Step 7: go.
-  QGroupBox* step7 = Step("Step 7: Generate");
+  QGroupBox* step7 = step("Step 7: Generate");
   go_ = new QPushButton(tr("GO!"), step7);
   go_->setObjectName("reportGo");
   QFont bold = go_->font();
@@ -221,7 +221,7 @@ ReportPane::ReportPane(Workspace& ws, QWidget* parent) : QWidget(parent), ws_(ws
   connectControls();
 }
 
-QGroupBox* ReportPane::Step(const char* caption) {
+QGroupBox* ReportPane::step(const char* caption) {
   auto* box = new QGroupBox(tr(caption), this);
   new QVBoxLayout(box);
   return box;

@@ -73,7 +73,7 @@ class ReportPane : public QWidget {
   QStackedWidget* fineTuneFrames() const { return frames_; }
 
  private:
-  QGroupBox* Step(const char* caption);
+  QGroupBox* step(const char* caption);
   void connectControls();
   void readControls();
 

@@ -19,7 +19,7 @@ class SessionListModel : public QAbstractTableModel {
   using QAbstractTableModel::QAbstractTableModel;
 
   void setRows(std::vector<SessionListRow> rows);
-  const std::vector<SessionListRow>& Rows() const { return rows_; }
+  const std::vector<SessionListRow>& rows() const { return rows_; }
   // The row of `key`, -1 if none.
   int rowOf(const std::string& key) const;
 

@@ -35,10 +35,10 @@ SessionListView::SessionListView(SessionListModel* model, QWidget* parent)
           [this](int logical) { emit sortRequested(logical + 1); });
 }
 
-std::string SessionListView::SelectedKey() const {
+std::string SessionListView::selectedKey() const {
   const QModelIndex current = currentIndex();
-  if (!current.isValid() || current.row() >= static_cast<int>(model_->Rows().size())) return {};
-  return model_->Rows()[static_cast<std::size_t>(current.row())].Key;
+  if (!current.isValid() || current.row() >= static_cast<int>(model_->rows().size())) return {};
+  return model_->rows()[static_cast<std::size_t>(current.row())].Key;
 }
 
 void SessionListView::selectKey(const std::string& key) {
@@ -75,7 +75,7 @@ void SessionListView::keyPressEvent(QKeyEvent* event) {
 }
 
 void SessionListView::popupMenu(const QPoint& globalPos) {
-  const QString key = QString::fromStdString(SelectedKey());
+  const QString key = QString::fromStdString(selectedKey());
   const bool hasRow = !key.isEmpty();
   const bool hasRows = model_->rowCount() > 0;
   QMenu menu(this);

@@ -19,7 +19,7 @@ class SessionListView : public QTreeView {
 
   SessionListModel* typedModel() const { return model_; }
   // The key of the selected row, empty for none.
-  std::string SelectedKey() const;
+  std::string selectedKey() const;
   void selectKey(const std::string& key);
   // Starts the edit of the selected row's name.
   void editSelectedName();

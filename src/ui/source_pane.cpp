@@ -315,7 +315,7 @@ QWidget* SourcePane::makeOptionStrip() {
   preview->setObjectName("previewSource");
   row->addWidget(print);
   row->addWidget(preview);
-  connect(print, &QPushButton::clicked, this, &SourcePane::Print);
+  connect(print, &QPushButton::clicked, this, &SourcePane::print);
   connect(preview, &QPushButton::clicked, this, &SourcePane::printPreview);
   return strip;
 }
@@ -341,7 +341,7 @@ void SourcePane::showFont(const std::string& family, std::int32_t size) {
   showing_ = false;
 }
 
-void SourcePane::Print() {
+void SourcePane::print() {
   QPrinter printer(QPrinter::HighResolution);
   QPrintDialog dialog(&printer, this);
   dialog.setWindowTitle(tr("Print the source page"));

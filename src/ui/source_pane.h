@@ -99,7 +99,7 @@ class SourcePane : public QWidget {
   // Sets the font choice without telling anybody.
   void showFont(const std::string& family, std::int32_t size);
 
-  void Print();
+  void print();
   void printPreview();
 
  signals:

@@ -52,7 +52,7 @@ TitleStripWidget::TitleStripWidget(QWidget* parent)
   Clear();
 }
 
-void TitleStripWidget::Show(const TitleStrip& strip) {
+void TitleStripWidget::showStrip(const TitleStrip& strip) {
   const TitleLabel* labels[] = {&strip.Group, &strip.Session, &strip.Module, &strip.Procedure};
   bool first = true;
   for (std::size_t i = 0; i < slots_.size(); ++i) {
@@ -69,7 +69,7 @@ void TitleStripWidget::Show(const TitleStrip& strip) {
 }
 
 void TitleStripWidget::Clear() {
-  Show(TitleStrip{});
+  showStrip(TitleStrip{});
 }
 
 void TitleStripWidget::updateAnalysis(std::int32_t displayInfoType) {

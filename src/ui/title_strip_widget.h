@@ -20,7 +20,7 @@ class TitleStripWidget : public QWidget {
  public:
   explicit TitleStripWidget(QWidget* parent = nullptr);
 
-  void Show(const TitleStrip& strip);
+  void showStrip(const TitleStrip& strip);
   void Clear();
   // "Color scheme:", a line break, "(based on ", the measure, ")".
   void updateAnalysis(std::int32_t displayInfoType);

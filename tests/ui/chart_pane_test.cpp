@@ -40,7 +40,7 @@ ChartDescription Bars(const std::vector<std::string>& names, std::size_t series 
 // The texts of the chart's scene that are drawn, as plain text.
 QSet<QString> VisibleTexts(ChartPane& pane) {
   QSet<QString> texts;
-  for (QGraphicsItem* item : pane.View()->scene()->items()) {
+  for (QGraphicsItem* item : pane.chartView()->scene()->items()) {
     auto* text = dynamic_cast<QGraphicsTextItem*>(item);
     if (text && text->isVisible()) texts.insert(text->toPlainText());
   }
@@ -55,7 +55,7 @@ struct ShownPane {
     QApplication::processEvents();
   }
   void Draw(const ChartDescription& d) {
-    pane.Draw(d);
+    pane.draw(d);
     testing::Pump(50);
   }
 };
@@ -114,7 +114,7 @@ TEST(ChartPane, EveryBarOfALongChartKeepsItsLabel) {
 TEST(ChartPane, EqualNamesStillGetABarEach) {
   ShownPane shown(QSize(800, 300));
   shown.Draw(Bars({"End If", "End If", "Next"}));
-  const QList<QAbstractAxis*> axes = shown.pane.View()->chart()->axes(Qt::Vertical);
+  const QList<QAbstractAxis*> axes = shown.pane.chartView()->chart()->axes(Qt::Vertical);
   ASSERT_EQ(axes.size(), 1);
   auto* names = qobject_cast<QBarCategoryAxis*>(axes.front());
   ASSERT_NE(names, nullptr);
@@ -138,7 +138,7 @@ TEST(ChartPane, PieSlicesHaveTheirOwnColoursAndAListedLegend) {
   double shares = 0;
   for (int r = 0; r < model->rowCount(); ++r) {
     colours.insert(model->entries()[static_cast<std::size_t>(r)].Colour.rgb());
-    shares += model->Share(r);
+    shares += model->share(r);
   }
   EXPECT_EQ(colours.size(), 21) << "two legend entries share a colour";
   EXPECT_NEAR(shares, 100.0, 1e-9);
@@ -148,17 +148,17 @@ TEST(ChartPane, PieSlicesHaveTheirOwnColoursAndAListedLegend) {
   EXPECT_EQ(model->index(other, ChartLegendModel::kValue).data().toString(), "40");
   EXPECT_EQ(model->index(other, ChartLegendModel::kShare).data().toString(), "16.0%");
   // All 21 entries can be reached: the list scrolls instead of cutting.
-  EXPECT_TRUE(shown.pane.Legend()->isVisible());
-  shown.pane.Legend()->scrollTo(model->index(other, 0));
-  EXPECT_TRUE(shown.pane.Legend()->viewport()->rect().intersects(
-      shown.pane.Legend()->visualRect(model->index(other, 0))));
+  EXPECT_TRUE(shown.pane.legend()->isVisible());
+  shown.pane.legend()->scrollTo(model->index(other, 0));
+  EXPECT_TRUE(shown.pane.legend()->viewport()->rect().intersects(
+      shown.pane.legend()->visualRect(model->index(other, 0))));
   // The "{Other}" slice is large enough to carry its share on itself.
   EXPECT_TRUE(VisibleTexts(shown.pane).contains("16.0%"));
 
   // Another draw leaves the model consistent, and a bar chart has no list.
   shown.Draw(Bars({"a", "b"}));
   EXPECT_EQ(model->rowCount(), 0);
-  EXPECT_FALSE(shown.pane.Legend()->isVisible());
+  EXPECT_FALSE(shown.pane.legend()->isVisible());
 }
 
 TEST(ChartPane, SliceColoursStayApartForManySlices) {

@@ -39,7 +39,7 @@ std::int32_t ProcedureNamed(const DemoWindow& w, const std::string& name) {
 TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const Table& t = grid->table();
   int row = 0;
   for (int r = 1; r <= t.RowCount(); ++r)
@@ -61,13 +61,13 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
   FlowPane* pane = w.window->flowPane();
   const std::int32_t asText = ProcedureNamed(w, "AsText");
   ASSERT_TRUE(pane->showsChart());
-  const FlowGraph& graph = pane->Chart()->graph();
+  const FlowGraph& graph = pane->chart()->graph();
   EXPECT_EQ(graph.Procedure, asText);
   EXPECT_EQ(w.window->selection().procedure, asText);
-  EXPECT_EQ(pane->Chart()->width(), pane->Chart()->chartLayout().Width);
+  EXPECT_EQ(pane->chart()->width(), pane->chart()->chartLayout().Width);
   // The selected procedure is in view.
-  const QRect selected = pane->Chart()->selectedNodeRect();
-  const QRect seen(-pane->Chart()->pos(), pane->scrollArea()->viewport()->size());
+  const QRect selected = pane->chart()->selectedNodeRect();
+  const QRect seen(-pane->chart()->pos(), pane->scrollArea()->viewport()->size());
   EXPECT_TRUE(seen.intersects(selected));
 
   // A click on a callee's node makes it the chart's procedure.
@@ -81,12 +81,12 @@ TEST(FlowTab, ViewInFlowDrawsTheProcedureOfTheRowAndANodeClickMovesTheChart) {
     }
   }
   ASSERT_NE(callee, 0);
-  QTest::mouseClick(pane->Chart(), Qt::LeftButton, {}, where);
-  ASSERT_TRUE(WaitFor([&] { return pane->Chart()->graph().Procedure == callee; }));
+  QTest::mouseClick(pane->chart(), Qt::LeftButton, {}, where);
+  ASSERT_TRUE(WaitFor([&] { return pane->chart()->graph().Procedure == callee; }));
   EXPECT_EQ(w.window->selection().procedure, callee);
-  EXPECT_EQ(w.window->Title()->texts()[3].toStdString(),
+  EXPECT_EQ(w.window->titleStrip()->texts()[3].toStdString(),
             w.ws->Project(w.window->selection().project).Procedure(callee).Name);
-  EXPECT_EQ(pane->Chart()->graph().Nodes(1).key, "D0P" + std::to_string(callee));
+  EXPECT_EQ(pane->chart()->graph().Nodes(1).key, "D0P" + std::to_string(callee));
 }
 
 TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
@@ -98,14 +98,14 @@ TEST(FlowTab, TheOptionStripRedrawsAndIsKeptInTheSettings) {
   ASSERT_NE(left, nullptr);
   EXPECT_EQ(left->itemText(0), "A: Automatic");
   left->setCurrentIndex(1);
-  EXPECT_EQ(pane->Chart()->graph().MinDepth, -1);
-  for (const FlowNode& n : pane->Chart()->graph().Nodes) EXPECT_GE(n.Depth, -1);
+  EXPECT_EQ(pane->chart()->graph().MinDepth, -1);
+  for (const FlowNode& n : pane->chart()->graph().Nodes) EXPECT_GE(n.Depth, -1);
   const std::string ini = GetIniFile(w.ws->appFolder);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "CallDepth0", "", ini), "1");
 
   auto* scheme = pane->findChild<QComboBox*>("flowColorScheme");
   scheme->setCurrentIndex(0);
-  EXPECT_EQ(pane->Chart()->chartLayout().DrawWidth, 1);
+  EXPECT_EQ(pane->chart()->chartLayout().DrawWidth, 1);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "ColorSchemeFlow", "", ini), "1");
 }
 

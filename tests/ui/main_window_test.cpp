@@ -56,12 +56,12 @@ QPoint CellCentre(GridView* grid, int row, int column) {
 
 TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"});
-  const TreeNodes& nodes = w.window->Tree().Nodes();
+  const TreeNodes& nodes = w.window->tree().Nodes();
   ASSERT_NE(nodes.Find("MERGE"), nullptr);
   ASSERT_NE(nodes.Find("COMPARE"), nullptr);
   EXPECT_TRUE(w.window->projectTreeView()->typedModel()->indexOfKey("MERGE").isValid());
   EXPECT_TRUE(w.window->projectTreeView()->typedModel()->indexOfKey("COMPARE").isValid());
-  const auto& rows = w.window->sessionList()->typedModel()->Rows();
+  const auto& rows = w.window->sessionList()->typedModel()->rows();
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_TRUE(rows[0].Checked);
   EXPECT_TRUE(rows[1].Checked);
@@ -72,13 +72,13 @@ TEST(MainWindow, TwoTickedSessionsOfferMergedAndComparedViews) {
   w.window->onSessionTicked(rows[1].Key, false);
   EXPECT_EQ(nodes.Find("MERGE"), nullptr);
   EXPECT_EQ(nodes.Find("COMPARE"), nullptr);
-  EXPECT_FALSE(w.window->sessionList()->typedModel()->Rows()[1].Checked);
+  EXPECT_FALSE(w.window->sessionList()->typedModel()->rows()[1].Checked);
 }
 
 TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->selectScopeTab(Tab::Modules);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const int row = FindRow(grid->table(), "Module", "CInvoice");
   ASSERT_GT(row, 0);
   QTest::mouseClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 1));
@@ -86,8 +86,8 @@ TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
   ASSERT_TRUE(WaitFor([&] { return ActiveTab(w) == 3; }));
   EXPECT_EQ(w.window->selection().module, 5);
   EXPECT_EQ(w.window->selection().procedure, 0);
-  EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
-  EXPECT_EQ(w.window->Title()->texts()[2], "CInvoice");
+  EXPECT_EQ(w.window->tree().Nodes().SelectedKey(), "S1M5");
+  EXPECT_EQ(w.window->titleStrip()->texts()[2], "CInvoice");
   const Table& procedures = grid->table();
   const int module = procedures.FindColumn("Module");
   for (int r = 1; r <= procedures.RowCount(); ++r) {
@@ -100,13 +100,13 @@ TEST(MainWindow, AClickOnAModuleRowShowsItsProcedures) {
 TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const int row = FindRow(grid->table(), "Procedure", "AddLine");
   ASSERT_GT(row, 0);
   QTest::mouseDClick(grid->viewport(), Qt::LeftButton, {}, CellCentre(grid, row, 2));
   ASSERT_TRUE(WaitFor([&] { return ActiveTab(w) == 5; }));
   EXPECT_EQ(w.window->selection().procedure, 21);
-  EXPECT_EQ(w.window->Title()->texts()[3], "AddLine");
+  EXPECT_EQ(w.window->titleStrip()->texts()[3], "AddLine");
   const QString page = w.window->sourcePane()->browser()->toPlainText();
   EXPECT_TRUE(page.contains("Public Sub AddLine(")) << page.left(200).toStdString();
   EXPECT_FALSE(page.contains("Public Sub Class_Initialize"));
@@ -120,7 +120,7 @@ TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
   EXPECT_EQ(ActiveTab(w), 3);
   EXPECT_EQ(w.window->selection().module, 5);
   EXPECT_EQ(w.window->selection().procedure, 0);
-  EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5");
+  EXPECT_EQ(w.window->tree().Nodes().SelectedKey(), "S1M5");
   QAction* forward = w.window->toolbar()->button("FWD");
   ASSERT_TRUE(forward->isEnabled());
   forward->trigger();
@@ -131,7 +131,7 @@ TEST(MainWindow, ADoubleClickOpensTheSourceAndBackReturns) {
 TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const int row = FindRow(grid->table(), "Procedure", "SubTotal");
   ASSERT_GT(row, 0);
   QTest::mouseClick(grid->viewport(), Qt::RightButton, {}, CellCentre(grid, row, 2));
@@ -144,7 +144,7 @@ TEST(MainWindow, ARightClickOpensTheMenuThatLeadsToTheSource) {
   menu->close();
   source->trigger();
   EXPECT_EQ(ActiveTab(w), 5);
-  EXPECT_EQ(w.window->Title()->texts()[3], "SubTotal");
+  EXPECT_EQ(w.window->titleStrip()->texts()[3], "SubTotal");
 }
 
 TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
@@ -156,12 +156,12 @@ TEST(MainWindow, ANameWithAColonIsRefusedWithTheExactMessage) {
   EXPECT_EQ(catcher.texts[0],
             "A session name can not contain any of the following characters:\n/\\<>*?|:\"");
   EXPECT_EQ(w.ws->Session(1).Name, "Monday");
-  EXPECT_EQ(model->Rows()[0].Columns[0], "Monday");
+  EXPECT_EQ(model->rows()[0].Columns[0], "Monday");
 
   // An accepted name reaches the list, the tree and the title.
   model->setData(model->index(0, 0), "Lundi", Qt::EditRole);
-  ASSERT_TRUE(WaitFor([&] { return model->Rows()[0].Columns[0] == "Lundi"; }));
-  EXPECT_EQ(w.window->Tree().Nodes().Find("S1")->Text.rfind("Lundi (", 0), 0u);
+  ASSERT_TRUE(WaitFor([&] { return model->rows()[0].Columns[0] == "Lundi"; }));
+  EXPECT_EQ(w.window->tree().Nodes().Find("S1")->Text.rfind("Lundi (", 0), 0u);
   EXPECT_TRUE(FileExist(w.demo.File("Lundi.pfd")));
   EXPECT_EQ(catcher.texts.size(), 1u);
 }
@@ -194,14 +194,14 @@ TEST(MainWindow, TheSourcePageIsShownInColourAndItsFileStaysAsWritten) {
 TEST(MainWindow, TheHeaderOfHeadersFollowsTheColumnsBothWays) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->selectScopeTab(Tab::Procedures);
-  SessionHeaderBar* bar = w.window->gridPage()->Headers();
+  SessionHeaderBar* bar = w.window->gridPage()->headers();
   ASSERT_TRUE(bar->isVisible());
   const FakeHeaders& h = bar->shown();
   ASSERT_EQ(h.SessionNames, (std::vector<std::string>{"Monday", "Tuesday"}));
   ASSERT_GT(h.NumberOfColumnsPerSession, 0);
   ASSERT_EQ(bar->count(), 3);
   EXPECT_EQ(bar->model()->headerData(1, Qt::Horizontal).toString(), "Monday");
-  QHeaderView* columns = w.window->gridPage()->Grid()->horizontalHeader();
+  QHeaderView* columns = w.window->gridPage()->grid()->horizontalHeader();
   auto runWidth = [&](int session) {
     int width = 0;
     for (int k = 0; k < h.NumberOfColumnsPerSession; ++k) {
@@ -246,13 +246,13 @@ TEST(MainWindow, DestroyingAllAsksFirst) {
   EXPECT_FALSE(FileExist(w.demo.File("Monday.pfd")));
   EXPECT_FALSE(FileExist(w.demo.File("Tuesday.pfd")));
   EXPECT_EQ(w.window->sessionList()->typedModel()->rowCount(), 0);
-  EXPECT_EQ(w.window->Tree().Nodes().Count(), 0u);
+  EXPECT_EQ(w.window->tree().Nodes().Count(), 0u);
 }
 
 TEST(MainWindow, RemovingTheSessionOnDisplayKeepsTheOtherTicked) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "S1");
   w.window->removeRow("K1");
-  const TreeNodes& nodes = w.window->Tree().Nodes();
+  const TreeNodes& nodes = w.window->tree().Nodes();
   EXPECT_EQ(nodes.Find("S1"), nullptr);
   ASSERT_NE(nodes.Find("S2"), nullptr);
   EXPECT_TRUE(w.ws->Session(2).Selected);
@@ -267,7 +267,7 @@ TEST(MainWindow, ModelsStayConsistentThroughTicksAndRemovals) {
                                       QAbstractItemModelTester::FailureReportingMode::Warning);
   QAbstractItemModelTester listTester(w.window->sessionList()->model(),
                                       QAbstractItemModelTester::FailureReportingMode::Warning);
-  QAbstractItemModelTester gridTester(w.window->gridPage()->Grid()->model(),
+  QAbstractItemModelTester gridTester(w.window->gridPage()->grid()->model(),
                                       QAbstractItemModelTester::FailureReportingMode::Warning);
   int warnings = 0;
   static int* counter = nullptr;

@@ -100,8 +100,8 @@ TEST_F(SessionLoading, TheWindowKeepsHandlingEventsWhileALoadRuns) {
   // The result is in place: loaded, in the tree, the log turned into a .pfd.
   ASSERT_TRUE(WaitFor([&] { return !window_->busy(); }));
   EXPECT_TRUE(ws_->Session(1).Loaded);
-  EXPECT_NE(window_->Tree().Nodes().Find("S1"), nullptr);
-  EXPECT_TRUE(window_->sessionList()->typedModel()->Rows()[0].Checked);
+  EXPECT_NE(window_->tree().Nodes().Find("S1"), nullptr);
+  EXPECT_TRUE(window_->sessionList()->typedModel()->rows()[0].Checked);
   EXPECT_FALSE(fs::exists(run_.log));
   EXPECT_EQ(ws_->Session(1).SessionFile, run_.log.substr(0, run_.log.size() - 1) + "d");
   EXPECT_TRUE(fs::exists(ws_->Session(1).SessionFile));
@@ -127,8 +127,8 @@ TEST_F(StoppedLoading, StopEndsTheLoadWithNothingHalfWrittenAndTheLogKept) {
   EXPECT_FALSE(ws_->Session(1).Loaded);
   EXPECT_EQ(ws_->Session(1).CodeLineValue.UBound(), 0);
   EXPECT_EQ(ws_->Session(1).SessionFile, run_.log);
-  EXPECT_EQ(window_->Tree().Nodes().Find("S1"), nullptr);
-  EXPECT_FALSE(window_->sessionList()->typedModel()->Rows()[0].Checked);
+  EXPECT_EQ(window_->tree().Nodes().Find("S1"), nullptr);
+  EXPECT_FALSE(window_->sessionList()->typedModel()->rows()[0].Checked);
   EXPECT_EQ(FilesIn(folder), before) << "a file was written or deleted";
   EXPECT_EQ(LoadFile(run_.log), log);
   EXPECT_TRUE(catcher.texts.empty()) << "a stop is not a fault: " << catcher.texts[0];

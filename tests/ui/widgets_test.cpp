@@ -148,8 +148,8 @@ TEST(ProjectTreeModel, FollowsTheTreeAndNeverPointsIntoAGoneBranch) {
   EXPECT_TRUE(model.sync());
   const QModelIndex procedure = model.indexOfKey("S1M5P21");
   ASSERT_TRUE(procedure.isValid());
-  EXPECT_EQ(model.KeyOf(procedure.parent()), "S1M5");
-  EXPECT_EQ(model.KeyOf(procedure.parent().parent()), "S1");
+  EXPECT_EQ(model.keyOf(procedure.parent()), "S1M5");
+  EXPECT_EQ(model.keyOf(procedure.parent().parent()), "S1");
   EXPECT_TRUE(model.data(procedure, Qt::DisplayRole).toString().startsWith("AddLine ("));
   EXPECT_TRUE(model.data(model.indexOfKey("S1"), Qt::FontRole).value<QFont>().bold());
   // A module with a critical procedure is written in red.
@@ -194,7 +194,7 @@ TEST(TitleStrip, ShowsWhatIsSelectedAndTheMeasureOfTheColours) {
   TitleStrip t;
   t.Session = {true, "Monday", "SESSION"};
   t.Module = {true, "CInvoice", "TYPE2"};
-  strip.Show(t);
+  strip.showStrip(t);
   EXPECT_EQ(strip.texts()[0], "");
   EXPECT_EQ(strip.texts()[1], "Monday");
   EXPECT_EQ(strip.texts()[2], "CInvoice");

@@ -44,7 +44,7 @@ TEST(WindowActions, DroppedFilesEnterTheListUnticked) {
   ASSERT_TRUE(enter.isAccepted());
   QDropEvent drop(QPointF(100, 100), Qt::CopyAction, mime, Qt::LeftButton, Qt::NoModifier);
   QApplication::sendEvent(w.window.get(), &drop);
-  const auto& rows = w.window->sessionList()->typedModel()->Rows();
+  const auto& rows = w.window->sessionList()->typedModel()->rows();
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_FALSE(rows[0].Checked);
   // Entering reads headers only: the logs are still there.
@@ -58,9 +58,9 @@ TEST(WindowActions, FilesLeftInTheSettingsAreTakenUpAndTicked) {
   VBWritePrivateProfileString("Profiler", "Session0", w.demo.File("Tuesday.pfl"), ini);
   SessionListModel* model = w.window->sessionList()->typedModel();
   ASSERT_TRUE(WaitFor([&] { return model->rowCount() == 1; }));
-  EXPECT_TRUE(model->Rows()[0].Checked);
+  EXPECT_TRUE(model->rows()[0].Checked);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "Session0", "?", ini), "");
-  EXPECT_NE(w.window->Tree().Nodes().Find("S1"), nullptr);
+  EXPECT_NE(w.window->tree().Nodes().Find("S1"), nullptr);
 }
 
 TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
@@ -74,7 +74,7 @@ TEST(WindowActions, TheMeasureButtonsAreOneChoiceAndRedrawTheView) {
   EXPECT_TRUE(bar->button("COVERAGE")->isChecked());
   EXPECT_FALSE(bar->button("TOTALTIME")->isChecked());
   EXPECT_EQ(w.window->lastDisplay(), "S1-3-1");
-  const Table& grid = w.window->gridPage()->Grid()->table();
+  const Table& grid = w.window->gridPage()->grid()->table();
   EXPECT_EQ(grid.FindColumn("Total Time"), 0);
   // Back to the total times, through the history.
   w.window->toolbar()->button("BACK")->trigger();
@@ -86,15 +86,15 @@ TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->selectScopeTab(Tab::Procedures);
   GridPage* page = w.window->gridPage();
-  EXPECT_EQ(page->Chart()->shown().ChartType, kChartTypeBar2d);
+  EXPECT_EQ(page->chart()->shown().ChartType, kChartTypeBar2d);
   page->findChild<QRadioButton*>("chartType2")->click();
-  EXPECT_EQ(page->Chart()->shown().ChartType, kChartTypePie2d);
+  EXPECT_EQ(page->chart()->shown().ChartType, kChartTypePie2d);
   page->findChild<QSpinBox*>("chartMaxItems")->setValue(5);
   // Five slices and the rest summed as "{Other}".
-  ASSERT_EQ(page->Chart()->shown().Items.size(), 6u);
-  EXPECT_EQ(page->Chart()->shown().Items.back().Name, "{Other}");
+  ASSERT_EQ(page->chart()->shown().Items.size(), 6u);
+  EXPECT_EQ(page->chart()->shown().Items.back().Name, "{Other}");
   page->findChild<QRadioButton*>("chartType0")->click();
-  EXPECT_FALSE(page->Chart()->isVisibleTo(page));
+  EXPECT_FALSE(page->chart()->isVisibleTo(page));
   const std::string ini = GetIniFile(w.ws->appFolder);
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "GraphType", "", ini), "0");
   EXPECT_EQ(VBGetPrivateProfileString("Profiler", "GraphMaxItems", "", ini), "5");
@@ -103,7 +103,7 @@ TEST(WindowActions, TheChartOptionsAreKeptAndRedrawTheChart) {
 TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const int hits = grid->table().FindColumn("Hits");
   ASSERT_GT(hits, 0);
   auto column = [&] {
@@ -131,7 +131,7 @@ TEST(WindowActions, AHeaderClickSortsAndASecondReverses) {
 TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   DemoWindow w({"Monday.pfl"}, "S1M5P21");
   w.window->selectScopeTab(Tab::Lines);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   auto timeOf = [&](const std::string& line) {
     const Table& t = grid->table();
     const int text = t.FindColumn("Line");
@@ -150,7 +150,7 @@ TEST(WindowActions, AppliedFiltersRedrawTheViewWithTheNewTimes) {
   EXPECT_EQ(yes.titles[0], "Apply Filters ?");
   // The same page, drawn anew from the filtered values.
   EXPECT_EQ(w.window->pageTabs()->currentIndex() + 1, 4);
-  EXPECT_EQ(w.window->Tree().Nodes().SelectedKey(), "S1M5P21");
+  EXPECT_EQ(w.window->tree().Nodes().SelectedKey(), "S1M5P21");
   const double after = timeOf("mLines.Add item");
   EXPECT_GE(after, 0.0);
   EXPECT_LT(after, before / 100);

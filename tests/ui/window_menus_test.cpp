@@ -82,7 +82,7 @@ TEST(WindowMenus, TheMenuBarHasTheUsualEntriesAndShortcuts) {
 TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
   DemoWindow w({"Monday.pfl"}, "S1M5");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const Table& t = grid->table();
   ASSERT_GT(t.RowCount(), 3);
   grid->selectionModel()->select(grid->model()->index(0, 0),
@@ -110,7 +110,7 @@ TEST(WindowMenus, RowsAreCopiedAsTabSeparatedText) {
 TEST(WindowMenus, TheSearchKeepsTheRowsThatHoldTheWords) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   QAbstractItemModelTester tester(grid->model(),
                                   QAbstractItemModelTester::FailureReportingMode::Fatal);
   const int all = grid->model()->rowCount();
@@ -169,7 +169,7 @@ TEST(WindowMenus, AnActionIsIgnoredWhileAnOperationRunsAndThenDoesItsOwnAct) {
   }
   Action(*w.window, "clearSessions")->trigger();
   EXPECT_EQ(rows(), 0);
-  EXPECT_EQ(w.window->Tree().Nodes().Count(), 0u);
+  EXPECT_EQ(w.window->tree().Nodes().Count(), 0u);
 }
 
 TEST(WindowMenus, TheHelpTellsWhereTheMergedNodesAre) {

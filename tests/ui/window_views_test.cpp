@@ -144,7 +144,7 @@ TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
   DemoWindow w({"Monday.pfl", "Tuesday.pfl"}, "COMPARE");
   w.window->resize(900, 700);
   w.window->selectScopeTab(Tab::Lines);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   WidenLastColumn(grid);
   QScrollBar* bar = grid->horizontalScrollBar();
   ASSERT_GT(bar->maximum(), 0) << "the compared lines fit the page";
@@ -159,7 +159,7 @@ TEST(WindowViews, ANewTableStartsAtItsLeftEdge) {
 TEST(WindowViews, TheHighlightFollowsItsItemThroughASort) {
   DemoWindow w({"Monday.pfl"}, "S1");
   w.window->selectScopeTab(Tab::Procedures);
-  GridView* grid = w.window->gridPage()->Grid();
+  GridView* grid = w.window->gridPage()->grid();
   const Table& t = grid->table();
   const int procedure = t.FindColumn("Procedure");
   ASSERT_GT(procedure, 0);
@@ -184,8 +184,8 @@ TEST(WindowViews, TheLeadingColumnsOfACompareGridStayWhileTheSessionsScroll) {
   w.window->resize(1000, 700);
   w.window->selectScopeTab(Tab::Lines);
   QApplication::processEvents();
-  GridView* grid = w.window->gridPage()->Grid();
-  SessionHeaderBar* bar = w.window->gridPage()->Headers();
+  GridView* grid = w.window->gridPage()->grid();
+  SessionHeaderBar* bar = w.window->gridPage()->headers();
   const FakeHeaders& h = bar->shown();
   ASSERT_EQ(h.FirstColumn, grid->frozenColumns());
   ASSERT_GE(h.FirstColumn, 3);
@@ -246,21 +246,21 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
   EXPECT_TRUE(show->isEnabled());
   EXPECT_FALSE(show->isChecked());
   EXPECT_FALSE(changedOnly->isEnabled());
-  const Table before = page->Grid()->table();
-  const FakeHeaders headersBefore = page->Headers()->shown();
+  const Table before = page->grid()->table();
+  const FakeHeaders headersBefore = page->headers()->shown();
   ASSERT_EQ(before.FindColumn("Diff."), 0);
 
   show->click();
   QApplication::processEvents();
-  const Table& t = page->Grid()->table();
+  const Table& t = page->grid()->table();
   ASSERT_EQ(t.ColumnAt(2).Header, "Procedure");
   const int diff = t.FindColumn("Diff.");
   ASSERT_GT(diff, 0);
   EXPECT_EQ(t.ColumnAt(diff + 1).Header, "Ratio");
   EXPECT_EQ(t.ColumnCount(), before.ColumnCount() + 2);
   EXPECT_EQ(t.RowCount(), before.RowCount());
-  EXPECT_EQ(page->Headers()->shown().RunColumns(1), headersBefore.NumberOfColumnsPerSession + 2);
-  EXPECT_EQ(page->Grid()->model()->columnCount(), t.ColumnCount());
+  EXPECT_EQ(page->headers()->shown().RunColumns(1), headersBefore.NumberOfColumnsPerSession + 2);
+  EXPECT_EQ(page->grid()->model()->columnCount(), t.ColumnCount());
   // Every change is coloured; the total row stays last.
   for (const Row& row : t.Rows()) {
     if (row.Text(diff).empty() || row.Key == kTotalKey) continue;
@@ -277,13 +277,13 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
   ASSERT_TRUE(changedOnly->isEnabled());
   changedOnly->click();
   QApplication::processEvents();
-  EXPECT_LE(page->Grid()->table().RowCount(), before.RowCount());
+  EXPECT_LE(page->grid()->table().RowCount(), before.RowCount());
 
   // Off again, the grid is the one built without the option.
   show->click();
   QApplication::processEvents();
   EXPECT_FALSE(changedOnly->isEnabled());
-  const Table& after = page->Grid()->table();
+  const Table& after = page->grid()->table();
   ASSERT_EQ(after.ColumnCount(), before.ColumnCount());
   ASSERT_EQ(after.RowCount(), before.RowCount());
   for (int r = 1; r <= after.RowCount(); ++r) {
@@ -292,7 +292,7 @@ TEST(WindowViews, ShowDifferencesAddsChangeColumnsToTheComparedGridAndTakesThemA
       EXPECT_EQ(after.RowAt(r).Text(c), before.RowAt(r).Text(c));
     }
   }
-  EXPECT_EQ(page->Headers()->shown(), headersBefore);
+  EXPECT_EQ(page->headers()->shown(), headersBefore);
 }
 
 }  // namespace
