@@ -166,6 +166,19 @@ void ClearValues(Session& s) {
 
 }  // namespace
 
+ReaderState ReaderState::Of(const Workspace& ws) {
+  return {ws.PerformanceFrequency, ws.TraceOverhead, ws.LinesNumber, ws.ProceduresNumber,
+          ws.ModulesNumber};
+}
+
+void ReaderState::PutInto(Workspace& ws) const {
+  ws.PerformanceFrequency = performanceFrequency;
+  ws.TraceOverhead = traceOverhead;
+  ws.LinesNumber = linesNumber;
+  ws.ProceduresNumber = proceduresNumber;
+  ws.ModulesNumber = modulesNumber;
+}
+
 SessionLoad BeginSessionLoad(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   SessionLoad load;
   load.cs = cs;
@@ -177,11 +190,7 @@ SessionLoad BeginSessionLoad(Workspace& ws, std::int32_t cs, ReplayKind kind) {
   load.projectCount = ws.nProject;
   load.appFolder = ws.appFolder;
   load.rtfPath = ws.RtfPath;
-  load.performanceFrequency = ws.PerformanceFrequency;
-  load.traceOverhead = ws.TraceOverhead;
-  load.linesNumber = ws.LinesNumber;
-  load.proceduresNumber = ws.ProceduresNumber;
-  load.modulesNumber = ws.ModulesNumber;
+  load.reader = ReaderState::Of(ws);
   return load;
 }
 
@@ -194,11 +203,7 @@ void RunSessionLoad(SessionLoad& load, Prompter& prompter,
   w.SetPrompter(std::make_shared<LoadPrompter>(prompter, stopRequested, w.abort));
   w.appFolder = load.appFolder;
   w.RtfPath = load.rtfPath;
-  w.PerformanceFrequency = load.performanceFrequency;
-  w.TraceOverhead = load.traceOverhead;
-  w.LinesNumber = load.linesNumber;
-  w.ProceduresNumber = load.proceduresNumber;
-  w.ModulesNumber = load.modulesNumber;
+  load.reader.PutInto(w);
   w.nSession = load.cs;
   w.SessionSlot(load.cs) = std::move(load.session);
   w.nProject = load.projectCount;
@@ -235,20 +240,12 @@ void RunSessionLoad(SessionLoad& load, Prompter& prompter,
 
   load.session = std::move(w.Session(load.cs));
   load.project = std::move(w.Project(load.projectIndex));
-  load.performanceFrequency = w.PerformanceFrequency;
-  load.traceOverhead = w.TraceOverhead;
-  load.linesNumber = w.LinesNumber;
-  load.proceduresNumber = w.ProceduresNumber;
-  load.modulesNumber = w.ModulesNumber;
+  load.reader = ReaderState::Of(w);
 }
 
 bool FinishSessionLoad(Workspace& ws, SessionLoad&& load) {
   ws.prompter().ShowProgress(false);
-  ws.PerformanceFrequency = load.performanceFrequency;
-  ws.TraceOverhead = load.traceOverhead;
-  ws.LinesNumber = load.linesNumber;
-  ws.ProceduresNumber = load.proceduresNumber;
-  ws.ModulesNumber = load.modulesNumber;
+  load.reader.PutInto(ws);
   // A project scanned by this load takes its place in the catalogue, whatever
   // became of the session: the next session of the project needs no scan.
   if (load.projectScanned && ws.Project.InRange(load.projectIndex)) {

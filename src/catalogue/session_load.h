@@ -33,6 +33,20 @@
 
 namespace zol {
 
+// What the log readers and the scanner keep in the workspace beside the
+// catalogue: the clock of the log read last and the counts of the project at
+// hand. A load takes them into a workspace of its own and brings them back.
+struct ReaderState {
+  double performanceFrequency = 0;
+  double traceOverhead = 0;
+  std::int32_t linesNumber = 0;
+  std::int32_t proceduresNumber = 0;
+  std::int32_t modulesNumber = 0;
+
+  static ReaderState Of(const Workspace& ws);
+  void PutInto(Workspace& ws) const;
+};
+
 struct SessionLoad {
   std::int32_t cs = 0;
   ReplayKind kind = ReplayKind::Fast;
@@ -62,11 +76,7 @@ struct SessionLoad {
   std::string logToDelete;
   // The clock of the log and the counts of the project, as a load leaves
   // them in the workspace.
-  double performanceFrequency = 0;
-  double traceOverhead = 0;
-  std::int32_t linesNumber = 0;
-  std::int32_t proceduresNumber = 0;
-  std::int32_t modulesNumber = 0;
+  ReaderState reader;
 };
 
 // The first step: what loading Session(cs) needs, copied. Makes the folder of
