@@ -139,20 +139,30 @@ bool InChild(Work work) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
+// The settings and scratch folders of the measured window sit beside the run.
+void UseAppFolderBeside(zol::Workspace& ws, const std::string& log) {
+  ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
+  fs::create_directories(ws.appFolder);
+  zol::ResetRtfPath(ws);
+}
+
+// The window's start: the log ticked, the node `key` selected, page `tab`.
+zol::StartOptions OpenAt(const std::string& log, std::string key, int tab) {
+  zol::StartOptions start;
+  start.files = {log};
+  start.selectKey = std::move(key);
+  start.tab = tab;
+  return start;
+}
+
 int MeasureSize(int argc, char** argv, const options& o, const std::string& log) {
   ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
   QApplication app(argc, argv);
   zol::installFontSubstitutions();
 
   zol::Workspace ws;
-  ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
-  fs::create_directories(ws.appFolder);
-  zol::ResetRtfPath(ws);
-
-  zol::StartOptions start;
-  start.files = {log};
-  start.selectKey = "S1";
-  start.tab = 3;
+  UseAppFolderBeside(ws, log);
+  const zol::StartOptions start = OpenAt(log, "S1", 3);
   const auto openStart = Clock::now();
   zol::MainWindow window(ws, start);
   window.resize(1400, 900);
@@ -228,14 +238,8 @@ int MeasureLongModule(int argc, char** argv, const options& o, const std::string
   zol::installFontSubstitutions();
 
   zol::Workspace ws;
-  ws.appFolder = (fs::path(log).parent_path().parent_path() / "app").string();
-  fs::create_directories(ws.appFolder);
-  zol::ResetRtfPath(ws);
-
-  zol::StartOptions start;
-  start.files = {log};
-  start.selectKey = "S1M1";
-  start.tab = 5;
+  UseAppFolderBeside(ws, log);
+  const zol::StartOptions start = OpenAt(log, "S1M1", 5);
   zol::MainWindow window(ws, start);
   window.resize(1400, 900);
   window.show();
