@@ -17,10 +17,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::FixtureRun;
-
-std::string Pfd(const std::string& log) {
-  return log.substr(0, log.size() - 1) + "d";
-}
+using testing::Pfd;
 
 std::string Kb(const std::string& file) {
   return std::to_string(fs::file_size(file) / 1024) + " Kb: " + file;

@@ -20,11 +20,8 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::FixtureRun;
+using testing::Pfd;
 using testing::ScopedTempDir;
-
-std::string Pfd(const std::string& log) {
-  return log.substr(0, log.size() - 1) + "d";
-}
 
 class LoadSessionTest : public ::testing::Test {
  protected:

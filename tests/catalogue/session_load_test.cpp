@@ -22,18 +22,10 @@ namespace zol {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::FilesIn;
 using testing::FixtureRun;
+using testing::Pfd;
 using testing::ScopedTempDir;
-
-std::string Pfd(const std::string& log) {
-  return log.substr(0, log.size() - 1) + "d";
-}
-
-std::set<std::string> FilesIn(const std::string& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().string());
-  return names;
-}
 
 class SessionLoadTest : public ::testing::Test {
  protected:

@@ -38,7 +38,7 @@ class ZolprofFixture : public ::testing::Test {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
-  static std::string Pfd(const std::string& log) { return log.substr(0, log.size() - 1) + "d"; }
+  static std::string Pfd(const std::string& log) { return testing::Pfd(log); }
   static std::string Q(const std::string& path) { return "'" + path + "'"; }
 
   // Stores both logs as .pfd files.

@@ -50,4 +50,16 @@ FixtureRun MakeFixtureRun(const std::string& root, std::uint32_t seed, const std
   return run;
 }
 
+std::string Pfd(const std::string& log) {
+  return log.substr(0, log.size() - 1) + "d";
+}
+
+std::set<std::string> FilesIn(const std::string& folder) {
+  std::set<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+    names.insert(entry.path().string());
+  }
+  return names;
+}
+
 }  // namespace zol::testing

@@ -7,6 +7,7 @@
 // project beside the log.
 
 #include <cstdint>
+#include <set>
 #include <string>
 
 #include "instrumenter.h"
@@ -37,5 +38,12 @@ FixtureRun MakeFixtureRun(const std::string& root, std::uint32_t seed, const std
 // Another run of the same scanned project into `logName` beside it.
 std::string WriteFixtureLog(const FixtureRun& run, const std::string& logName,
                             const SimulatedLogShape& shape);
+
+// The session file a load writes for `log`: the same name ending in ".pfd".
+std::string Pfd(const std::string& log);
+
+// The paths of the entries of `folder`, to see that nothing was written or
+// deleted there.
+std::set<std::string> FilesIn(const std::string& folder);
 
 }  // namespace zol::testing

@@ -24,13 +24,8 @@ namespace zol {
 namespace {
 
 namespace fs = std::filesystem;
+using testing::FilesIn;
 using testing::WaitFor;
-
-std::set<std::string> FilesIn(const std::string& folder) {
-  std::set<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder)) names.insert(entry.path().string());
-  return names;
-}
 
 // A run long enough (dozens of blocks of the log) for a load to be seen
 // under way, entered in a window but not ticked.
