@@ -43,21 +43,47 @@ void SortRows(std::vector<ChartRow>& rows, std::int32_t graphSortKey) {
   }
 }
 
-// The order of items 0..count-1 by rising key, items of equal keys in their
-// own order: what a stable sort by value gives, found on indices so that a
-// chart of the top items of a million lines moves no names.
+// Items of a chart by their key, equal keys in their own order: what a
+// stable sort by value gives, found on indices so that a chart of the top
+// items of a million lines moves no names.
 template <typename KeyOf>
-std::vector<std::size_t> OrderByValue(std::size_t count, KeyOf keyOf) {
+std::vector<std::pair<double, std::size_t>> KeyedItems(std::size_t count, KeyOf keyOf) {
   std::vector<std::pair<double, std::size_t>> keyed(count);
   for (std::size_t i = 0; i < count; ++i) keyed[i] = {keyOf(i), i};
-  std::sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
-    if (a.first < b.first) return true;
-    if (b.first < a.first) return false;
-    return a.second < b.second;
-  });
-  std::vector<std::size_t> order(count);
-  for (std::size_t i = 0; i < count; ++i) order[i] = keyed[i].second;
+  return keyed;
+}
+
+bool ComesBefore(const std::pair<double, std::size_t>& a, const std::pair<double, std::size_t>& b) {
+  if (a.first < b.first) return true;
+  if (b.first < a.first) return false;
+  return a.second < b.second;
+}
+
+std::vector<std::size_t> IndicesOf(std::vector<std::pair<double, std::size_t>>::const_iterator from,
+                                   std::vector<std::pair<double, std::size_t>>::const_iterator to) {
+  std::vector<std::size_t> order;
+  order.reserve(static_cast<std::size_t>(to - from));
+  for (; from != to; ++from) order.push_back(from->second);
   return order;
+}
+
+// The order of items 0..count-1 by rising key.
+template <typename KeyOf>
+std::vector<std::size_t> OrderByValue(std::size_t count, KeyOf keyOf) {
+  std::vector<std::pair<double, std::size_t>> keyed = KeyedItems(count, keyOf);
+  std::sort(keyed.begin(), keyed.end(), ComesBefore);
+  return IndicesOf(keyed.begin(), keyed.end());
+}
+
+// The last `kept` items of that order, in that order: only they are sorted,
+// the rest is merely split off from them.
+template <typename KeyOf>
+std::vector<std::size_t> TopByValue(std::size_t count, std::size_t kept, KeyOf keyOf) {
+  std::vector<std::pair<double, std::size_t>> keyed = KeyedItems(count, keyOf);
+  const auto firstKept = keyed.end() - static_cast<std::ptrdiff_t>(kept);
+  std::nth_element(keyed.begin(), firstKept, keyed.end(), ComesBefore);
+  std::sort(firstKept, keyed.end(), ComesBefore);
+  return IndicesOf(firstKept, keyed.end());
 }
 
 bool LimitApplies(const GraphOptions& o, Tab activeTab, std::size_t count) {
@@ -131,10 +157,9 @@ ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, Tab 
   std::vector<ChartRow> rows;
   bool inOrder = false;
   if (LimitApplies(o, activeTab, count)) {
-    const std::vector<std::size_t> order = OrderByValue(count, keyOf);
     const std::size_t kept = static_cast<std::size_t>(o.GraphMaxItems);
     rows.reserve(kept);
-    for (std::size_t i = count - kept; i < count; ++i) rows.push_back(arrays.BarItem(order[i]));
+    for (const std::size_t i : TopByValue(count, kept, keyOf)) rows.push_back(arrays.BarItem(i));
     inOrder = o.GraphSortKey == kGraphSortByValue;
   } else if (arrays.Packed()) {
     rows.reserve(count);

@@ -4,6 +4,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 #include <deque>
 #include <optional>
 #include <string>
@@ -57,7 +58,6 @@ int CompareNoCase(std::string_view a, std::string_view b) {
 // the rank of its text among the column's distinct texts.
 struct SortEntry {
   double key = 0;
-  std::uint32_t row = 0;
   Place place = Place::Normal;
   Kind kind = Kind::TextBefore;
 };
@@ -76,17 +76,49 @@ class TextRanks {
   }
 
   // The rank of each text added, by index: equal texts (case aside) share it.
+  // The texts are compared in lower case, which is the order CompareNoCase
+  // gives; each is lowered once, and its first eight letters, as one number,
+  // settle most comparisons of a column of many thousand names.
   std::vector<double> Ranks() const {
-    std::vector<std::uint32_t> order(texts_.size());
-    for (std::uint32_t i = 0; i < order.size(); ++i) order[i] = i;
-    std::sort(order.begin(), order.end(), [&](std::uint32_t a, std::uint32_t b) {
-      return CompareNoCase(texts_[a], texts_[b]) < 0;
-    });
+    struct Lowered {
+      std::uint64_t prefix;
+      std::uint32_t index;
+    };
+    std::string lowered;
+    std::vector<std::uint32_t> ends(texts_.size());
+    std::vector<Lowered> order(texts_.size());
+    for (std::uint32_t i = 0; i < texts_.size(); ++i) {
+      const std::size_t start = lowered.size();
+      for (const char c : texts_[i]) lowered.push_back(LowerCase1252(c));
+      ends[i] = static_cast<std::uint32_t>(lowered.size());
+      std::uint64_t prefix = 0;
+      for (std::size_t k = 0; k < 8; ++k) {
+        const std::size_t at = start + k;
+        prefix =
+            (prefix << 8) | (at < lowered.size() ? static_cast<unsigned char>(lowered[at]) : 0);
+      }
+      order[i] = {prefix, i};
+    }
+    const auto textOf = [&](std::uint32_t i) {
+      const std::uint32_t start = i == 0 ? 0 : ends[i - 1];
+      return std::string_view(lowered).substr(start, ends[i] - start);
+    };
+    // Bytes compare as unsigned, as CompareNoCase compares them.
+    const auto compare = [&](const Lowered& a, const Lowered& b) {
+      if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
+      const std::string_view x = textOf(a.index);
+      const std::string_view y = textOf(b.index);
+      const int c = std::memcmp(x.data(), y.data(), std::min(x.size(), y.size()));
+      if (c != 0) return c;
+      return x.size() == y.size() ? 0 : (x.size() < y.size() ? -1 : 1);
+    };
+    std::sort(order.begin(), order.end(),
+              [&](const Lowered& a, const Lowered& b) { return compare(a, b) < 0; });
     std::vector<double> rank(texts_.size());
     double current = 0;
     for (std::size_t k = 0; k < order.size(); ++k) {
-      if (k > 0 && CompareNoCase(texts_[order[k - 1]], texts_[order[k]]) != 0) ++current;
-      rank[order[k]] = current;
+      if (k > 0 && compare(order[k - 1], order[k]) != 0) ++current;
+      rank[order[k].index] = current;
     }
     return rank;
   }
@@ -134,10 +166,9 @@ bool IsShownNumber(const CellData& cell) {
 // a text cell. Counts, times and shares give their number without their text
 // being made; texts made for the rare cell that sorts by its text are kept
 // in `made`.
-SortEntry EntryOf(const Table& table, std::uint32_t stored, std::uint32_t index, int column,
-                  bool numeric, std::string_view& text, std::deque<std::string>& made) {
+SortEntry EntryOf(const Table& table, std::uint32_t stored, int column, bool numeric,
+                  std::string_view& text, std::deque<std::string>& made) {
   SortEntry e;
-  e.row = index;
   if (table.StoredCell(stored, 1).Bold) {
     e.place = Place::Total;
     return e;
@@ -182,56 +213,64 @@ std::uint64_t OrderedBits(double key, bool ascending) {
   return ascending ? ordered : ~ordered;
 }
 
-// The entries in sorted order: by place (normal, dead, total), normal ones
-// by kind (texts before the numbers, numbers, texts after; the other way
-// round when descending) and then by key, equal keys in the rows' order. A
-// stable radix sort on the key's bits within each group gives that order in
-// a few passes over the entries, however many there are.
-std::vector<SortEntry> SortedEntries(const std::vector<SortEntry>& entries, bool ascending) {
-  const auto groupOf = [ascending](const SortEntry& e) -> int {
-    if (e.place != Place::Normal) return 2 + static_cast<int>(e.place);
-    const int kind = static_cast<int>(e.kind);
+// The places of the entries in sorted order: by place (normal, dead,
+// total), normal ones by kind (texts before the numbers, numbers, texts
+// after; the other way round when descending) and then by key, equal keys in
+// the rows' order. A stable radix sort gives that order in a few passes over
+// the entries however many there are: the key's bits eleven at a time from
+// the lowest, then the group as the highest digit. The counts of every digit
+// are taken in one pass first, and a digit that all entries share moves
+// nothing.
+std::vector<std::uint32_t> SortedPlaces(const std::vector<SortEntry>& entries, bool ascending) {
+  const auto groupOf = [ascending](const SortEntry& e) -> std::uint32_t {
+    if (e.place != Place::Normal) return 2 + static_cast<std::uint32_t>(e.place);
+    const auto kind = static_cast<std::uint32_t>(e.kind);
     return ascending ? kind : 2 - kind;
   };
-  constexpr int kGroups = 5;
-  std::size_t counts[kGroups + 1] = {};
-  for (const SortEntry& e : entries) ++counts[groupOf(e) + 1];
-  for (int g = 1; g <= kGroups; ++g) counts[g] += counts[g - 1];
-  // Group by group, each in the rows' order; their keys beside them.
   struct Keyed {
     std::uint64_t bits;
-    std::uint32_t index;
+    std::uint32_t place;
+    std::uint32_t group;
   };
-  std::vector<Keyed> keyed(entries.size());
-  {
-    std::size_t next[kGroups];
-    std::copy_n(counts, kGroups, next);
-    for (std::uint32_t i = 0; i < entries.size(); ++i) {
-      const int g = groupOf(entries[i]);
-      keyed[next[g]++] = {g < 3 ? OrderedBits(entries[i].key, ascending) : 0, i};
+  constexpr int kDigitBits = 11;
+  constexpr int kDigits = (64 + kDigitBits - 1) / kDigitBits;
+  constexpr std::size_t kBuckets = std::size_t{1} << kDigitBits;
+  constexpr std::uint64_t kDigitMask = kBuckets - 1;
+  constexpr int kGroups = 5;
+  const std::size_t n = entries.size();
+  std::vector<Keyed> keyed(n);
+  std::vector<std::size_t> counts(kDigits * kBuckets);
+  std::size_t groupCounts[kGroups] = {};
+  for (std::uint32_t i = 0; i < n; ++i) {
+    const std::uint32_t g = groupOf(entries[i]);
+    const std::uint64_t bits = g < 3 ? OrderedBits(entries[i].key, ascending) : 0;
+    keyed[i] = {bits, i, g};
+    for (int d = 0; d < kDigits; ++d) {
+      ++counts[d * kBuckets + ((bits >> (d * kDigitBits)) & kDigitMask)];
     }
+    ++groupCounts[g];
   }
-  std::vector<Keyed> buffer(entries.size());
-  for (int g = 0; g < 3; ++g) {
-    Keyed* const home = keyed.data() + counts[g];
-    Keyed* from = home;
-    Keyed* to = buffer.data() + counts[g];
-    const std::size_t n = counts[g + 1] - counts[g];
-    for (int shift = 0; shift < 64 && n > 1; shift += 8) {
-      std::size_t bucket[257] = {};
-      for (std::size_t k = 0; k < n; ++k) ++bucket[((from[k].bits >> shift) & 0xFF) + 1];
-      // A pass in which every key has the same byte moves nothing.
-      if (std::find(bucket + 1, bucket + 257, n) != bucket + 257) continue;
-      for (int b = 1; b <= 256; ++b) bucket[b] += bucket[b - 1];
-      for (std::size_t k = 0; k < n; ++k) to[bucket[(from[k].bits >> shift) & 0xFF]++] = from[k];
-      std::swap(from, to);
-    }
-    if (from != home) std::copy_n(from, n, home);
+  std::vector<Keyed> buffer(n);
+  const auto scatter = [&](std::size_t* start, auto digitOf) {
+    std::size_t sum = 0;
+    for (std::size_t b = 0; b < kBuckets; ++b) sum += std::exchange(start[b], sum);
+    for (const Keyed& k : keyed) buffer[start[digitOf(k)]++] = k;
+    keyed.swap(buffer);
+  };
+  for (int d = 0; d < kDigits; ++d) {
+    std::size_t* const start = counts.data() + d * kBuckets;
+    if (std::find(start, start + kBuckets, n) != start + kBuckets) continue;
+    const int shift = d * kDigitBits;
+    scatter(start, [shift](const Keyed& k) { return (k.bits >> shift) & kDigitMask; });
   }
-  std::vector<SortEntry> sorted;
-  sorted.reserve(entries.size());
-  for (const Keyed& k : keyed) sorted.push_back(entries[k.index]);
-  return sorted;
+  if (std::find(groupCounts, groupCounts + kGroups, n) == groupCounts + kGroups) {
+    std::size_t start[kBuckets] = {};
+    std::copy_n(groupCounts, kGroups, start);
+    scatter(start, [](const Keyed& k) { return k.group; });
+  }
+  std::vector<std::uint32_t> places(n);
+  for (std::size_t k = 0; k < n; ++k) places[k] = keyed[k].place;
+  return places;
 }
 
 void Recolor(Table& table, int lastColumn, int column) {
@@ -269,7 +308,7 @@ void OrderRows(Table& table, int column, std::int32_t order) {
   for (std::uint32_t stored = 0; stored < shown.size(); ++stored) {
     std::string_view text;
     const std::uint32_t place = placeOf[stored];
-    const SortEntry e = EntryOf(table, stored, place, column, numeric, text, made);
+    const SortEntry e = EntryOf(table, stored, column, numeric, text, made);
     if (e.place == Place::Normal && e.kind != Kind::Number) {
       const CellData& cell = table.StoredCell(stored, column);
       const bool same = lastText != nullptr && cell.Kind == CellKind::Text &&
@@ -292,16 +331,14 @@ void OrderRows(Table& table, int column, std::int32_t order) {
     }
   }
   // Equal keys keep the rows' order, whichever way the sort goes.
-  entries = SortedEntries(entries, order == kSortAscending);
+  std::vector<std::uint32_t> sorted = SortedPlaces(entries, order == kSortAscending);
 
   // Only the order of the rows changes, never the rows themselves.
   const int selectedBefore = table.SelectedRow;
-  std::vector<std::uint32_t> sorted(entries.size());
-  for (std::size_t k = 0; k < entries.size(); ++k) {
-    if (static_cast<int>(entries[k].row) + 1 == selectedBefore) {
+  for (std::size_t k = 0; k < sorted.size(); ++k) {
+    if (static_cast<int>(sorted[k]) + 1 == selectedBefore)
       table.SelectedRow = static_cast<int>(k) + 1;
-    }
-    sorted[k] = shown[entries[k].row];
+    sorted[k] = shown[sorted[k]];
   }
   table.SetOrder(std::move(sorted));
 }

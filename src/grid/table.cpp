@@ -63,7 +63,7 @@ std::int32_t RowRef::Tag() const {
 
 void Table::ClearRows() {
   rows_.clear();
-  cells_.clear();
+  for (std::vector<CellData>& column : cells_) column.clear();
   order_.clear();
   pool_.clear();
   Sorted = false;
@@ -72,24 +72,17 @@ void Table::ClearRows() {
 
 void Table::Clear() {
   ClearRows();
+  cells_.clear();
   columns_.clear();
   positions_.clear();
 }
 
 int Table::AddColumn(std::string header, Alignment align, std::int32_t width) {
-  const std::size_t before = columns_.size();
   columns_.push_back({std::move(header), align, width});
   const int index = ColumnCount();
   positions_.push_back(index);
-  if (!rows_.empty()) {
-    // Rows already there get an empty cell in the new column.
-    std::vector<CellData> cells(rows_.size() * columns_.size());
-    for (std::size_t r = 0; r < rows_.size(); ++r) {
-      std::copy_n(cells_.begin() + static_cast<std::ptrdiff_t>(r * before), before,
-                  cells.begin() + static_cast<std::ptrdiff_t>(r * columns_.size()));
-    }
-    cells_ = std::move(cells);
-  }
+  // Rows already there get an empty cell in the new column.
+  cells_.emplace_back(rows_.size());
   return index;
 }
 
@@ -142,7 +135,7 @@ RowRef Table::AddRow(std::string_view key, std::string_view text, std::string_vi
   if (columns_.empty()) throw std::logic_error("a row added to a table without columns");
   const auto stored = static_cast<std::uint32_t>(rows_.size());
   rows_.push_back({AddText(key), AddText(icon), 0});
-  cells_.resize(cells_.size() + columns_.size());
+  for (std::vector<CellData>& column : cells_) column.emplace_back();
   order_.push_back(stored);
   RowRef row(*this, stored);
   row.SetText(1, text);
@@ -152,7 +145,7 @@ RowRef Table::AddRow(std::string_view key, std::string_view text, std::string_vi
 void Table::Reserve(std::size_t rows, std::size_t textBytes) {
   rows_.reserve(rows);
   order_.reserve(rows);
-  cells_.reserve(rows * columns_.size());
+  for (std::vector<CellData>& column : cells_) column.reserve(rows);
   pool_.reserve(pool_.size() + textBytes);
 }
 

@@ -132,11 +132,14 @@ TEST(GridSort, BarsSortByLengthAndEmptyCellsBeforeNumbersWhenAscending) {
 
 // The sort ranks each distinct text once and orders rows by numbers; a plain
 // stable sort that compares the cells themselves must give the same rows, on
-// columns mixing texts that differ only in case, texts before and after "0",
-// numbers, percentages, dead cells and equal keys, in both directions.
+// columns mixing texts that differ only in case (also past their eighth
+// letter), texts before and after "0", numbers, percentages, dead cells and
+// equal keys, in both directions.
 TEST(GridSort, RankedKeysAgreeWithComparingTheCells) {
-  const V pool{"alpha", "Alpha", "ALPHA", "beta", "-",  "!x",    "zeta", "0",    "00",
-               "",      "12",    "3.5",   "50%",  "  ", "2.00x", "\xE9", "\xC9", "7"};
+  const V pool{"alpha", "Alpha", "ALPHA", "beta", "-", "!x", "zeta", "0", "00", "", "12", "3.5",
+               "50%", "  ", "2.00x", "\xE9", "\xC9", "7",
+               // Longer than eight letters, alike in their first eight.
+               "alphabetical", "AlphabetiCAL", "alphabet", "alphabet\xC9x", "alphabet\xE9"};
   for (const std::string header : {"Hits", "Module"}) {
     for (std::uint32_t seed = 1; seed <= 40; ++seed) {
       std::vector<std::string> cells;
