@@ -100,12 +100,15 @@ class ColumnWidth {
 
 void FitColumnWidths(Table& table) {
   const int columns = table.ColumnCount();
-  std::vector<ColumnWidth> widths(static_cast<std::size_t>(columns));
-  for (const std::uint32_t stored : table.Order()) {
-    for (int c = 1; c <= columns; ++c) widths[c - 1].Add(table, table.StoredCell(stored, c));
-  }
+  const auto rows = static_cast<std::uint32_t>(table.RowCount());
+  // Column by column, rows as they are stored: the widest text doesn't
+  // depend on the order shown, and a column's cells lie side by side.
   for (int c = 1; c <= columns; ++c) {
-    const std::size_t w = std::max(table.ColumnAt(c).Header.size(), widths[c - 1].Widest(table));
+    ColumnWidth width;
+    for (std::uint32_t stored = 0; stored < rows; ++stored) {
+      width.Add(table, table.StoredCell(stored, c));
+    }
+    const std::size_t w = std::max(table.ColumnAt(c).Header.size(), width.Widest(table));
     table.ColumnAt(c).Width = static_cast<std::int32_t>(w);
   }
 }
@@ -243,8 +246,10 @@ void SetShare(const Table& table, RowRef row, int column, const CellData& value,
 
 void FillShares(Table& table, std::initializer_list<int> shares, std::initializer_list<int> values,
                 std::initializer_list<double> totals) {
-  for (int r = 1; r <= table.RowCount(); ++r) {
-    RowRef row = table.EditRow(r);
+  // Rows as they are stored: each row's shares are its own.
+  const auto rows = static_cast<std::uint32_t>(table.RowCount());
+  for (std::uint32_t stored = 0; stored < rows; ++stored) {
+    RowRef row(table, stored);
     if (row.CellAt(*shares.begin()).Kind != CellKind::Empty) continue;  // a dead row's blanks
     auto value = values.begin();
     auto total = totals.begin();

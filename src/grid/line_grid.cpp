@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -76,10 +77,17 @@ class LineProgress {
   LineProgress(Prompter& prompter, std::int32_t linesNumber)
       : prompter_(prompter),
         linesNumber_(linesNumber),
-        step_(MaxLong2(1, static_cast<std::int32_t>(RoundHalfEven(linesNumber / 20.0)))) {}
+        step_(linesNumber < 10
+                  ? 1
+                  : MaxLong2(1, static_cast<std::int32_t>(RoundHalfEven(linesNumber / 20.0)))),
+        untilNext_(step_) {}
 
+  // Called for line 1, 2, ... in turn; reports lines step_, 2 * step_, ...
+  // (a count down spares a division on each of a million lines).
   void Line(std::int32_t i) {
-    if (linesNumber_ < 10 || i % step_ == 0) prompter_.SetProgressValue(i);
+    if (--untilNext_ > 0) return;
+    prompter_.SetProgressValue(i);
+    untilNext_ = step_;
   }
   void Mark(double fraction) {
     prompter_.SetProgressValue(static_cast<long>(linesNumber_ * fraction));
@@ -89,6 +97,7 @@ class LineProgress {
   Prompter& prompter_;
   std::int32_t linesNumber_;
   std::int32_t step_;
+  std::int32_t untilNext_;
 };
 
 // The names of a procedure's lines, kept once in the table: its module's, its
@@ -125,6 +134,32 @@ class ProcedureTextCache {
   const Project& project_;
   std::vector<ProcedureTexts> texts_;
 };
+
+// The chart's items, one for each row: the line's ID and text as its name.
+ChartArrays PackLineChart(const Project& project, const Session& session,
+                          const std::vector<std::int32_t>& shownLines, std::int32_t dit,
+                          std::int32_t numberOfZeros, std::size_t lineTexts) {
+  const bool timing = dit != 4;
+  ChartArrays chart;
+  chart.PackedNameEnds.reserve(shownLines.size());
+  chart.PackedBar.reserve(shownLines.size());
+  chart.PackedPie.reserve(shownLines.size());
+  chart.PackedNames.reserve(shownLines.size() * (static_cast<std::size_t>(numberOfZeros) + 2) +
+                            lineTexts);
+  for (const std::int32_t i : shownLines) {
+    const CodeLine& line = project.CodeLine(i);
+    const CodeLineValue& v = session.CodeLineValue(i);
+    const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
+    chart.AddPacked(
+        [&](std::string& names) { AppendLineChartName(names, i, numberOfZeros, line.Text); }, value,
+        timing ? 1000000 * value : value);
+  }
+  return chart;
+}
+
+// A table of this many rows packs its chart on a thread of its own while
+// the rows are filled: the two only read the session.
+constexpr std::size_t kRowsToPackAside = 20000;
 
 struct LineTotals {
   double hits = 0;
@@ -243,12 +278,9 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
   std::size_t lineTexts = 0;
   for (const std::int32_t i : shownLines) lineTexts += project.CodeLine(i).Text.size();
   t.Reserve(shownLines.size() + 1, lineTexts);
-  ChartArrays& chart = build.Arrays;
-  chart.PackedNameEnds.reserve(shownLines.size());
-  chart.PackedBar.reserve(shownLines.size());
-  chart.PackedPie.reserve(shownLines.size());
-  chart.PackedNames.reserve(shownLines.size() * (static_cast<std::size_t>(numberOfZeros) + 2) +
-                            lineTexts);
+  std::future<ChartArrays> chartPacking = std::async(
+      shownLines.size() >= kRowsToPackAside ? std::launch::async : std::launch::deferred,
+      [&] { return PackLineChart(project, session, shownLines, dit, numberOfZeros, lineTexts); });
   LineTotals totals;
   ProcedureTextCache procedureTexts(t, ws, project);
   auto next = shownLines.begin();
@@ -258,10 +290,6 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
     ++next;
     const CodeLine& line = project.CodeLine(i);
     const CodeLineValue& v = session.CodeLineValue(i);
-    const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
-    chart.AddPacked(
-        [&](std::string& names) { AppendLineChartName(names, i, numberOfZeros, line.Text); }, value,
-        timing ? 1000000 * value : value);
 
     // A line's procedure always exists: ShouldDisplayLine leaves out the
     // others. Its names are kept once in the table for all of its lines.
@@ -302,6 +330,8 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
   SortTable(t, sort, sortColumn, kSortDescending);
   t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
 
+  ChartArrays& chart = build.Arrays;
+  chart = chartPacking.get();
   if (!chart.HasBarItems()) {
     build.Chart = ChartUpdate::Reset;
   } else {
