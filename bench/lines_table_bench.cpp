@@ -17,6 +17,7 @@
 #include <random>
 #include <string>
 
+#include "base/heap_tuning.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_sort.h"
 #include "support/session_builder.h"
@@ -82,6 +83,8 @@ std::int32_t MakeSession(zol::Workspace& ws, int lines) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The heap as the programs set it up.
+  zol::KeepLargeBlocksInHeap();
   const options o = ParseOptions(argc, argv);
   zol::Workspace ws(std::make_shared<zol::SilentPrompter>());
   const std::int32_t cs = MakeSession(ws, o.lines);

@@ -41,6 +41,7 @@
 #include <string>
 #include <vector>
 
+#include "base/heap_tuning.h"
 #include "big_run.h"
 #include "grid/table.h"
 #include "project/project_info.h"
@@ -272,6 +273,8 @@ int MeasureLongModule(int argc, char** argv, const options& o, const std::string
 }  // namespace
 
 int main(int argc, char** argv) {
+  // The heap as the desktop program sets it up.
+  zol::KeepLargeBlocksInHeap();
   options o = ParseOptions(argc, argv);
   bool ok = true;
   for (const int size : o.sizes) {

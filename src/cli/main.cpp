@@ -8,10 +8,12 @@
 #include <CLI/CLI.hpp>
 
 #include "base/files.h"
+#include "base/heap_tuning.h"
 #include "base/version.h"
 #include "cli/command_registry.h"
 
 int main(int argc, char** argv) {
+  zol::KeepLargeBlocksInHeap();
   CLI::App app{std::string(zol::kAppTitle) + " " + zol::kAppVersion +
                    ": command-line results browser for VB6 profiling runs",
                "zolprof"};

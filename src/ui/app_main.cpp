@@ -10,6 +10,7 @@
 #include <optional>
 
 #include "base/app_paths.h"
+#include "base/heap_tuning.h"
 #include "base/version.h"
 #include "errcapture/fatal_signal.h"
 #include "errcapture/trace.h"
@@ -68,6 +69,7 @@ CommandLine parseCommandLine(const QApplication& app) {
 }  // namespace
 
 int runProfiler(int argc, char** argv) {
+  KeepLargeBlocksInHeap();
   QApplication app(argc, argv);
   QApplication::setApplicationName(kAppTitle);
   QApplication::setApplicationVersion(kAppVersion);
