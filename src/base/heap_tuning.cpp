@@ -1,5 +1,6 @@
 #include "base/heap_tuning.h"
 
+#include <cstdlib>  // defines __GLIBC__ on the GNU C library
 #if defined(__GLIBC__)
 #include <malloc.h>
 #endif
