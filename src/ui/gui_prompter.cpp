@@ -73,6 +73,10 @@ DontShowReply GuiPrompter::AskDontShowAgain(const std::string& title, const std:
 
 void GuiPrompter::ShowProgress(bool visible) {
   if (!status_) return;
+  // Work that shows a bar is given a while before the first repaint: most
+  // of it (a table built on a switch of tab) is done before then, and its
+  // page is painted once, finished, instead of also half-way.
+  if (visible && !status_->progressBar()->isVisible()) sincePump_.restart();
   status_->ShowProgress(visible);
   if (!visible) status_->progressBar()->setValue(0);
 }
@@ -90,7 +94,7 @@ void GuiPrompter::SetProgressMax(long max) {
 void GuiPrompter::SetProgressValue(long value) {
   if (!status_) return;
   QProgressBar* bar = status_->progressBar();
-  if (!bar->isVisible() && value > 0) status_->ShowProgress(true);
+  if (!bar->isVisible() && value > 0) ShowProgress(true);
   bar->setValue(std::min(Clamp(value), bar->maximum()));
   pumpPaintsNowAndThen();
 }
