@@ -100,15 +100,14 @@ class ColumnWidth {
 
 void FitColumnWidths(Table& table) {
   const int columns = table.ColumnCount();
+  std::vector<ColumnWidth> widths(static_cast<std::size_t>(columns));
+  // Rows as they are stored: the widest text doesn't depend on the order shown.
   const auto rows = static_cast<std::uint32_t>(table.RowCount());
-  // Column by column, rows as they are stored: the widest text doesn't
-  // depend on the order shown, and a column's cells lie side by side.
+  for (std::uint32_t stored = 0; stored < rows; ++stored) {
+    for (int c = 1; c <= columns; ++c) widths[c - 1].Add(table, table.StoredCell(stored, c));
+  }
   for (int c = 1; c <= columns; ++c) {
-    ColumnWidth width;
-    for (std::uint32_t stored = 0; stored < rows; ++stored) {
-      width.Add(table, table.StoredCell(stored, c));
-    }
-    const std::size_t w = std::max(table.ColumnAt(c).Header.size(), width.Widest(table));
+    const std::size_t w = std::max(table.ColumnAt(c).Header.size(), widths[c - 1].Widest(table));
     table.ColumnAt(c).Width = static_cast<std::int32_t>(w);
   }
 }

@@ -166,10 +166,21 @@ struct LineTotals {
   double time = 0;
 };
 
-void FillLineValues(RowRef row, const CodeLine& line, const CodeLineValue& v, std::int32_t dit,
-                    int bars, LineTotals& totals) {
-  row.SetCount(kHits, v.Hits);
+// Adds a listed line's values to the totals, in line order as the rows are
+// listed: dead procedures and lines that never ran count for nothing, and
+// the end of a procedure has hits but no time.
+void AddToTotals(LineTotals& totals, const Procedure& procedure, const CodeLine& line,
+                 const CodeLineValue& v, std::int32_t dit) {
+  if (procedure.IsDead || v.Hits == 0) return;
   totals.hits += v.Hits;
+  if (dit != 4 && !line.IsProcedureExit) {
+    totals.time += DisplayedTime(IsChildMeasure(dit) ? v.ChildTotalTime : v.TotalTime);
+  }
+}
+
+void FillLineValues(RowRef row, const CodeLine& line, const CodeLineValue& v, std::int32_t dit,
+                    int bars) {
+  row.SetCount(kHits, v.Hits);
   if (dit == 4) {
     row.SetBar(bars, HitsBarLength(v.Hits));
     return;
@@ -182,7 +193,6 @@ void FillLineValues(RowRef row, const CodeLine& line, const CodeLineValue& v, st
     const double time = child ? v.ChildTotalTime : v.TotalTime;
     row.SetTime(kTime, time);
     row.SetTime(kAverage, child ? v.ChildAverageTime : v.AverageTime);
-    totals.time += DisplayedTime(time);
   }
   row.SetBar(bars, GetBarLogValue(TimingMeasure(v, dit)));
 }
@@ -270,18 +280,22 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
   LineProgress progress(prompter, linesNumber);
 
   // The rows are counted first so that a table of many thousand lines is
-  // built in place.
+  // built in place, and totalled so that each row gets its shares at once.
   std::vector<std::int32_t> shownLines;
-  for (std::int32_t i = 1; i <= linesNumber; ++i) {
-    if (ShouldDisplayLine(project, session, sel, i)) shownLines.push_back(i);
-  }
   std::size_t lineTexts = 0;
-  for (const std::int32_t i : shownLines) lineTexts += project.CodeLine(i).Text.size();
+  LineTotals totals;
+  for (std::int32_t i = 1; i <= linesNumber; ++i) {
+    if (!ShouldDisplayLine(project, session, sel, i)) continue;
+    shownLines.push_back(i);
+    const CodeLine& line = project.CodeLine(i);
+    lineTexts += line.Text.size();
+    AddToTotals(totals, project.Procedure(line.BelongToProcedure), line, session.CodeLineValue(i),
+                dit);
+  }
   t.Reserve(shownLines.size() + 1, lineTexts);
   std::future<ChartArrays> chartPacking = std::async(
       shownLines.size() >= kRowsToPackAside ? std::launch::async : std::launch::deferred,
       [&] { return PackLineChart(project, session, shownLines, dit, numberOfZeros, lineTexts); });
-  LineTotals totals;
   ProcedureTextCache procedureTexts(t, ws, project);
   auto next = shownLines.begin();
   for (std::int32_t i = 1; i <= linesNumber; ++i) {
@@ -304,7 +318,7 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
     if (procedure.IsDead) {
       MarkDeadRow(t, row, kHits, timing ? kAverage : kHitsPct, cols.bars);
     } else if (v.Hits != 0) {
-      FillLineValues(row, line, v, dit, cols.bars, totals);
+      FillLineValues(row, line, v, dit, cols.bars);
     } else {
       row.SetLiteral(kHits, kNoValue);
       if (timing) {
@@ -312,16 +326,15 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
         row.SetLiteral(kAverage, kNoValue);
       }
     }
+    if (!procedure.IsDead) {
+      SetShare(t, row, kHitsPct, row.CellAt(kHits), totals.hits);
+      if (timing) SetShare(t, row, kTimePct, row.CellAt(kTime), totals.time);
+    }
     row.SetText(cols.line, line.Text);
     row.SetCount(cols.lineId, i);
   }
   progress.Mark(1.0);
 
-  if (timing) {
-    FillShares(t, {kHitsPct, kTimePct}, {kHits, kTime}, {totals.hits, totals.time});
-  } else {
-    FillShares(t, {kHitsPct}, {kHits}, {totals.hits});
-  }
   if (t.RowCount() > 0) AddLineTotal(t, totals, dit, cols.bars);
 
   progress.Mark(1.2);
