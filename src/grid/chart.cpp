@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <cmath>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/ini_file.h"
 #include "base/numbers.h"
 #include "base/text.h"
+#include "grid/grid_frame.h"
 
 namespace zol {
 
@@ -191,6 +194,15 @@ ChartDescription BarChart(const ChartArrays& arrays, const GraphOptions& o, Tab 
 }
 
 }  // namespace
+
+std::string ChartArrays::PackedName(std::size_t i) const {
+  const PackedLine& line = PackedLines.at(i);
+  const std::string_view texts = PackedTexts ? std::string_view(*PackedTexts) : std::string_view();
+  std::string name;
+  AppendLineChartName(name, line.Id, PackedIdDigits,
+                      texts.substr(line.Text.Offset, line.Text.Length));
+  return name;
+}
 
 GraphOptions LoadGraphOptions(const std::string& iniFile) {
   const GraphOptions defaults;

@@ -6,12 +6,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "base/arrays.h"
+#include "grid/table.h"
 
 namespace zol {
 
@@ -27,12 +28,18 @@ struct ChartRow {
 struct ChartArrays {
   std::vector<ChartRow> ChartArrayBar;
   std::vector<ChartItem> ChartArrayPie;
-  // The items of a long single table (the Lines tab) packed instead: the
-  // names side by side in one text, one bar and one pie value each. The
-  // chart plots only a few of a million lines, and only their names are
-  // ever taken out. Used in place of the two arrays above, never with them.
-  std::string PackedNames;
-  std::vector<std::size_t> PackedNameEnds;
+  // The items of a long single table (the Lines tab) packed instead: one
+  // bar and one pie value each, and a name made only when taken out, from
+  // the line's ID, zero-padded to PackedIdDigits, and its text, which stays
+  // in the table's texts, shared with it. The chart plots only a few of a
+  // million lines. Used in place of the two arrays above, never with them.
+  struct PackedLine {
+    std::int32_t Id = 0;
+    TextRef Text;
+  };
+  std::shared_ptr<const std::string> PackedTexts;
+  std::vector<PackedLine> PackedLines;
+  std::int32_t PackedIdDigits = 0;
   std::vector<double> PackedBar;
   std::vector<double> PackedPie;
   // GraphTitle(1), the bar chart's title, and GraphTitle(2), the pie's.
@@ -46,8 +53,8 @@ struct ChartArrays {
   void Erase() {
     ChartArrayBar.clear();
     ChartArrayPie.clear();
-    PackedNames.clear();
-    PackedNameEnds.clear();
+    PackedTexts.reset();
+    PackedLines.clear();
     PackedBar.clear();
     PackedPie.clear();
   }
@@ -56,25 +63,21 @@ struct ChartArrays {
   bool HasPieItems() const { return Packed() || !ChartArrayPie.empty(); }
   std::size_t BarCount() const { return Packed() ? PackedBar.size() : ChartArrayBar.size(); }
   std::size_t PieCount() const { return Packed() ? PackedPie.size() : ChartArrayPie.size(); }
-  std::string_view PackedName(std::size_t i) const {
-    const std::size_t start = i == 0 ? 0 : PackedNameEnds[i - 1];
-    return std::string_view(PackedNames).substr(start, PackedNameEnds[i] - start);
-  }
+  // The name of packed item i: "ID-text", the text cut as a chart shows it.
+  std::string PackedName(std::size_t i) const;
   // Item i of the bar and of the pie array, whichever way they are kept.
   ChartRow BarItem(std::size_t i) const {
     if (!Packed()) return ChartArrayBar.at(i);
-    return {std::string(PackedName(i)), {PackedBar.at(i)}};
+    return {PackedName(i), {PackedBar.at(i)}};
   }
   ChartItem PieItem(std::size_t i) const {
     if (!Packed()) return ChartArrayPie.at(i);
-    return {std::string(PackedName(i)), PackedPie.at(i)};
+    return {PackedName(i), PackedPie.at(i)};
   }
-  // Appends an item to the packed arrays; `appendName` writes its name at
-  // the end of the text it is given.
-  template <typename AppendName>
-  void AddPacked(AppendName appendName, double barValue, double pieValue) {
-    appendName(PackedNames);
-    PackedNameEnds.push_back(PackedNames.size());
+  // Appends a line to the packed arrays: its ID and where its text is in
+  // the texts that PackedTexts will hold.
+  void AddPackedLine(std::int32_t id, TextRef text, double barValue, double pieValue) {
+    PackedLines.push_back({id, text});
     PackedBar.push_back(barValue);
     PackedPie.push_back(pieValue);
   }

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
-#include <future>
 #include <string>
 #include <vector>
 
@@ -134,32 +133,6 @@ class ProcedureTextCache {
   const Project& project_;
   std::vector<ProcedureTexts> texts_;
 };
-
-// The chart's items, one for each row: the line's ID and text as its name.
-ChartArrays PackLineChart(const Project& project, const Session& session,
-                          const std::vector<std::int32_t>& shownLines, std::int32_t dit,
-                          std::int32_t numberOfZeros, std::size_t lineTexts) {
-  const bool timing = dit != 4;
-  ChartArrays chart;
-  chart.PackedNameEnds.reserve(shownLines.size());
-  chart.PackedBar.reserve(shownLines.size());
-  chart.PackedPie.reserve(shownLines.size());
-  chart.PackedNames.reserve(shownLines.size() * (static_cast<std::size_t>(numberOfZeros) + 2) +
-                            lineTexts);
-  for (const std::int32_t i : shownLines) {
-    const CodeLine& line = project.CodeLine(i);
-    const CodeLineValue& v = session.CodeLineValue(i);
-    const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
-    chart.AddPacked(
-        [&](std::string& names) { AppendLineChartName(names, i, numberOfZeros, line.Text); }, value,
-        timing ? 1000000 * value : value);
-  }
-  return chart;
-}
-
-// A table of this many rows packs its chart on a thread of its own while
-// the rows are filled: the two only read the session.
-constexpr std::size_t kRowsToPackAside = 20000;
 
 struct LineTotals {
   double hits = 0;
@@ -293,9 +266,11 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
                 dit);
   }
   t.Reserve(shownLines.size() + 1, lineTexts);
-  std::future<ChartArrays> chartPacking = std::async(
-      shownLines.size() >= kRowsToPackAside ? std::launch::async : std::launch::deferred,
-      [&] { return PackLineChart(project, session, shownLines, dit, numberOfZeros, lineTexts); });
+  ChartArrays& chart = build.Arrays;
+  chart.PackedLines.reserve(shownLines.size());
+  chart.PackedBar.reserve(shownLines.size());
+  chart.PackedPie.reserve(shownLines.size());
+  chart.PackedIdDigits = numberOfZeros;
   ProcedureTextCache procedureTexts(t, ws, project);
   auto next = shownLines.begin();
   for (std::int32_t i = 1; i <= linesNumber; ++i) {
@@ -330,8 +305,11 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
       SetShare(t, row, kHitsPct, row.CellAt(kHits), totals.hits);
       if (timing) SetShare(t, row, kTimePct, row.CellAt(kTime), totals.time);
     }
-    row.SetText(cols.line, line.Text);
+    const TextRef text = t.AddText(line.Text);
+    row.SetText(cols.line, text);
     row.SetCount(cols.lineId, i);
+    const double value = !timing ? v.Hits : (line.IsProcedureExit ? 0 : TimingMeasure(v, dit));
+    chart.AddPackedLine(i, text, value, timing ? 1000000 * value : value);
   }
   progress.Mark(1.0);
 
@@ -343,8 +321,8 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
   SortTable(t, sort, sortColumn, kSortDescending);
   t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
 
-  ChartArrays& chart = build.Arrays;
-  chart = chartPacking.get();
+  // The chart's names are made from the table's texts, which no longer grow.
+  chart.PackedTexts = t.Texts();
   if (!chart.HasBarItems()) {
     build.Chart = ChartUpdate::Reset;
   } else {

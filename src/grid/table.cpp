@@ -65,7 +65,7 @@ void Table::ClearRows() {
   rows_.clear();
   for (std::vector<CellData>& column : cells_) column.clear();
   order_.clear();
-  pool_.clear();
+  pool_ = std::make_shared<std::string>();
   Sorted = false;
   SelectedRow = 0;
 }
@@ -119,12 +119,13 @@ int Table::Position(int column) const {
 
 TextRef Table::AddText(std::string_view text) {
   if (text.empty()) return {};
-  if (pool_.size() + text.size() > std::numeric_limits<std::uint32_t>::max()) {
+  std::string& pool = WritableTexts();
+  if (pool.size() + text.size() > std::numeric_limits<std::uint32_t>::max()) {
     throw std::length_error("the texts of a table pass 4 GB");
   }
-  const TextRef ref{static_cast<std::uint32_t>(pool_.size()),
+  const TextRef ref{static_cast<std::uint32_t>(pool.size()),
                     static_cast<std::uint32_t>(text.size())};
-  pool_.append(text);
+  pool.append(text);
   return ref;
 }
 
@@ -146,7 +147,17 @@ void Table::Reserve(std::size_t rows, std::size_t textBytes) {
   rows_.reserve(rows);
   order_.reserve(rows);
   for (std::vector<CellData>& column : cells_) column.reserve(rows);
-  pool_.reserve(pool_.size() + textBytes);
+  std::string& pool = WritableTexts();
+  pool.reserve(pool.size() + textBytes);
+}
+
+std::string& Table::WritableTexts() {
+  if (!pool_) {
+    pool_ = std::make_shared<std::string>();
+  } else if (pool_.use_count() > 1) {
+    pool_ = std::make_shared<std::string>(*pool_);
+  }
+  return *pool_;
 }
 
 RowRef Table::EditRow(int row) {
@@ -160,7 +171,7 @@ const CellData& Table::CellAt(int row, int column) const {
 std::string_view Table::StoredText(const CellData& cell) const {
   switch (cell.Kind) {
     case CellKind::Text:
-      return std::string_view(pool_).substr(cell.V.Text.Offset, cell.V.Text.Length);
+      return TextsView().substr(cell.V.Text.Offset, cell.V.Text.Length);
     case CellKind::Literal:
       return cell.V.Literal;
     default:
@@ -205,12 +216,12 @@ std::int32_t Table::Tag(int row) const {
 
 std::string_view Table::Key(int row) const {
   const TextRef key = rows_[StoredRow(row)].Key;
-  return std::string_view(pool_).substr(key.Offset, key.Length);
+  return TextsView().substr(key.Offset, key.Length);
 }
 
 std::string_view Table::Icon(int row) const {
   const TextRef icon = rows_[StoredRow(row)].Icon;
-  return std::string_view(pool_).substr(icon.Offset, icon.Length);
+  return TextsView().substr(icon.Offset, icon.Length);
 }
 
 int Table::FindRow(std::string_view key) const {

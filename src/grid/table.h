@@ -23,6 +23,7 @@
 // creation index, the way a report-style list lets a column be moved.
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -193,6 +194,11 @@ class Table {
   // The row whose key is `key`, from 1; 0 if none.
   int FindRow(std::string_view key) const;
 
+  // The texts the cells hold, shared: they stay as they are for as long as
+  // they are held, whatever is later added to the table (which then writes
+  // to a copy of its own).
+  std::shared_ptr<const std::string> Texts() const { return pool_; }
+
   // The text of a cell of this table, and the text it holds without a copy
   // (empty for a cell whose text is made: count, time, share, bar).
   std::string CellText(const CellData& cell) const;
@@ -237,7 +243,12 @@ class Table {
   // instead of one cell in every row's stretch.
   std::vector<std::vector<CellData>> cells_;
   std::vector<std::uint32_t> order_;
-  std::string pool_;
+  // The texts, written only while nobody else holds them.
+  std::string& WritableTexts();
+  std::string_view TextsView() const {
+    return pool_ ? std::string_view(*pool_) : std::string_view();
+  }
+  std::shared_ptr<std::string> pool_ = std::make_shared<std::string>();
 };
 
 // The key and the first-column text of the total row.

@@ -1,9 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+
 #include "base/files.h"
 #include "base/ini_file.h"
 #include "base/scoped_temp_dir.h"
 #include "grid/chart.h"
+#include "grid/grid_frame.h"
 
 namespace zol {
 namespace {
@@ -150,12 +154,19 @@ TEST(DoChart, PackedItemsDrawAsTheSameItemsInArrays) {
   // Values with ties at the cut and names out of order, as a Lines tab has.
   ChartArrays arrays;
   ChartArrays packed;
+  packed.PackedIdDigits = 2;
+  auto texts = std::make_shared<std::string>();
   for (int i = 0; i < 40; ++i) {
-    const std::string name = (i < 10 ? "0" : "") + std::to_string(97 * i % 40) + "-line";
+    const std::int32_t id = 97 * i % 40 + 1;
+    const std::string text = "line " + std::string(static_cast<std::size_t>(i), 'x');
     const double value = (i * 7 % 13) * 0.01;
-    arrays.Add(name, value, 1000000 * value);
-    packed.AddPacked([&](std::string& names) { names += name; }, value, 1000000 * value);
+    arrays.Add(LineChartName(id, 2, text), value, 1000000 * value);
+    const TextRef ref{static_cast<std::uint32_t>(texts->size()),
+                      static_cast<std::uint32_t>(text.size())};
+    *texts += text;
+    packed.AddPackedLine(id, ref, value, 1000000 * value);
   }
+  packed.PackedTexts = texts;
   for (ChartArrays* a : {&arrays, &packed}) a->SetTitles("bar", "pie");
   EXPECT_EQ(packed.BarItem(3), arrays.BarItem(3));
   EXPECT_EQ(packed.PieItem(39), arrays.PieItem(39));

@@ -1,7 +1,7 @@
-// A Lines table long enough for its chart to be packed on a thread of its
-// own, against the short tables of its procedures: every listed line must
-// carry the cells its procedure's table gives it (the shares apart, which
-// are of the whole), and the chart items the lines' own names.
+// A long Lines table against the short tables of its procedures: every
+// listed line must carry the cells its procedure's table gives it (the
+// shares apart, which are of the whole), and the chart items, whose names
+// are made from the table's texts, the lines' own names.
 
 #include <gtest/gtest.h>
 
