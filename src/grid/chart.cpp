@@ -78,15 +78,28 @@ std::vector<std::size_t> OrderByValue(std::size_t count, KeyOf keyOf) {
   return IndicesOf(keyed.begin(), keyed.end());
 }
 
-// The last `kept` items of that order, in that order: only they are sorted,
-// the rest is merely split off from them.
+// The last `kept` items of that order, in that order: one pass keeps the
+// largest seen so far in a heap whose top is the smallest of them, so a
+// chart of the top items of a million lines neither sorts nor copies them.
 template <typename KeyOf>
 std::vector<std::size_t> TopByValue(std::size_t count, std::size_t kept, KeyOf keyOf) {
-  std::vector<std::pair<double, std::size_t>> keyed = KeyedItems(count, keyOf);
-  const auto firstKept = keyed.end() - static_cast<std::ptrdiff_t>(kept);
-  std::nth_element(keyed.begin(), firstKept, keyed.end(), ComesBefore);
-  std::sort(firstKept, keyed.end(), ComesBefore);
-  return IndicesOf(firstKept, keyed.end());
+  using Item = std::pair<double, std::size_t>;
+  const auto smallestOnTop = [](const Item& a, const Item& b) { return ComesBefore(b, a); };
+  std::vector<Item> top;
+  top.reserve(kept);
+  for (std::size_t i = 0; i < count && kept > 0; ++i) {
+    const Item item{keyOf(i), i};
+    if (top.size() < kept) {
+      top.push_back(item);
+      std::push_heap(top.begin(), top.end(), smallestOnTop);
+    } else if (ComesBefore(top.front(), item)) {
+      std::pop_heap(top.begin(), top.end(), smallestOnTop);
+      top.back() = item;
+      std::push_heap(top.begin(), top.end(), smallestOnTop);
+    }
+  }
+  std::sort(top.begin(), top.end(), ComesBefore);
+  return IndicesOf(top.begin(), top.end());
 }
 
 bool LimitApplies(const GraphOptions& o, Tab activeTab, std::size_t count) {

@@ -61,6 +61,23 @@ TEST(DoChart, EqualValuesAtTheCutKeepTheLaterItems) {
   EXPECT_EQ(pie.Items.back().Values, (std::vector<double>{11}));
 }
 
+TEST(DoChart, TheBarsKeptAreThoseAWholeSortKeeps) {
+  // The bars are picked from the top without sorting the rest; the pie
+  // (with no "{Other}" for averages) still sorts them all. Many ties.
+  ChartArrays a;
+  for (int i = 0; i < 300; ++i) {
+    const double value = (i * 37 % 11) * 0.5;
+    a.Add("n" + std::to_string(i), value, value);
+  }
+  for (const std::int32_t most : {1, 7, 50, 299}) {
+    const GraphOptions bar{kGraphTypeBar, kGraphSortByValue, most};
+    const GraphOptions pie{kGraphTypePie, kGraphSortByValue, most};
+    EXPECT_EQ(Names(DoChart(a, bar, Tab::Procedures, Measure::Average)),
+              Names(DoChart(a, pie, Tab::Procedures, Measure::Average)))
+        << most;
+  }
+}
+
 TEST(DoChart, LimitAppliesOnlyOnProceduresAndLinesAndNotAtZero) {
   const ChartArrays a = Items(5);
   GraphOptions o{kGraphTypeBar, kGraphSortByValue, 3};
