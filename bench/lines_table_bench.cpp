@@ -17,6 +17,7 @@
 #include <random>
 #include <string>
 
+#include "base/cp1252.h"
 #include "base/heap_tuning.h"
 #include "grid/grid_builders.h"
 #include "grid/grid_sort.h"
@@ -131,8 +132,8 @@ int main(int argc, char** argv) {
       bestCpu = std::min(bestCpu, static_cast<double>(std::clock() - cpuStart) / CLOCKS_PER_SEC);
       best = std::min(best, std::chrono::duration<double>(Clock::now() - start).count());
     }
-    std::printf("  %-16s %8.1f ms elapsed  %8.1f ms processor\n", t.ColumnAt(c).Header.c_str(),
-                best * 1000, bestCpu * 1000);
+    std::printf("  %-16s %8.1f ms elapsed  %8.1f ms processor\n",
+                zol::Cp1252ToUtf8(t.ColumnAt(c).Header).c_str(), best * 1000, bestCpu * 1000);
   }
   return 0;
 }

@@ -41,6 +41,7 @@
 #include <string>
 #include <vector>
 
+#include "base/cp1252.h"
 #include "base/heap_tuning.h"
 #include "big_run.h"
 #include "grid/table.h"
@@ -208,7 +209,10 @@ int MeasureSize(int argc, char** argv, const options& o, const std::string& log)
   std::vector<std::string> headers;
   std::map<int, std::vector<double>> sorts;
   std::map<int, int> sortRows;
-  for (int c = 1; c <= table.ColumnCount(); ++c) headers.push_back(table.ColumnAt(c).Header);
+  // Headers are kept in the program's code page; the terminal reads UTF-8.
+  for (int c = 1; c <= table.ColumnCount(); ++c) {
+    headers.push_back(zol::Cp1252ToUtf8(table.ColumnAt(c).Header));
+  }
   std::vector<const char*> columnNames{""};
   for (const std::string& h : headers) columnNames.push_back(h.c_str());
   for (int r = 0; r < o.repeat; ++r) {
