@@ -213,7 +213,8 @@ std::uint64_t OrderedBits(double key, bool ascending) {
   return ascending ? ordered : ~ordered;
 }
 
-// The places of the entries in sorted order: by place (normal, dead,
+// The stored rows of the entries (entry i is that of shown[i]) in sorted
+// order: by place (normal, dead,
 // total), normal ones by kind (texts before the numbers, numbers, texts
 // after; the other way round when descending) and then by key, equal keys in
 // the rows' order. A stable radix sort gives that order in a few passes over
@@ -221,7 +222,8 @@ std::uint64_t OrderedBits(double key, bool ascending) {
 // the lowest, then the group as the highest digit. The counts of every digit
 // are taken in one pass first, and a digit that all entries share moves
 // nothing.
-std::vector<std::uint32_t> SortedPlaces(const std::vector<SortEntry>& entries, bool ascending) {
+std::vector<std::uint32_t> SortedRows(const std::vector<SortEntry>& entries,
+                                      const std::vector<std::uint32_t>& shown, bool ascending) {
   const auto groupOf = [ascending](const SortEntry& e) -> std::uint32_t {
     if (e.place != Place::Normal) return 2 + static_cast<std::uint32_t>(e.place);
     const auto kind = static_cast<std::uint32_t>(e.kind);
@@ -229,7 +231,7 @@ std::vector<std::uint32_t> SortedPlaces(const std::vector<SortEntry>& entries, b
   };
   struct Keyed {
     std::uint64_t bits;
-    std::uint32_t place;
+    std::uint32_t stored;
     std::uint32_t group;
   };
   constexpr int kDigitBits = 11;
@@ -244,7 +246,7 @@ std::vector<std::uint32_t> SortedPlaces(const std::vector<SortEntry>& entries, b
   for (std::uint32_t i = 0; i < n; ++i) {
     const std::uint32_t g = groupOf(entries[i]);
     const std::uint64_t bits = g < 3 ? OrderedBits(entries[i].key, ascending) : 0;
-    keyed[i] = {bits, i, g};
+    keyed[i] = {bits, shown[i], g};
     for (int d = 0; d < kDigits; ++d) {
       ++counts[d * kBuckets + ((bits >> (d * kDigitBits)) & kDigitMask)];
     }
@@ -268,9 +270,9 @@ std::vector<std::uint32_t> SortedPlaces(const std::vector<SortEntry>& entries, b
     std::copy_n(groupCounts, kGroups, start);
     scatter(start, [](const Keyed& k) { return k.group; });
   }
-  std::vector<std::uint32_t> places(n);
-  for (std::size_t k = 0; k < n; ++k) places[k] = keyed[k].place;
-  return places;
+  std::vector<std::uint32_t> rows(n);
+  for (std::size_t k = 0; k < n; ++k) rows[k] = keyed[k].stored;
+  return rows;
 }
 
 void Recolor(Table& table, int lastColumn, int column) {
@@ -331,14 +333,14 @@ void OrderRows(Table& table, int column, std::int32_t order) {
     }
   }
   // Equal keys keep the rows' order, whichever way the sort goes.
-  std::vector<std::uint32_t> sorted = SortedPlaces(entries, order == kSortAscending);
+  std::vector<std::uint32_t> sorted = SortedRows(entries, shown, order == kSortAscending);
 
-  // Only the order of the rows changes, never the rows themselves.
-  const int selectedBefore = table.SelectedRow;
-  for (std::size_t k = 0; k < sorted.size(); ++k) {
-    if (static_cast<int>(sorted[k]) + 1 == selectedBefore)
-      table.SelectedRow = static_cast<int>(k) + 1;
-    sorted[k] = shown[sorted[k]];
+  // Only the order of the rows changes, never the rows themselves; the
+  // selection stays on its row.
+  if (table.SelectedRow >= 1 && table.SelectedRow <= table.RowCount()) {
+    const std::uint32_t selected = shown[static_cast<std::size_t>(table.SelectedRow - 1)];
+    table.SelectedRow =
+        static_cast<int>(std::find(sorted.begin(), sorted.end(), selected) - sorted.begin()) + 1;
   }
   table.SetOrder(std::move(sorted));
 }
