@@ -148,6 +148,12 @@ void UseAppFolderBeside(zol::Workspace& ws, const std::string& log) {
   zol::ResetRtfPath(ws);
 }
 
+// The start files load on a worker: the window is open once they are in.
+void WaitUntilLoaded(zol::MainWindow& window) {
+  QApplication::processEvents();
+  while (window.busy()) QApplication::processEvents(QEventLoop::AllEvents, 5);
+}
+
 // The window's start: the log ticked, the node `key` selected, page `tab`.
 zol::StartOptions OpenAt(const std::string& log, std::string key, int tab) {
   zol::StartOptions start;
@@ -169,7 +175,7 @@ int MeasureSize(int argc, char** argv, const options& o, const std::string& log)
   zol::MainWindow window(ws, start);
   window.resize(1400, 900);
   window.show();
-  QApplication::processEvents();
+  WaitUntilLoaded(window);
   const double openMs = Milliseconds(openStart);
   const double openPeak = PeakMegabytes();
   const zol::Project& p = ws.Project(ws.Session(1).Project);
@@ -248,7 +254,7 @@ int MeasureLongModule(int argc, char** argv, const options& o, const std::string
   zol::MainWindow window(ws, start);
   window.resize(1400, 900);
   window.show();
-  QApplication::processEvents();
+  WaitUntilLoaded(window);
   const zol::Project& p = ws.Project(ws.Session(1).Project);
   std::printf("source page of a long module (%d modules, %d lines, %d procedures in all):\n",
               p.ModulesNumber, p.LinesNumber, p.ProceduresNumber);

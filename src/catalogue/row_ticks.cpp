@@ -30,6 +30,14 @@ RowTick TickSessionAfterLoad(Workspace& ws, std::int32_t cs, bool loaded) {
   return {RowKey{RowKind::Session, cs}, true, loaded};
 }
 
+std::optional<std::int32_t> SessionToLoadForTick(const Workspace& ws, const RowKey& row) {
+  if (row.kind != RowKind::Session || row.index < 1 || !ws.Session.InRange(row.index) ||
+      ws.Session(row.index).Loaded) {
+    return std::nullopt;
+  }
+  return row.index;
+}
+
 std::optional<RowTick> TickRow(Workspace& ws, const RowKey& row, bool ticked) {
   DropMergedView(ws);
   const std::int32_t n = row.index;

@@ -12,6 +12,7 @@
 // shows the list to bring it in step.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -94,6 +95,13 @@ std::optional<RowTick> TickRow(Workspace& ws, const RowKey& row, bool ticked);
 // refused. The merged data of the former selection is dropped, as TickRow
 // does.
 RowTick TickSessionAfterLoad(Workspace& ws, std::int32_t cs, bool loaded);
+// The session whose values ticking `row` would load: a session row whose
+// values are not in yet. A window loads it elsewhere (BeginSessionLoad,
+// RunSessionLoad, FinishSessionLoad) and then ticks it with
+// TickSessionAfterLoad, which comes to what TickRow does; every other tick
+// (a group, a loaded session, an untick) goes through TickRow. Nothing for a
+// key whose slot doesn't exist.
+std::optional<std::int32_t> SessionToLoadForTick(const Workspace& ws, const RowKey& row);
 
 // Takes Session(cs) out; its file stays. A ticked session is reported taken
 // out, so that its branch leaves the tree (and the views are cleared when it

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QEventLoop>
 #include <QLockFile>
 #include <QTimer>
 #include <cstdio>
@@ -113,6 +114,15 @@ int runProfiler(int argc, char** argv) {
   if (!cl.screenshotDir.isEmpty()) {
     window->resize(cl.size.isValid() ? cl.size : QSize(1400, 900));
     window->show();
+    QApplication::processEvents();
+    // The start files load on a worker; the pictures are of what they show.
+    bool loaded = false;
+    QEventLoop untilLoaded;
+    window->whenLoaded([&] {
+      loaded = true;
+      untilLoaded.quit();
+    });
+    if (!loaded) untilLoaded.exec();
     QApplication::processEvents();
     const QStringList files = saveTabScreenshots(*window, cl.screenshotDir);
     for (const QString& f : files) std::printf("%s\n", f.toLocal8Bit().constData());

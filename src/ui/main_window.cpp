@@ -548,9 +548,7 @@ void MainWindow::openRecentFile(const QString& entry) {
     const std::string file = fromQPath(entry);
     const QString lower = entry.toLower();
     if (lower.endsWith(".pfl") || lower.endsWith(".pfd")) {
-      const CatalogueChange change = AddSession(ws_, file, true);
-      AddToFileHistory(ws_, file);
-      showCatalogueChange(change);
+      enterFilesTicked({file});
     } else {
       addSessionFiles({file});
     }

@@ -8,19 +8,23 @@
 // selection on screen: the tree, the grids, the flow chart and the navigation
 // history hand it places as values, and the pages draw the one it holds.
 //
-// A session the user ticks in the list loads on a worker thread (see
-// SessionLoader): the window keeps repainting and moving, the progress bar
-// follows the load, and the stop button and Esc end it; commands that would
-// touch the catalogue are held off until the result is in place, which is
-// then shown as any other change the catalogue reports. Operations that tick
-// rows as part of their work (files opened, names left by another program)
-// load through the catalogue on the user-interface thread, as the other long
-// operations do, letting events run through the prompter. While either is
-// under way the window is "busy": clicks are ignored, and only the stop
+// A session whose row is ticked loads on a worker thread (see SessionLoader),
+// whatever ticked it: the user in the list, the files of the command line, a
+// recent session, names left by another program. The window keeps repainting
+// and moving, the progress bar follows the load, and the stop button and Esc
+// end it; commands that would touch the catalogue are held off until the
+// result is in place, which is then shown as any other change the catalogue
+// reports. Several ticks wait in a queue and load one after another, each
+// shown as it comes in; a stop ends the load under way and drops the rest of
+// the queue. A group of sessions is read, merged and ticked through the
+// catalogue on the user-interface thread when its turn comes, letting events
+// run through the prompter, as the other long operations do. While anything
+// is under way the window is "busy": clicks are ignored, and only the stop
 // button and Esc are heard.
 
 #include <QMainWindow>
 #include <QTimer>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <string>
@@ -145,6 +149,10 @@ class MainWindow : public QMainWindow, public NavView {
   // The files of the command line: entered, ticked, listed among the recent
   // sessions; then the node to select, if one is given.
   void openStartFiles(const StartOptions& start);
+  // Enters each file with its row ticked, then lists it among the recent
+  // sessions, one after the other: a file waits until the load of the one
+  // before it is in.
+  void enterFilesTicked(const std::vector<std::string>& files);
   // Brings the session list, the tree and the views in step with what a
   // catalogue operation changed.
   void showCatalogueChange(const CatalogueChange& change);
@@ -249,8 +257,19 @@ class MainWindow : public QMainWindow, public NavView {
   void viewGridInSpreadsheet();
 
   // Sessions.
-  // Starts loading Session(cs) on a worker thread.
-  void startLoad(std::int32_t cs);
+  // Starts loading Session(cs) on a worker thread; `entered` holds the rows
+  // that entered for it, and `file`, if any, joins the recent sessions once
+  // the load is in.
+  void startLoad(std::int32_t cs, CatalogueChange entered = {}, std::string file = {});
+  // Ticks or unticks a row of the list now; a session to load goes to the
+  // worker.
+  void tickListRow(const RowKey& row, bool checked);
+  // Enters `file` and ticks its row: on the worker when a session is to be
+  // loaded, through the catalogue otherwise.
+  void enterFileTicked(const std::string& file);
+  // Takes the queued ticks in turn until one starts a load or none is left;
+  // then, once nothing loads, runs what waited for the loads.
+  void runQueuedTicks();
   void showLoadProgress();
   // The stop button, Esc or closing the window: the operation under way,
   // on this thread or on the loader's, is asked to stop.
@@ -303,9 +322,20 @@ class MainWindow : public QMainWindow, public NavView {
   QMenu* gridMenu_ = nullptr;
   QTimer autoLoadTimer_;
   SessionLoader* loader_ = nullptr;
-  // Rows ticked while a load ran, loaded in turn; then what waits for them.
-  std::vector<std::string> pendingTicks_;
+  // A tick waiting for its turn: a row of the list (its key), or a file to
+  // enter first.
+  struct QueuedTick {
+    std::string rowKey;
+    std::string file;
+  };
+  // Ticks waiting, in the order they were asked for; then what waits for
+  // them all.
+  std::deque<QueuedTick> queuedTicks_;
   std::vector<std::function<void()>> afterLoads_;
+  // The load under way: the rows that entered for it, and the file to list
+  // among the recent sessions once it is in (empty for a row of the list).
+  CatalogueChange loadEntered_;
+  std::string loadFile_;
 };
 
 }  // namespace zol

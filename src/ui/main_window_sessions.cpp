@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <utility>
 
 #include "base/files.h"
 #include "base/text.h"
@@ -36,27 +37,31 @@ namespace zol {
 void MainWindow::onSessionTicked(const std::string& key, bool checked) {
   const std::optional<RowKey> row = ParseRowKey(key);
   if (!row) return;
-  if (loading()) {
+  if (loading() || !queuedTicks_.empty()) {
     // One load at a time: a row ticked meanwhile waits its turn; a row
-    // unticked is refused until the load is in, and shows its state again.
-    if (checked) pendingTicks_.push_back(key);
+    // unticked is refused until the loads are in, and shows its state again.
+    if (checked) queuedTicks_.push_back({key, ""});
     refreshSessionList();
     return;
   }
+  tickListRow(*row, checked);
+}
+
+void MainWindow::tickListRow(const RowKey& row, bool checked) {
+  const std::string key = RowKeyText(row);
   BusyScope busy(*this);
   sessionList_->selectKey(key);
   tree_.RemoveMergeRoots();
-  if (checked && row->kind == RowKind::Session && ws_.Session.InRange(row->index) &&
-      !ws_.Session(row->index).Loaded) {
+  if (const std::optional<std::int32_t> cs = SessionToLoadForTick(ws_, row); cs && checked) {
     // The load runs on the worker; the tick is shown when it is in
     // (finishLoad). The merged and compared nodes, gone above, come back then.
     syncTree();
-    startLoad(row->index);
+    startLoad(*cs);
     return;
   }
   // The catalogue loads and ticks; a session that can't be loaded has been
   // reported, and its row comes back unticked with the refresh below.
-  const std::optional<RowTick> tick = TickRow(ws_, *row, checked);
+  const std::optional<RowTick> tick = TickRow(ws_, row, checked);
   if (!tick) return;
   showRowTick(*tick);
   refreshSessionList();
@@ -123,14 +128,57 @@ bool MainWindow::loading() const {
 }
 
 void MainWindow::whenLoaded(std::function<void()> then) {
-  if (loading() || !pendingTicks_.empty()) {
+  if (loading() || !queuedTicks_.empty()) {
     afterLoads_.push_back(std::move(then));
   } else {
     then();
   }
 }
 
-void MainWindow::startLoad(std::int32_t cs) {
+void MainWindow::enterFilesTicked(const std::vector<std::string>& files) {
+  for (const std::string& file : files) queuedTicks_.push_back({"", file});
+  if (!loading()) runQueuedTicks();
+}
+
+void MainWindow::enterFileTicked(const std::string& file) {
+  BusyScope busy(*this);
+  // The same steps as the catalogue's AddSession with its row ticked, the
+  // load taken out to the worker.
+  CatalogueChange change = AddSession(ws_, file, false);
+  if (!change.added.empty()) {
+    const RowKey row = change.added.front();
+    if (const std::optional<std::int32_t> cs = SessionToLoadForTick(ws_, row)) {
+      startLoad(*cs, std::move(change), file);
+      return;
+    }
+    if (const std::optional<RowTick> tick = TickRow(ws_, row, true)) change.ticks.push_back(*tick);
+  }
+  AddToFileHistory(ws_, file);
+  showCatalogueChange(change);
+}
+
+void MainWindow::runQueuedTicks() {
+  while (!loading() && !queuedTicks_.empty()) {
+    const QueuedTick next = std::move(queuedTicks_.front());
+    queuedTicks_.pop_front();
+    runGuarded(this, [&] {
+      if (next.file.empty()) {
+        if (const std::optional<RowKey> row = ParseRowKey(next.rowKey)) tickListRow(*row, true);
+      } else {
+        enterFileTicked(next.file);
+      }
+    });
+  }
+  while (!loading() && !afterLoads_.empty()) {
+    std::function<void()> then = std::move(afterLoads_.front());
+    afterLoads_.erase(afterLoads_.begin());
+    runGuarded(this, then);
+  }
+}
+
+void MainWindow::startLoad(std::int32_t cs, CatalogueChange entered, std::string file) {
+  loadEntered_ = std::move(entered);
+  loadFile_ = std::move(file);
   // A stop asked for before this load doesn't end it.
   ws_.abort = false;
   loader_->start(BeginSessionLoad(ws_, cs));
@@ -155,7 +203,12 @@ void MainWindow::finishLoad() {
   QApplication::restoreOverrideCursor();
   status_->ShowProgress(false);
   status_->progressLabel()->clear();
-  runGuarded(this, [this] {
+  // A stop ends the load under way and what waits behind it: ticks queued
+  // are dropped (their rows show unticked) and files queued are not entered.
+  if (loader_->stopRequested()) queuedTicks_.clear();
+  CatalogueChange change = std::exchange(loadEntered_, {});
+  const std::string file = std::exchange(loadFile_, {});
+  runGuarded(this, [&] {
     SessionLoad load = loader_->takeResult();
     const std::int32_t cs = load.cs;
     for (const auto& [text, kind] : loader_->takeMessages()) {
@@ -165,20 +218,11 @@ void MainWindow::finishLoad() {
     // The catalogue puts the values in place and ticks the row, or refuses it
     // (the user has been told why); the window shows it as any other tick.
     const bool loaded = FinishSessionLoad(ws_, std::move(load));
-    CatalogueChange change;
     change.ticks.push_back(TickSessionAfterLoad(ws_, cs, loaded));
+    if (!file.empty()) AddToFileHistory(ws_, file);
     showCatalogueChange(change);
   });
-  while (!loading() && !pendingTicks_.empty()) {
-    const std::string key = pendingTicks_.front();
-    pendingTicks_.erase(pendingTicks_.begin());
-    runGuarded(this, [&] { onSessionTicked(key, true); });
-  }
-  while (!loading() && !afterLoads_.empty()) {
-    std::function<void()> then = std::move(afterLoads_.front());
-    afterLoads_.erase(afterLoads_.begin());
-    runGuarded(this, then);
-  }
+  runQueuedTicks();
 }
 
 bool MainWindow::renameSession(const std::string& key, const QString& newName) {
@@ -291,27 +335,20 @@ void MainWindow::openSessionFile(bool mustClearBefore) {
 
 int MainWindow::autoLoadSessions() {
   if (busy() || closing_) return 0;
-  BusyScope busy(*this);
-  const std::vector<std::string> names = TakeLeftSessionNames(ws_);
-  if (names.empty()) return 0;
-  bringToFront();
-  showCatalogueChange(EnterLeftSessions(ws_, names));
+  std::vector<std::string> names;
+  {
+    BusyScope busy(*this);
+    names = TakeLeftSessionNames(ws_);
+    if (names.empty()) return 0;
+    bringToFront();
+  }
+  enterFilesTicked(names);
   return static_cast<int>(names.size());
 }
 
 void MainWindow::openStartFiles(const StartOptions& start) {
   if (start.files.empty() && start.selectKey.empty()) return;
-  runGuarded(this, [&] {
-    {
-      BusyScope busy(*this);
-      CatalogueChange change;
-      for (const std::string& file : start.files) {
-        change.Append(AddSession(ws_, file, true));
-        AddToFileHistory(ws_, file);
-      }
-      showCatalogueChange(change);
-    }
-  });
+  enterFilesTicked(start.files);
   if (!start.selectKey.empty()) {
     whenLoaded([this, key = start.selectKey] { clickTreeNode(key); });
   }

@@ -33,6 +33,8 @@ class SessionLoader : public QObject {
   void start(SessionLoad load);
   // Asks the load under way to stop at its next chance.
   void requestStop() { stop_ = true; }
+  // Whether a stop was asked for since the last load started.
+  bool stopRequested() const { return stop_; }
   LoadProgress::State progress() const { return progress_.Progress(); }
 
   // Once `finished` is emitted: the result, for FinishSessionLoad, and what
