@@ -112,10 +112,10 @@ int runProfiler(int argc, char** argv) {
   GuiErrorCapture errorCapture(ws, appFolder, kProgram);
   auto window = std::make_unique<MainWindow>(ws, cl.start);
   if (!cl.screenshotDir.isEmpty()) {
-    window->resize(cl.size.isValid() ? cl.size : QSize(1400, 900));
-    window->show();
-    QApplication::processEvents();
-    // The start files load on a worker; the pictures are of what they show.
+    // The start files load on a worker; the pictures are of what they show,
+    // taken once they are in, with the tree placed as it is before the window
+    // first shows (so that the pictures of a run are the same whatever the
+    // machine's speed).
     bool loaded = false;
     QEventLoop untilLoaded;
     window->whenLoaded([&] {
@@ -123,6 +123,8 @@ int runProfiler(int argc, char** argv) {
       untilLoaded.quit();
     });
     if (!loaded) untilLoaded.exec();
+    window->resize(cl.size.isValid() ? cl.size : QSize(1400, 900));
+    window->show();
     QApplication::processEvents();
     const QStringList files = saveTabScreenshots(*window, cl.screenshotDir);
     for (const QString& f : files) std::printf("%s\n", f.toLocal8Bit().constData());
