@@ -24,35 +24,41 @@ void SetGroupSelected(Workspace& ws, std::int32_t sg, bool selected) {
 
 }  // namespace
 
-RowTick TickSessionAfterLoad(Workspace& ws, std::int32_t cs, bool loaded) {
-  DropMergedView(ws);
-  ws.Session(cs).Selected = loaded;
-  return {RowKey{RowKind::Session, cs}, true, loaded};
+bool TickLoadsRow(const Workspace& ws, const RowKey& row) {
+  if (row.index < 1) return false;
+  if (row.kind == RowKind::Session) {
+    return ws.Session.InRange(row.index) && !ws.Session(row.index).Loaded;
+  }
+  return ws.SessionGroup.InRange(row.index) && !ws.SessionGroup(row.index).Loaded;
 }
 
-std::optional<std::int32_t> SessionToLoadForTick(const Workspace& ws, const RowKey& row) {
-  if (row.kind != RowKind::Session || row.index < 1 || !ws.Session.InRange(row.index) ||
-      ws.Session(row.index).Loaded) {
-    return std::nullopt;
+RowTick TickRowAfterLoad(Workspace& ws, const RowKey& row, bool loaded) {
+  DropMergedView(ws);
+  if (row.kind == RowKind::Session) {
+    ws.Session(row.index).Selected = loaded;
+  } else {
+    SetGroupSelected(ws, row.index, loaded);
   }
-  return row.index;
+  return {row, true, loaded};
 }
 
 std::optional<RowTick> TickRow(Workspace& ws, const RowKey& row, bool ticked) {
   DropMergedView(ws);
   const std::int32_t n = row.index;
-  RowTick tick{row, ticked, false};
-  if (row.kind == RowKind::Session) {
-    if (n < 1 || !ws.Session.InRange(n)) return std::nullopt;
-    const bool loaded = ticked && LoadSession(ws, n);
-    if (ticked) return TickSessionAfterLoad(ws, n, loaded);
+  const bool isSession = row.kind == RowKind::Session;
+  if (n < 1 || (isSession ? !ws.Session.InRange(n) : !ws.SessionGroup.InRange(n))) {
+    return std::nullopt;
+  }
+  if (ticked) {
+    const bool loaded = isSession ? LoadSession(ws, n) : LoadSessionGroup(ws, n);
+    return TickRowAfterLoad(ws, row, loaded);
+  }
+  if (isSession) {
     ws.Session(n).Selected = false;
   } else {
-    if (n < 1 || !ws.SessionGroup.InRange(n)) return std::nullopt;
-    tick.ticked = ticked && LoadSessionGroup(ws, n);
-    SetGroupSelected(ws, n, tick.ticked);
+    SetGroupSelected(ws, n, false);
   }
-  return tick;
+  return RowTick{row, false, false};
 }
 
 }  // namespace zol

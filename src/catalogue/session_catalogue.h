@@ -90,18 +90,16 @@ bool LoadSessionGroup(Workspace& ws, std::int32_t sg);
 // dropped. Returns what became of the tick; nothing for a key whose slot
 // doesn't exist.
 std::optional<RowTick> TickRow(Workspace& ws, const RowKey& row, bool ticked);
-// Ticks the row of Session(cs) once a load made elsewhere (on a worker
-// thread) has ended: `loaded` marks it Selected, otherwise the tick is
-// refused. The merged data of the former selection is dropped, as TickRow
-// does.
-RowTick TickSessionAfterLoad(Workspace& ws, std::int32_t cs, bool loaded);
-// The session whose values ticking `row` would load: a session row whose
-// values are not in yet. A window loads it elsewhere (BeginSessionLoad,
-// RunSessionLoad, FinishSessionLoad) and then ticks it with
-// TickSessionAfterLoad, which comes to what TickRow does; every other tick
-// (a group, a loaded session, an untick) goes through TickRow. Nothing for a
-// key whose slot doesn't exist.
-std::optional<std::int32_t> SessionToLoadForTick(const Workspace& ws, const RowKey& row);
+// Whether ticking `row` loads its session or group first: a row whose values
+// are not in yet. A window runs that load elsewhere (BeginSessionLoad or
+// BeginGroupLoad, their Run on a worker, their Finish) and then ticks the row
+// with TickRowAfterLoad, which comes to what TickRow does; every other tick
+// goes through TickRow. False for a key whose slot doesn't exist.
+bool TickLoadsRow(const Workspace& ws, const RowKey& row);
+// Ticks `row` once a load made elsewhere has ended: `loaded` marks it (a
+// group with its members) Selected, otherwise the tick is refused. The merged
+// data of the former selection is dropped, as TickRow does.
+RowTick TickRowAfterLoad(Workspace& ws, const RowKey& row, bool loaded);
 
 // Takes Session(cs) out; its file stays. A ticked session is reported taken
 // out, so that its branch leaves the tree (and the views are cleared when it

@@ -52,13 +52,6 @@ class LoadPrompter : public Prompter {
   bool& abort_;
 };
 
-// Lets events run and ends the load when the user asked to stop: between the
-// steps, which don't look at the stop request themselves.
-void StopPoint(Workspace& w, const std::string& file) {
-  w.prompter().DoEvents();
-  if (w.abort) throw LogReadCancelled(file);
-}
-
 // The probes that ran but that no module of the project holds. The
 // instrumenter may leave unused IDs, and such a session is shown (those IDs
 // have no rows); but a module replaced after the run (by another version or
@@ -89,10 +82,10 @@ void LoadFromLog(Workspace& w, SessionLoad& load) {
   const std::string log = w.Session(load.cs).SessionFile;
   PrepareSessionArrays(w, load.cs);
   ReadProfileFile(w, load.cs, load.kind);
-  StopPoint(w, log);
+  LoadStopPoint(w, log);
   const std::string outside = ExecutedOutsideSources(w, load.cs);
   GatherInfo(w, load.cs);
-  StopPoint(w, log);
+  LoadStopPoint(w, log);
   SaveSessionInfo(w, load.cs);
   Prompter& p = w.prompter();
   if (outside.empty()) {
@@ -119,7 +112,7 @@ void LoadValues(Workspace& w, SessionLoad& load) {
   if (!w.Project(cp).Loaded) {
     GetProjectInfo(w, load.cs);
     load.projectScanned = true;
-    StopPoint(w, s.SessionFile);
+    LoadStopPoint(w, s.SessionFile);
   }
   if (w.Project(cp).ModulesNumber == 0) return;
   if (LastChar(s.SessionFile) == 'l') {
@@ -166,6 +159,17 @@ void ClearValues(Session& s) {
 
 }  // namespace
 
+std::shared_ptr<Prompter> LoadWorkspacePrompter(Prompter& target,
+                                                const std::function<bool()>& stopRequested,
+                                                bool& abort) {
+  return std::make_shared<LoadPrompter>(target, stopRequested, abort);
+}
+
+void LoadStopPoint(Workspace& w, const std::string& file) {
+  w.prompter().DoEvents();
+  if (w.abort) throw LogReadCancelled(file);
+}
+
 ReaderState ReaderState::Of(const Workspace& ws) {
   return {ws.PerformanceFrequency, ws.TraceOverhead, ws.LinesNumber, ws.ProceduresNumber,
           ws.ModulesNumber};
@@ -200,7 +204,7 @@ void RunSessionLoad(SessionLoad& load, Prompter& prompter,
   // their indices in the catalogue, so that the readers and the scanner work
   // as they do on the catalogue itself.
   Workspace w;
-  w.SetPrompter(std::make_shared<LoadPrompter>(prompter, stopRequested, w.abort));
+  w.SetPrompter(LoadWorkspacePrompter(prompter, stopRequested, w.abort));
   w.appFolder = load.appFolder;
   w.RtfPath = load.rtfPath;
   load.reader.PutInto(w);

@@ -96,6 +96,19 @@ void RunSessionLoad(SessionLoad& load, Prompter& prompter,
 // unloaded.
 bool FinishSessionLoad(Workspace& ws, SessionLoad&& load);
 
+// For the loads of other kinds, which run in a workspace of their own the
+// same way. The prompter of such a workspace: what the load says goes to
+// `target`; whenever it would let events run, `stopRequested` is asked, and
+// a yes sets the workspace's stop request (`abort`), which the readers look
+// at. Both references must outlive the prompter.
+std::shared_ptr<Prompter> LoadWorkspacePrompter(Prompter& target,
+                                                const std::function<bool()>& stopRequested,
+                                                bool& abort);
+// Lets events run and ends the load (LogReadCancelled for `file`) when the
+// user asked to stop: between the steps, which don't look at the stop
+// request themselves.
+void LoadStopPoint(Workspace& w, const std::string& file);
+
 // The prompter of a load on a worker thread: it keeps what it is told for the
 // window to show. Progress is read by the window as often as it likes;
 // messages are shown once the load is finished, in their order. Questions are

@@ -16,11 +16,10 @@
 // result is in place, which is then shown as any other change the catalogue
 // reports. Several ticks wait in a queue and load one after another, each
 // shown as it comes in; a stop ends the load under way and drops the rest of
-// the queue. A group of sessions is read, merged and ticked through the
-// catalogue on the user-interface thread when its turn comes, letting events
-// run through the prompter, as the other long operations do. While anything
-// is under way the window is "busy": clicks are ignored, and only the stop
-// button and Esc are heard.
+// the queue. A group of sessions loads the same way: its file is read and
+// its members' projects scanned on the worker, and its members are merged
+// when it is in. While anything is under way the window is "busy": clicks
+// are ignored, and only the stop button and Esc are heard.
 
 #include <QMainWindow>
 #include <QTimer>
@@ -257,10 +256,10 @@ class MainWindow : public QMainWindow, public NavView {
   void viewGridInSpreadsheet();
 
   // Sessions.
-  // Starts loading Session(cs) on a worker thread; `entered` holds the rows
-  // that entered for it, and `file`, if any, joins the recent sessions once
-  // the load is in.
-  void startLoad(std::int32_t cs, CatalogueChange entered = {}, std::string file = {});
+  // Starts loading the session or group of `row` on a worker thread;
+  // `entered` holds the rows that entered for it, and `file`, if any, joins
+  // the recent sessions once the load is in.
+  void startLoad(const RowKey& row, CatalogueChange entered = {}, std::string file = {});
   // Ticks or unticks a row of the list now; a session to load goes to the
   // worker.
   void tickListRow(const RowKey& row, bool checked);
@@ -334,6 +333,7 @@ class MainWindow : public QMainWindow, public NavView {
   std::vector<std::function<void()>> afterLoads_;
   // The load under way: the rows that entered for it, and the file to list
   // among the recent sessions once it is in (empty for a row of the list).
+  RowKey loadRow_;
   CatalogueChange loadEntered_;
   std::string loadFile_;
 };

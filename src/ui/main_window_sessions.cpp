@@ -16,6 +16,7 @@
 #include "base/files.h"
 #include "base/text.h"
 #include "catalogue/file_history.h"
+#include "catalogue/group_load.h"
 #include "catalogue/session_catalogue.h"
 #include "catalogue/session_file_lookup.h"
 #include "catalogue/session_list.h"
@@ -52,11 +53,11 @@ void MainWindow::tickListRow(const RowKey& row, bool checked) {
   BusyScope busy(*this);
   sessionList_->selectKey(key);
   tree_.RemoveMergeRoots();
-  if (const std::optional<std::int32_t> cs = SessionToLoadForTick(ws_, row); cs && checked) {
+  if (checked && TickLoadsRow(ws_, row)) {
     // The load runs on the worker; the tick is shown when it is in
     // (finishLoad). The merged and compared nodes, gone above, come back then.
     syncTree();
-    startLoad(*cs);
+    startLoad(row);
     return;
   }
   // The catalogue loads and ticks; a session that can't be loaded has been
@@ -147,8 +148,8 @@ void MainWindow::enterFileTicked(const std::string& file) {
   CatalogueChange change = AddSession(ws_, file, false);
   if (!change.added.empty()) {
     const RowKey row = change.added.front();
-    if (const std::optional<std::int32_t> cs = SessionToLoadForTick(ws_, row)) {
-      startLoad(*cs, std::move(change), file);
+    if (TickLoadsRow(ws_, row)) {
+      startLoad(row, std::move(change), file);
       return;
     }
     if (const std::optional<RowTick> tick = TickRow(ws_, row, true)) change.ticks.push_back(*tick);
@@ -176,12 +177,17 @@ void MainWindow::runQueuedTicks() {
   }
 }
 
-void MainWindow::startLoad(std::int32_t cs, CatalogueChange entered, std::string file) {
+void MainWindow::startLoad(const RowKey& row, CatalogueChange entered, std::string file) {
+  loadRow_ = row;
   loadEntered_ = std::move(entered);
   loadFile_ = std::move(file);
   // A stop asked for before this load doesn't end it.
   ws_.abort = false;
-  loader_->start(BeginSessionLoad(ws_, cs));
+  if (row.kind == RowKind::Session) {
+    loader_->start(BeginSessionLoad(ws_, row.index));
+  } else {
+    loader_->start(BeginGroupLoad(ws_, row.index));
+  }
   QApplication::setOverrideCursor(Qt::BusyCursor);
   status_->progressBar()->setValue(0);
   status_->ShowProgress(true);
@@ -209,16 +215,17 @@ void MainWindow::finishLoad() {
   CatalogueChange change = std::exchange(loadEntered_, {});
   const std::string file = std::exchange(loadFile_, {});
   runGuarded(this, [&] {
-    SessionLoad load = loader_->takeResult();
-    const std::int32_t cs = load.cs;
+    SessionLoader::Load load = loader_->takeResult();
     for (const auto& [text, kind] : loader_->takeMessages()) {
       ws_.prompter().ShowMessage(text, kind);
     }
     BusyScope busy(*this);
     // The catalogue puts the values in place and ticks the row, or refuses it
     // (the user has been told why); the window shows it as any other tick.
-    const bool loaded = FinishSessionLoad(ws_, std::move(load));
-    change.ticks.push_back(TickSessionAfterLoad(ws_, cs, loaded));
+    const bool loaded = std::holds_alternative<SessionLoad>(load)
+                            ? FinishSessionLoad(ws_, std::get<SessionLoad>(std::move(load)))
+                            : FinishGroupLoad(ws_, std::get<GroupLoad>(std::move(load)));
+    change.ticks.push_back(TickRowAfterLoad(ws_, loadRow_, loaded));
     if (!file.empty()) AddToFileHistory(ws_, file);
     showCatalogueChange(change);
   });

@@ -19,7 +19,7 @@ SessionLoader::~SessionLoader() {
   worker_.join();
 }
 
-void SessionLoader::start(SessionLoad load) {
+void SessionLoader::start(Load load) {
   if (running()) return;
   load_ = std::move(load);
   progress_.Reset();
@@ -29,7 +29,12 @@ void SessionLoader::start(SessionLoad load) {
   // window's thread reads only the progress (under its lock) meanwhile, and
   // hears of the end at its next look, with no Qt object crossing threads.
   worker_ = std::thread([this] {
-    RunSessionLoad(load_, progress_, [this] { return stop_.load(); });
+    const std::function<bool()> stopRequested = [this] { return stop_.load(); };
+    if (auto* session = std::get_if<SessionLoad>(&load_)) {
+      RunSessionLoad(*session, progress_, stopRequested);
+    } else {
+      RunGroupLoad(std::get<GroupLoad>(load_), progress_, stopRequested);
+    }
     done_.store(true, std::memory_order_release);
   });
   poll_.start();

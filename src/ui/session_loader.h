@@ -1,7 +1,7 @@
 #pragma once
 
-// The window's loading state: one session loaded on a worker thread at a
-// time. The worker computes (scan, replay, statistics, session file) in a
+// The window's loading state: one session or group loaded on a worker thread
+// at a time. The worker computes (scan, replay, statistics, session file) in a
 // workspace of its own; the window keeps drawing, reads the progress as it
 // likes, and puts the result into the catalogue once the worker is done.
 // While a load runs, the window holds off every command that would touch the
@@ -13,8 +13,10 @@
 #include <memory>
 #include <thread>
 #include <utility>
+#include <variant>
 #include <vector>
 
+#include "catalogue/group_load.h"
 #include "catalogue/session_load.h"
 
 namespace zol {
@@ -29,17 +31,22 @@ class SessionLoader : public QObject {
   ~SessionLoader() override;
 
   bool running() const { return worker_.joinable(); }
-  // Starts the worker on `load` (BeginSessionLoad's); no other load may run.
-  void start(SessionLoad load);
+  // What a worker loads: a session (BeginSessionLoad's) or a group
+  // (BeginGroupLoad's).
+  using Load = std::variant<SessionLoad, GroupLoad>;
+
+  // Starts the worker on `load`; no other load may run.
+  void start(Load load);
   // Asks the load under way to stop at its next chance.
   void requestStop() { stop_ = true; }
   // Whether a stop was asked for since the last load started.
   bool stopRequested() const { return stop_; }
   LoadProgress::State progress() const { return progress_.Progress(); }
 
-  // Once `finished` is emitted: the result, for FinishSessionLoad, and what
-  // the worker had to say, in its order, to be shown before it.
-  SessionLoad takeResult() { return std::move(load_); }
+  // Once `finished` is emitted: the result, for FinishSessionLoad or
+  // FinishGroupLoad, and what the worker had to say, in its order, to be
+  // shown before it.
+  Load takeResult() { return std::move(load_); }
   std::vector<std::pair<std::string, MessageKind>> takeMessages() {
     return progress_.TakeMessages();
   }
@@ -53,7 +60,7 @@ class SessionLoader : public QObject {
  private:
   void onWorkerDone();
 
-  SessionLoad load_;
+  Load load_;
   LoadProgress progress_;
   std::atomic<bool> stop_ = false;
   std::atomic<bool> done_ = false;

@@ -81,7 +81,7 @@ TEST_F(CatalogueOpsTest, ALoadEndedElsewhereTicksTheRowOnlyWhenItIsIn) {
   SessionLoad stopped = BeginSessionLoad(*ws_, 1);
   RunSessionLoad(stopped, *prompter_, [] { return true; });
   const bool stoppedLoaded = FinishSessionLoad(*ws_, std::move(stopped));
-  EXPECT_EQ(TickSessionAfterLoad(*ws_, 1, stoppedLoaded), (RowTick{k1, true, false}));
+  EXPECT_EQ(TickRowAfterLoad(*ws_, k1, stoppedLoaded), (RowTick{k1, true, false}));
   EXPECT_FALSE(ws_->Session(1).Selected);
   EXPECT_FALSE(ws_->Session(0).Loaded) << "the merged data of the former ticks is stale";
   EXPECT_TRUE(FileExist(run_.log)) << "a stopped load keeps the log";
@@ -89,7 +89,7 @@ TEST_F(CatalogueOpsTest, ALoadEndedElsewhereTicksTheRowOnlyWhenItIsIn) {
   SessionLoad load = BeginSessionLoad(*ws_, 1);
   RunSessionLoad(load, *prompter_, [] { return false; });
   const bool loaded = FinishSessionLoad(*ws_, std::move(load));
-  EXPECT_EQ(TickSessionAfterLoad(*ws_, 1, loaded), (RowTick{k1, true, true}));
+  EXPECT_EQ(TickRowAfterLoad(*ws_, k1, loaded), (RowTick{k1, true, true}));
   EXPECT_TRUE(ws_->Session(1).Selected && ws_->Session(1).Loaded);
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 
 #include "base/files.h"
+#include "catalogue/group_load.h"
 #include "catalogue/session_catalogue.h"
 #include "catalogue/session_list.h"
 #include "catalogue_fixture.h"
@@ -88,6 +89,45 @@ TEST_F(GroupLoadTest, ADamagedGroupIsReportedAndStaysUnloaded) {
             0u)
       << prompter_->messages[0].text;
   EXPECT_FALSE(SessionListRows(*ws_)[0].Checked);
+}
+
+TEST_F(GroupLoadTest, AGroupLoadedInItsOwnWorkspaceComesInOnlyWhenFinished) {
+  AddSession(*ws_, groupFile_);
+  AddSession(*ws_, run_.log);  // a project entry already in the catalogue
+  const std::int32_t projects = ws_->nProject;
+
+  // Stopped: the group stays as it was, without a word, its file untouched.
+  const std::string bytes = LoadFile(groupFile_);
+  GroupLoad stopped = BeginGroupLoad(*ws_, 1);
+  RunGroupLoad(stopped, *prompter_, [] { return true; });
+  EXPECT_FALSE(ws_->SessionGroup(1).Loaded) << "nothing changes before the last step";
+  EXPECT_FALSE(FinishGroupLoad(*ws_, std::move(stopped)));
+  EXPECT_FALSE(ws_->SessionGroup(1).Loaded);
+  EXPECT_EQ(ws_->SessionGroup(1).nSession, 0);
+  for (std::int32_t cs = 2; cs <= ws_->nSession; ++cs) {
+    EXPECT_TRUE(ws_->Session(cs).SessionFile.empty()) << "member " << cs << " is left behind";
+  }
+  EXPECT_TRUE(prompter_->messages.empty()) << "a stop is not a fault";
+  EXPECT_EQ(LoadFile(groupFile_), bytes);
+
+  // Run to its end: the members share the project entry the catalogue had,
+  // scanned by the load, and the group's merged session is made.
+  GroupLoad load = BeginGroupLoad(*ws_, 1);
+  RunGroupLoad(load, *prompter_, [] { return false; });
+  EXPECT_FALSE(ws_->Project(ws_->Session(1).Project).Loaded);
+  ASSERT_TRUE(FinishGroupLoad(*ws_, std::move(load)));
+  const SessionGroup& g = ws_->SessionGroup(1);
+  ASSERT_EQ(g.nSession, 2);
+  EXPECT_EQ(ws_->nProject, projects + 1) << "the merged session's project is the one new entry";
+  for (std::int32_t i = 1; i <= g.nSession; ++i) {
+    EXPECT_EQ(ws_->Session(g.Sessions(i)).Project, ws_->Session(1).Project);
+  }
+  EXPECT_TRUE(ws_->Project(ws_->Session(1).Project).Loaded);
+  EXPECT_TRUE(ws_->Session(g.GroupMergedSession).Loaded);
+  EXPECT_EQ(TickRowAfterLoad(*ws_, {RowKind::Group, 1}, true),
+            (RowTick{{RowKind::Group, 1}, true, true}));
+  EXPECT_TRUE(ws_->Session(g.Sessions(2)).Selected) << "a group is ticked with its members";
+  EXPECT_EQ(Setting("HistoryProject1"), original_);
 }
 
 }  // namespace

@@ -158,6 +158,26 @@ TEST_F(QueuedLoads, StartFilesComeToWhatTheCatalogueMakesOfThem) {
   window.close();
 }
 
+TEST_F(QueuedLoads, AGroupTickedInTheListLoadsOnTheWorker) {
+  const Runs runs = MakeRuns(dir_ / "a");
+  auto ws = WorkspaceIn(runs.root + "/app");
+  MainWindow window(*ws);
+  window.show();
+  window.addSessionFiles({runs.files[1]});
+  SessionListModel* model = window.sessionList()->typedModel();
+  ASSERT_EQ(model->rowCount(), 1);
+  model->setData(model->index(0, 0), Qt::Checked, Qt::CheckStateRole);
+  QApplication::processEvents();  // the tick reaches the window
+  EXPECT_TRUE(window.loading());
+  EXPECT_FALSE(ws->SessionGroup(1).Loaded) << "the group is read on the worker";
+  ASSERT_TRUE(WaitFor([&] { return !window.busy(); }, 60000));
+  EXPECT_TRUE(ws->SessionGroup(1).Loaded);
+  EXPECT_TRUE(model->rows()[0].Checked);
+  EXPECT_NE(window.tree().Nodes().Find("G1"), nullptr);
+  EXPECT_EQ(window.tree().Nodes().SelectedKey(), "G1") << "the group's node is shown";
+  window.close();
+}
+
 // Start files of which the second takes long: the first is in before it
 // starts, and a stop comes while it runs.
 class StoppedQueue : public ::testing::Test {
