@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QProgressBar>
 #include <QTimer>
 #include <QToolButton>
 #include <filesystem>
@@ -215,13 +214,11 @@ TEST_F(StoppedQueue, AStopKeepsWhatCameInAndLoadsNothingMore) {
   window.show();
   ASSERT_TRUE(WaitFor([&] { return ws_->Session(1).Loaded && window.loading(); }, 30000));
   ASSERT_EQ(ws_->nSession, 2) << "the last file waits its turn before it is even entered";
-  // The window goes on: events run, the bar follows the long load, and other
+  // The window goes on: events run while the long load does, and other
   // commands are held off.
-  QProgressBar* bar = window.statusArea()->progressBar();
   const int ticksBefore = ticks;
-  ASSERT_TRUE(WaitFor([&] { return bar->value() > 0 || !window.loading(); }, 30000));
-  ASSERT_TRUE(window.loading()) << "the long load ended before it could be stopped";
-  EXPECT_GT(ticks, ticksBefore + 2) << "the event loop stood still during the load";
+  ASSERT_TRUE(WaitFor([&] { return ticks > ticksBefore + 2 || !window.loading(); }, 30000));
+  ASSERT_TRUE(window.loading()) << "the long load ended before events were seen to run";
   window.removeRow("K1");
   EXPECT_TRUE(ws_->Session(1).Loaded) << "a removal waits for the loads";
   window.statusArea()->cancelButton()->click();
