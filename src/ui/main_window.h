@@ -172,9 +172,10 @@ class MainWindow : public QMainWindow, public NavView {
   void EnableNavButtons(bool back, bool forward) override;
 
   bool busy() const { return busy_ > 0 || loading(); }
-  // A session is being loaded on a worker thread.
+  // A session or group is being loaded on a worker thread.
   bool loading() const;
-  // Runs `then` once no session is being loaded: at once when none is.
+  // Runs `then` once no load runs and none waits its turn: at once when
+  // none does.
   void whenLoaded(std::function<void()> then);
 
  protected:

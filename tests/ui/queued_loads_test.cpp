@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QMenu>
 #include <QTimer>
 #include <QToolButton>
 #include <filesystem>
@@ -174,6 +175,37 @@ TEST_F(QueuedLoads, AGroupTickedInTheListLoadsOnTheWorker) {
   EXPECT_TRUE(model->rows()[0].Checked);
   EXPECT_NE(window.tree().Nodes().Find("G1"), nullptr);
   EXPECT_EQ(window.tree().Nodes().SelectedKey(), "G1") << "the group's node is shown";
+  window.close();
+}
+
+TEST_F(QueuedLoads, ARecentSessionLoadsOnTheWorker) {
+  // The recent sessions hold session files: the log is loaded once first.
+  const testing::FixtureRun run = testing::MakeSmallRun(dir_ / "a");
+  const std::string pfd = Pfd(run.log);
+  {
+    auto scratch = WorkspaceIn(dir_ / "a/scratch");
+    ASSERT_TRUE(LoadSession(*scratch, AddSession(*scratch, run.log)));
+  }
+  auto ws = WorkspaceIn(dir_ / "a/app");
+  AddToFileHistory(*ws, pfd);
+  MainWindow window(*ws);
+  window.show();
+  auto* recent = window.findChild<QMenu*>("recentSessions");
+  ASSERT_NE(recent, nullptr);
+  emit recent->aboutToShow();
+  QAction* entry = nullptr;
+  for (QAction* a : recent->actions()) {
+    if (a->data().toString().toStdString() == pfd) entry = a;
+  }
+  ASSERT_NE(entry, nullptr);
+  entry->trigger();
+  EXPECT_TRUE(window.loading());
+  EXPECT_FALSE(ws->Session(1).Loaded);
+  ASSERT_TRUE(WaitFor([&] { return !window.busy(); }, 60000));
+  EXPECT_TRUE(ws->Session(1).Loaded && ws->Session(1).Selected);
+  EXPECT_NE(window.tree().Nodes().Find("S1"), nullptr);
+  EXPECT_EQ(VBGetPrivateProfileString("Profiler", "HistorySession1", "", GetIniFile(ws->appFolder)),
+            pfd);
   window.close();
 }
 
