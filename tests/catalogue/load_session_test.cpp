@@ -32,12 +32,8 @@ class LoadSessionTest : public ::testing::Test {
     run_ = testing::MakeFixtureRun(dir_.path(), 3, "run1.pfl", shape);
   }
 
-  // A fresh workspace, as a new process of the program would have.
   std::unique_ptr<Workspace> NewWorkspace() {
-    auto ws = std::make_unique<Workspace>(prompter_);
-    ws->appFolder = dir_ / "app";
-    ResetRtfPath(*ws);
-    return ws;
+    return testing::FreshWorkspace(dir_.path(), prompter_);
   }
 
   std::string Dump(Workspace& ws, std::int32_t cs) {

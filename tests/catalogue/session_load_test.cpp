@@ -38,10 +38,7 @@ class SessionLoadTest : public ::testing::Test {
   }
 
   std::unique_ptr<Workspace> NewWorkspace() {
-    auto ws = std::make_unique<Workspace>(prompter_);
-    ws->appFolder = dir_ / "app";
-    ResetRtfPath(*ws);
-    return ws;
+    return testing::FreshWorkspace(dir_.path(), prompter_);
   }
 
   ScopedTempDir dir_;

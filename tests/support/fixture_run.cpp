@@ -62,4 +62,12 @@ std::set<std::string> FilesIn(const std::string& folder) {
   return names;
 }
 
+std::unique_ptr<Workspace> FreshWorkspace(const std::filesystem::path& dir,
+                                          std::shared_ptr<Prompter> prompter) {
+  auto ws = std::make_unique<Workspace>(std::move(prompter));
+  ws->appFolder = (dir / "app").string();
+  ResetRtfPath(*ws);
+  return ws;
+}
+
 }  // namespace zol::testing

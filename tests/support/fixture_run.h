@@ -7,11 +7,14 @@
 // project beside the log.
 
 #include <cstdint>
+#include <filesystem>
+#include <memory>
 #include <set>
 #include <string>
 
 #include "instrumenter.h"
 #include "session/records.h"
+#include "session/workspace.h"
 #include "simulated_log.h"
 
 namespace zol::testing {
@@ -45,5 +48,10 @@ std::string Pfd(const std::string& log);
 // The paths of the entries of `folder`, to see that nothing was written or
 // deleted there.
 std::set<std::string> FilesIn(const std::string& folder);
+
+// A fresh workspace, as a new process of the program would have, its
+// application folder "app" in `dir` and its messages told to `prompter`.
+std::unique_ptr<Workspace> FreshWorkspace(const std::filesystem::path& dir,
+                                          std::shared_ptr<Prompter> prompter);
 
 }  // namespace zol::testing
