@@ -63,7 +63,7 @@ std::int32_t RowRef::Tag() const {
 
 void Table::ClearRows() {
   rows_.clear();
-  for (std::vector<CellData>& column : cells_) column.clear();
+  for (CellColumn& column : cells_) column.clear();
   order_.clear();
   pool_ = std::make_shared<std::string>();
   Sorted = false;
@@ -136,7 +136,7 @@ RowRef Table::AddRow(std::string_view key, std::string_view text, std::string_vi
   if (columns_.empty()) throw std::logic_error("a row added to a table without columns");
   const auto stored = static_cast<std::uint32_t>(rows_.size());
   rows_.push_back({AddText(key), AddText(icon), 0});
-  for (std::vector<CellData>& column : cells_) column.emplace_back();
+  for (CellColumn& column : cells_) column.emplace_back();
   order_.push_back(stored);
   RowRef row(*this, stored);
   row.SetText(1, text);
@@ -146,7 +146,7 @@ RowRef Table::AddRow(std::string_view key, std::string_view text, std::string_vi
 void Table::Reserve(std::size_t rows, std::size_t textBytes) {
   rows_.reserve(rows);
   order_.reserve(rows);
-  for (std::vector<CellData>& column : cells_) column.reserve(rows);
+  for (CellColumn& column : cells_) column.reserve(rows);
   std::string& pool = WritableTexts();
   pool.reserve(pool.size() + textBytes);
 }

@@ -28,6 +28,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/large_block_allocator.h"
+
 namespace zol {
 
 // Colours as the program stores them: red + 256 * green + 65536 * blue, so
@@ -241,7 +243,8 @@ class Table {
   // column, so that a sort, the shares and the widths, which each walk one
   // or two columns of a million rows, read those columns' cells end to end
   // instead of one cell in every row's stretch.
-  std::vector<std::vector<CellData>> cells_;
+  using CellColumn = std::vector<CellData, LargeBlockAllocator<CellData>>;
+  std::vector<CellColumn> cells_;
   std::vector<std::uint32_t> order_;
   // The texts, written only while nobody else holds them.
   std::string& WritableTexts();
