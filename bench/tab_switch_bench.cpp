@@ -38,6 +38,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -163,20 +164,41 @@ zol::StartOptions OpenAt(const std::string& log, std::string key, int tab) {
   return start;
 }
 
-int MeasureSize(int argc, char** argv, const options& o, const std::string& log) {
+int& Offscreen(int& argc) {
   ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  QApplication app(argc, argv);
-  zol::installFontSubstitutions();
+  return argc;
+}
 
+// The measured window on Qt's offscreen platform, opened on `log` at node
+// `key` and page `tab`; `openMs` is the time from its creation until the
+// start files were in.
+struct MeasuredWindow {
+  MeasuredWindow(int argc, char** argv, const std::string& log, std::string key, int tab)
+      : argCount(argc), app(Offscreen(argCount), argv) {
+    zol::installFontSubstitutions();
+    UseAppFolderBeside(ws, log);
+    const zol::StartOptions start = OpenAt(log, std::move(key), tab);
+    const auto openStart = Clock::now();
+    window = std::make_unique<zol::MainWindow>(ws, start);
+    window->resize(1400, 900);
+    window->show();
+    WaitUntilLoaded(*window);
+    openMs = Milliseconds(openStart);
+  }
+  ~MeasuredWindow() { window->close(); }
+
+  int argCount;
+  QApplication app;
   zol::Workspace ws;
-  UseAppFolderBeside(ws, log);
-  const zol::StartOptions start = OpenAt(log, "S1", 3);
-  const auto openStart = Clock::now();
-  zol::MainWindow window(ws, start);
-  window.resize(1400, 900);
-  window.show();
-  WaitUntilLoaded(window);
-  const double openMs = Milliseconds(openStart);
+  std::unique_ptr<zol::MainWindow> window;
+  double openMs = 0;
+};
+
+int MeasureSize(int argc, char** argv, const options& o, const std::string& log) {
+  MeasuredWindow measured(argc, argv, log, "S1", 3);
+  zol::Workspace& ws = measured.ws;
+  zol::MainWindow& window = *measured.window;
+  const double openMs = measured.openMs;
   const double openPeak = PeakMegabytes();
   const zol::Project& p = ws.Project(ws.Session(1).Project);
   std::printf(
@@ -237,24 +259,15 @@ int MeasureSize(int argc, char** argv, const options& o, const std::string& log)
       o.repeat);
   PrintTimes(sorts, sortRows, columnNames.data());
   std::printf("peak memory: %.0f MB\n\n", PeakMegabytes());
-  window.close();
   return 0;
 }
 
 // The window on the project of two long modules, the Source tab on display:
 // each click on a module's node builds, writes and shows its page.
 int MeasureLongModule(int argc, char** argv, const options& o, const std::string& log) {
-  ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
-  QApplication app(argc, argv);
-  zol::installFontSubstitutions();
-
-  zol::Workspace ws;
-  UseAppFolderBeside(ws, log);
-  const zol::StartOptions start = OpenAt(log, "S1M1", 5);
-  zol::MainWindow window(ws, start);
-  window.resize(1400, 900);
-  window.show();
-  WaitUntilLoaded(window);
+  MeasuredWindow measured(argc, argv, log, "S1M1", 5);
+  zol::Workspace& ws = measured.ws;
+  zol::MainWindow& window = *measured.window;
   const zol::Project& p = ws.Project(ws.Session(1).Project);
   std::printf("source page of a long module (%d modules, %d lines, %d procedures in all):\n",
               p.ModulesNumber, p.LinesNumber, p.ProceduresNumber);
@@ -276,7 +289,6 @@ int MeasureLongModule(int argc, char** argv, const options& o, const std::string
                 times.front(), times[times.size() / 2], times.size());
   }
   std::printf("\n");
-  window.close();
   return 0;
 }
 
