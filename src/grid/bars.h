@@ -30,6 +30,11 @@ std::int32_t LinearBarLength(double hit, double total);
 // 0 for no hits.
 std::int32_t HitsBarLength(double hits);
 
+// The two logarithmic lengths straight from their formulas, as the fast
+// ones above must give them.
+std::int32_t TimeBarLengthByFormula(double value);
+std::int32_t HitsBarLengthByFormula(double hits);
+
 // `length` letters "l", at most kMaxBarLength: a bar never leaves its column.
 std::string BarText(std::int32_t length);
 
