@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <future>
 #include <system_error>
 
 #include "base/text.h"
@@ -77,14 +78,17 @@ class ColumnWidth {
     }
     if (!range.any || value < range.low) {
       range.low = value;
-      range.smallest = cell;
+      range.smallest = Uncoloured(cell);
     }
     if (!range.any || value > range.high) {
       range.high = value;
-      range.largest = cell;
+      range.largest = Uncoloured(cell);
     }
     range.any = true;
   }
+  // What a cell's text is made of, and nothing else: the widths may be
+  // found while the cells' colours change.
+  static CellData Uncoloured(const CellData& cell) { return {.V = cell.V, .Kind = cell.Kind}; }
   static std::size_t CellTextLength(const CellData& cell) {
     return cell.Kind == CellKind::Time ? TimeTextLength(cell.V.Number)
                                        : PercentTextLength(cell.V.Number);
@@ -98,18 +102,27 @@ class ColumnWidth {
 
 }  // namespace
 
+std::vector<std::int32_t> FittedColumnWidths(const Table& table) {
+  std::vector<std::int32_t> widths;
+  for (int c = 1; c <= table.ColumnCount(); ++c) {
+    // Cells as they are stored: the widest text doesn't depend on the order
+    // shown.
+    ColumnWidth width;
+    for (const CellData& cell : table.StoredColumn(c)) width.Add(table, cell);
+    widths.push_back(
+        static_cast<std::int32_t>(std::max(table.ColumnAt(c).Header.size(), width.Widest(table))));
+  }
+  return widths;
+}
+
+void SetColumnWidths(Table& table, const std::vector<std::int32_t>& widths) {
+  for (int c = 1; c <= table.ColumnCount(); ++c) {
+    table.ColumnAt(c).Width = widths.at(static_cast<std::size_t>(c - 1));
+  }
+}
+
 void FitColumnWidths(Table& table) {
-  const int columns = table.ColumnCount();
-  std::vector<ColumnWidth> widths(static_cast<std::size_t>(columns));
-  // Rows as they are stored: the widest text doesn't depend on the order shown.
-  const auto rows = static_cast<std::uint32_t>(table.RowCount());
-  for (std::uint32_t stored = 0; stored < rows; ++stored) {
-    for (int c = 1; c <= columns; ++c) widths[c - 1].Add(table, table.StoredCell(stored, c));
-  }
-  for (int c = 1; c <= columns; ++c) {
-    const std::size_t w = std::max(table.ColumnAt(c).Header.size(), widths[c - 1].Widest(table));
-    table.ColumnAt(c).Width = static_cast<std::int32_t>(w);
-  }
+  SetColumnWidths(table, FittedColumnWidths(table));
 }
 
 double CellValue(std::string_view text) {
@@ -260,8 +273,21 @@ void FillShares(Table& table, std::initializer_list<int> shares, std::initialize
 }
 
 void FinishGrid(Table& table, SortMemory& sort, int defaultColumn, bool comparedTable) {
-  FitColumnWidths(table);
-  SortTable(table, sort, defaultColumn, kSortDescending, comparedTable);
+  // The widths and the order each walk the cells of what can be a million
+  // rows, and both only read them: a long table has its widths found on a
+  // second thread while it is ordered. The colours, the one thing in the
+  // cells that sorting writes, are set once both are done.
+  constexpr int kRowsWorthAThread = 20000;
+  SortDone sorted;
+  if (table.RowCount() >= kRowsWorthAThread) {
+    auto widths = std::async(std::launch::async, [&table] { return FittedColumnWidths(table); });
+    sorted = OrderTable(table, sort, defaultColumn, kSortDescending);
+    SetColumnWidths(table, widths.get());
+  } else {
+    FitColumnWidths(table);
+    sorted = OrderTable(table, sort, defaultColumn, kSortDescending);
+  }
+  if (!comparedTable) MarkSortedColumn(table, sorted);
   table.SelectedRow = table.RowCount() > 0 ? 1 : 0;
 }
 

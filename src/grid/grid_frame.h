@@ -32,6 +32,10 @@ inline constexpr char kFullShare[] = "100%";
 // The widths of numbers come from the extremes of each column, not from
 // making every text.
 void FitColumnWidths(Table& table);
+// The same in two steps: the widths found, which only read the table, and
+// then set.
+std::vector<std::int32_t> FittedColumnWidths(const Table& table);
+void SetColumnWidths(Table& table, const std::vector<std::int32_t>& widths);
 
 // The time of a value record (procedure or line) that the measure shows: total,
 // average, child total or child average for time measure index 0 to 3.

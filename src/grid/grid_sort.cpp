@@ -351,10 +351,10 @@ bool IsNumericColumn(const std::string& header) {
   return header != "Line" && header != "Procedure" && header != "Module" && header != "Project";
 }
 
-std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
-                       std::int32_t SortOrder, bool comparedTable) {
-  if (table.RowCount() == 0) return -1;
-  if (columnIndex < 1 || columnIndex > table.ColumnCount()) return -1;
+SortDone OrderTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
+                    std::int32_t SortOrder) {
+  if (table.RowCount() == 0) return {};
+  if (columnIndex < 1 || columnIndex > table.ColumnCount()) return {};
   if (SortOrder == kSortToggle) {
     if (!table.Sorted) {
       SortOrder = kSortDescending;
@@ -365,12 +365,25 @@ std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t columnInde
           table.ColumnAt(columnIndex).Header == "Line ID" ? kSortAscending : memory.LastSortOrder;
     }
   }
-  if (!comparedTable) Recolor(table, memory.LastColumn, columnIndex);
   OrderRows(table, columnIndex, SortOrder);
   table.Sorted = true;
+  const SortDone done{
+      .Order = SortOrder, .Column = columnIndex, .PreviousColumn = memory.LastColumn};
   memory.LastSortOrder = SortOrder;
   memory.LastColumn = columnIndex;
-  return SortOrder;
+  return done;
+}
+
+void MarkSortedColumn(Table& table, const SortDone& done) {
+  if (done.Order < 0) return;
+  Recolor(table, done.PreviousColumn, done.Column);
+}
+
+std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
+                       std::int32_t SortOrder, bool comparedTable) {
+  const SortDone done = OrderTable(table, memory, columnIndex, SortOrder);
+  if (!comparedTable) MarkSortedColumn(table, done);
+  return done.Order;
 }
 
 }  // namespace zol

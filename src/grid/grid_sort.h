@@ -33,6 +33,19 @@ struct SortMemory {
 std::int32_t SortTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
                        std::int32_t SortOrder, bool comparedTable = false);
 
+// SortTable in its two steps, for a caller that reads the cells on another
+// thread meanwhile. OrderTable orders the rows and remembers the order in
+// `memory`: it reads the cells but writes none of them. MarkSortedColumn
+// then gives the sorted column and the previously sorted one their colours.
+struct SortDone {
+  std::int32_t Order = -1;  // the order used, -1 when nothing was done
+  std::int32_t Column = 0;
+  std::int32_t PreviousColumn = 0;
+};
+SortDone OrderTable(Table& table, SortMemory& memory, std::int32_t columnIndex,
+                    std::int32_t SortOrder);
+void MarkSortedColumn(Table& table, const SortDone& done);
+
 // Whether a column sorts by number: all but the text columns "Line",
 // "Procedure", "Module" and "Project".
 bool IsNumericColumn(const std::string& header);

@@ -316,10 +316,7 @@ GridBuild ShowLines(Workspace& ws, const Selection& sel, SortMemory& sort, bool 
   if (t.RowCount() > 0) AddLineTotal(t, totals, dit, cols.bars);
 
   progress.Mark(1.2);
-  FitColumnWidths(t);
-  progress.Mark(1.4);
-  SortTable(t, sort, sortColumn, kSortDescending);
-  t.SelectedRow = t.RowCount() > 0 ? 1 : 0;
+  FinishGrid(t, sort, sortColumn);
 
   // The chart's names are made from the table's texts, which no longer grow.
   chart.PackedTexts = t.Texts();

@@ -24,6 +24,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -215,6 +216,8 @@ class Table {
   // the cells of a stored row.
   std::uint32_t StoredRow(int row) const;
   const CellData& StoredCell(std::uint32_t stored, int column) const;
+  // The cells of column `column` (from 1), in the order the rows are stored.
+  std::span<const CellData> StoredColumn(int column) const;
   // Shows the stored rows in the order `stored` (a permutation of the
   // shown order's entries).
   void SetOrder(std::vector<std::uint32_t> stored);
@@ -274,6 +277,11 @@ inline std::uint32_t Table::StoredRow(int row) const {
 inline const CellData& Table::StoredCell(std::uint32_t stored, int column) const {
   CheckColumn(column);
   return cells_[static_cast<std::size_t>(column - 1)][stored];
+}
+
+inline std::span<const CellData> Table::StoredColumn(int column) const {
+  CheckColumn(column);
+  return cells_[static_cast<std::size_t>(column - 1)];
 }
 
 inline CellData& Table::MutableCell(std::uint32_t stored, int column) {
