@@ -46,36 +46,31 @@ void SortRows(std::vector<ChartRow>& rows, std::int32_t graphSortKey) {
   }
 }
 
-// Items of a chart by their key, equal keys in their own order: what a
-// stable sort by value gives, found on indices so that a chart of the top
-// items of a million lines moves no names.
-template <typename KeyOf>
-std::vector<std::pair<double, std::size_t>> KeyedItems(std::size_t count, KeyOf keyOf) {
-  std::vector<std::pair<double, std::size_t>> keyed(count);
-  for (std::size_t i = 0; i < count; ++i) keyed[i] = {keyOf(i), i};
-  return keyed;
-}
+// A chart item's key and its index: items of equal keys keep their own
+// order, as a stable sort by value gives, found on indices so that a chart
+// of the top items of a million lines moves no names.
+using KeyedItem = std::pair<double, std::size_t>;
 
-bool ComesBefore(const std::pair<double, std::size_t>& a, const std::pair<double, std::size_t>& b) {
+bool ComesBefore(const KeyedItem& a, const KeyedItem& b) {
   if (a.first < b.first) return true;
   if (b.first < a.first) return false;
   return a.second < b.second;
 }
 
-std::vector<std::size_t> IndicesOf(std::vector<std::pair<double, std::size_t>>::const_iterator from,
-                                   std::vector<std::pair<double, std::size_t>>::const_iterator to) {
+std::vector<std::size_t> IndicesOf(const std::vector<KeyedItem>& items) {
   std::vector<std::size_t> order;
-  order.reserve(static_cast<std::size_t>(to - from));
-  for (; from != to; ++from) order.push_back(from->second);
+  order.reserve(items.size());
+  for (const KeyedItem& item : items) order.push_back(item.second);
   return order;
 }
 
 // The order of items 0..count-1 by rising key.
 template <typename KeyOf>
 std::vector<std::size_t> OrderByValue(std::size_t count, KeyOf keyOf) {
-  std::vector<std::pair<double, std::size_t>> keyed = KeyedItems(count, keyOf);
+  std::vector<KeyedItem> keyed(count);
+  for (std::size_t i = 0; i < count; ++i) keyed[i] = {keyOf(i), i};
   std::sort(keyed.begin(), keyed.end(), ComesBefore);
-  return IndicesOf(keyed.begin(), keyed.end());
+  return IndicesOf(keyed);
 }
 
 // The last `kept` items of that order, in that order: one pass keeps the
@@ -83,12 +78,13 @@ std::vector<std::size_t> OrderByValue(std::size_t count, KeyOf keyOf) {
 // chart of the top items of a million lines neither sorts nor copies them.
 template <typename KeyOf>
 std::vector<std::size_t> TopByValue(std::size_t count, std::size_t kept, KeyOf keyOf) {
-  using Item = std::pair<double, std::size_t>;
-  const auto smallestOnTop = [](const Item& a, const Item& b) { return ComesBefore(b, a); };
-  std::vector<Item> top;
+  const auto smallestOnTop = [](const KeyedItem& a, const KeyedItem& b) {
+    return ComesBefore(b, a);
+  };
+  std::vector<KeyedItem> top;
   top.reserve(kept);
   for (std::size_t i = 0; i < count && kept > 0; ++i) {
-    const Item item{keyOf(i), i};
+    const KeyedItem item{keyOf(i), i};
     if (top.size() < kept) {
       top.push_back(item);
       std::push_heap(top.begin(), top.end(), smallestOnTop);
@@ -99,7 +95,7 @@ std::vector<std::size_t> TopByValue(std::size_t count, std::size_t kept, KeyOf k
     }
   }
   std::sort(top.begin(), top.end(), ComesBefore);
-  return IndicesOf(top.begin(), top.end());
+  return IndicesOf(top);
 }
 
 bool LimitApplies(const GraphOptions& o, Tab activeTab, std::size_t count) {

@@ -214,14 +214,13 @@ std::uint64_t OrderedBits(double key, bool ascending) {
 }
 
 // The stored rows of the entries (entry i is that of shown[i]) in sorted
-// order: by place (normal, dead,
-// total), normal ones by kind (texts before the numbers, numbers, texts
-// after; the other way round when descending) and then by key, equal keys in
-// the rows' order. A stable radix sort gives that order in a few passes over
-// the entries however many there are: the key's bits eleven at a time from
-// the lowest, then the group as the highest digit. The counts of every digit
-// are taken in one pass first, and a digit that all entries share moves
-// nothing.
+// order: by place (normal, dead, total), normal ones by kind (texts before
+// the numbers, numbers, texts after; the other way round when descending)
+// and then by key, equal keys in the rows' order. A stable radix sort gives
+// that order in a few passes over the entries however many there are: the
+// key's bits eleven at a time from the lowest, then the group as the
+// highest digit. The counts of every digit are taken in one pass first, and
+// a digit that all entries share moves nothing.
 std::vector<std::uint32_t> SortedRows(const std::vector<SortEntry>& entries,
                                       const std::vector<std::uint32_t>& shown, bool ascending) {
   const auto groupOf = [ascending](const SortEntry& e) -> std::uint32_t {
